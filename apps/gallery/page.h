@@ -1,0 +1,44 @@
+// Writes the page: one HTML file beside the pictures, no script, nothing loaded from elsewhere.
+#pragma once
+
+#include "gallery.h"
+
+#include <string>
+#include <vector>
+
+namespace gallery {
+
+// A picture file of the page.
+struct Shot {
+    std::string file; // beside the page
+    int32_t width = 0, height = 0;
+};
+
+struct Card {
+    std::string title, sentence;
+    Result result;
+    Shot shot; // file empty: show result.text
+};
+
+struct Section {
+    const Family* family;
+    std::vector<Card> cards;
+};
+
+// One of the pictures that exhibits start from.
+struct Start {
+    std::string name, sentence; // the name that the captions use
+    Shot shot;
+};
+
+struct Page {
+    std::string input; // file name of the photograph
+    std::string size;  // such as "512 x 512"
+    std::vector<Start> starts;
+    std::vector<Section> sections;
+};
+
+// False when the file can't be written.
+bool writePage(const Page& page, const std::string& path);
+
+} // namespace gallery

@@ -1,0 +1,45 @@
+// What the operations of two images share: their argument checks and the way from a sample operation to the work.
+#pragma once
+
+#include "frame/owndepth.h"
+#include "frame/ownroads.h"
+#include "ownorders.h"
+
+// The first fault of depths and data orders, or of the processed channels, as the text to report, or null.
+const char* ownDyadicFormatFault(const PxkImage* srcImageA, const PxkImage* srcImageB, const PxkImage* dstImage,
+                                 OwnOrders orders);
+const char* ownDyadicChannelFault(const PxkImage* srcImageA, const PxkImage* srcImageB, const PxkImage* dstImage);
+
+// Headers, arguments, masks and common size of a call, in this order. False: reported, or nothing to do.
+[[nodiscard]] bool ownBeginDyadic(OwnWork& work, const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB,
+                                  PxkImage* dstImage, OwnOrders orders);
+
+template <class T, class Op> inline void ownDyadicRow(uint8_t* const* rows, ptrdiff_t n, Op op)
+{
+    const T* const a = reinterpret_cast<const T*>(rows[0]);
+    const T* const b = reinterpret_cast<const T*>(rows[1]);
+    T* const d = reinterpret_cast<T*>(rows[2]);
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) d[i] = op(a[i], b[i]);
+}
+
+template <class T, class Op> void ownRunDyadicAs(const OwnWork& work, Op op)
+{
+    const auto row = [op](uint8_t* const* rows, ptrdiff_t n) { ownDyadicRow<T>(rows, n, op); };
+    ownRunWork(work, ownRowKernel(row));
+}
+
+// Runs an arithmetic operation on samples of the depth's own type.
+template <class Op> void ownRunDyadic(const OwnWork& work, Op op)
+{
+    const int32_t depth = work.operands[0].image->depth;
+    ownForDepth(depth, [&](auto tag) { ownRunDyadicAs<typename decltype(tag)::Sample>(work, op); });
+}
+
+// Runs a logical operation: bits do not care for the width of the sample they are in.
+template <class Op> void ownRunDyadicBits(const OwnWork& work, Op op)
+{
+    const int32_t bytes = ownSampleBytes(work.operands[0].image->depth);
+    ownForSampleBytes(bytes > 0 ? bytes : 1,
+                      [&](auto tag) { ownRunDyadicAs<typename decltype(tag)::Sample>(work, op); });
+}

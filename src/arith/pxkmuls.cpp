@@ -1,0 +1,52 @@
+#include <algorithm>
+
+#include "ownsamples.h"
+#include "ownscalar.h"
+
+// a times factor, limited to the range of the integer type T. Samples whose product would leave the range are known
+// from two quotients, so that the product itself may wrap in the sample's own width.
+template <class T> static void ownRunProduct(const OwnWork& work, int64_t factor)
+{
+    using U = std::make_unsigned_t<T>;
+    constexpr int64_t low = std::numeric_limits<T>::min();
+    constexpr int64_t high = std::numeric_limits<T>::max();
+    if (factor == 0) return ownRunFill(work, 0);
+    const T atLeast = static_cast<T>(factor > 0 ? low : high); // what the most negative samples become
+    const T atMost = static_cast<T>(factor > 0 ? high : low);
+    const T first = static_cast<T>(atLeast / factor); // quotients are cut toward 0, into the range
+    const T last = static_cast<T>(std::min(atMost / factor, high));
+    const U wrapping = static_cast<U>(factor);
+    ownRunScalarAs<T>(work, [=](T a) {
+        // 32 bits at least: products of 16-bit samples would be formed in signed integers, and overflow them.
+        const T product = static_cast<T>(static_cast<U>(uint32_t { static_cast<U>(a) } * wrapping));
+        const T limited = a < first ? atLeast : product;
+        return a > last ? atMost : limited;
+    });
+}
+
+void pxkMultiplyS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)
+{
+    OWN_REFUSE_IF(srcImage == nullptr, PXK_StsBadArg, "srcImage==0");
+    const int32_t depth = srcImage->depth;
+    if (depth == PXK_DEPTH_1U) return pxkAndS(srcImage, dstImage, value);
+    OWN_REFUSE_IF(depth == PXK_DEPTH_32F, PXK_StsBadArg, "For processing depth 32F use function pxkMultiplySFP");
+    if (!ownGoodScalar(OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
+    const bool isUnsigned = (depth & PXK_DEPTH_SIGN) == 0;
+    if (isUnsigned && value <= 0) return pxkAndS(srcImage, dstImage, 0);
+    OwnWork work;
+    if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
+    ownForDepth(depth, [&](auto tag) {
+        using T = typename decltype(tag)::Sample;
+        if constexpr (!ownIsFloat<T>) ownRunProduct<T>(work, value);
+    });
+}
+
+void pxkMultiplySFP(PxkImage* srcImage, PxkImage* dstImage, float value)
+{
+    OWN_REFUSE_IF(srcImage == nullptr, PXK_StsBadArg, "srcImage==0");
+    OWN_REFUSE_IF(srcImage->depth != PXK_DEPTH_32F, PXK_StsBadArg,
+                  "For processing this depth use function pxkMultiplyS");
+    OwnWork work;
+    if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
+    ownRunScalarAs<float>(work, [value](float a) { return a * value; });
+}

@@ -1,0 +1,6 @@
+#include "pxk/pxk.h"
+
+void pxkNot(PxkImage* srcImage, PxkImage* dstImage)
+{
+    pxkXorS(srcImage, dstImage, -1);
+}

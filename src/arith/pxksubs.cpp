@@ -1,0 +1,35 @@
+#include "ownsamples.h"
+#include "ownscalar.h"
+
+// On single bits a - 0 is a, 1 - a is not a, and the other two differences are 0.
+static void ownRunBitDifference(const OwnWork& work, int32_t value, bool isReversed)
+{
+    const bool isOne = (value & 1) != 0;
+    if (isOne != isReversed) return ownRunFill(work, 0);
+    if (!isOne) return ownRunCopy(work);
+    ownRunScalarBits(work, 1, OwnXorSamples {});
+}
+
+void pxkSubtractS(PxkImage* srcImage, PxkImage* dstImage, int32_t value, int32_t flip)
+{
+    OWN_REFUSE_IF(srcImage != nullptr && srcImage->depth == PXK_DEPTH_32F, PXK_StsBadArg,
+                  "For processing depth 32F use function pxkSubtractSFP");
+    OwnWork work;
+    if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MAY_DIFFER)) return;
+    if (srcImage->depth == PXK_DEPTH_1U) return ownRunBitDifference(work, value, flip != 0);
+    ownForDepth(srcImage->depth, [&](auto tag) {
+        using T = typename decltype(tag)::Sample;
+        if constexpr (!ownIsFloat<T>) ownRunDifference<T>(work, value, flip != 0);
+    });
+}
+
+void pxkSubtractSFP(PxkImage* srcImage, PxkImage* dstImage, float value, int32_t flip)
+{
+    OWN_REFUSE_IF(srcImage == nullptr, PXK_StsBadArg, "srcImage==0");
+    OWN_REFUSE_IF(srcImage->depth != PXK_DEPTH_32F, PXK_StsBadArg,
+                  "For processing this depth use function pxkSubtractS");
+    OwnWork work;
+    if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
+    if (flip != 0) return ownRunScalarAs<float>(work, [value](float a) { return value - a; });
+    ownRunScalarAs<float>(work, [value](float a) { return a - value; });
+}

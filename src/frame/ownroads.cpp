@@ -1,0 +1,535 @@
+#include "ownroads.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "ownbits.h"
+#include "owndepth.h"
+
+// Samples are staged in blocks of this many bytes an operand, which stay in the first-level cache together.
+static constexpr ptrdiff_t ownStageBytes = 4096;
+
+// ---- staging -------------------------------------------------------------------------------------------------------
+
+template <class T, ptrdiff_t STRIDE>
+static void ownGatherBy(const uint8_t* from, ptrdiff_t step, uint8_t* to, ptrdiff_t n)
+{
+    const T* const source = reinterpret_cast<const T*>(from);
+    T* const target = reinterpret_cast<T*>(to);
+    const ptrdiff_t stride = STRIDE != 0 ? STRIDE : step / static_cast<ptrdiff_t>(sizeof(T));
+    for (ptrdiff_t i = 0; i < n; ++i) target[i] = source[i * stride];
+}
+
+template <class T, ptrdiff_t STRIDE>
+static void ownScatterBy(const uint8_t* from, uint8_t* to, ptrdiff_t step, ptrdiff_t n)
+{
+    const T* const source = reinterpret_cast<const T*>(from);
+    T* const target = reinterpret_cast<T*>(to);
+    const ptrdiff_t stride = STRIDE != 0 ? STRIDE : step / static_cast<ptrdiff_t>(sizeof(T));
+    for (ptrdiff_t i = 0; i < n; ++i) target[i * stride] = source[i];
+}
+
+static void ownGather(const uint8_t* from, ptrdiff_t step, int32_t sampleBytes, uint8_t* to, ptrdiff_t n)
+{
+    ownForSampleBytes(sampleBytes, [&](auto tag) {
+        using T = typename decltype(tag)::Sample;
+        switch (step / static_cast<ptrdiff_t>(sizeof(T))) {
+        case 2: return ownGatherBy<T, 2>(from, step, to, n);
+        case 3: return ownGatherBy<T, 3>(from, step, to, n);
+        case 4: return ownGatherBy<T, 4>(from, step, to, n);
+        default: return ownGatherBy<T, 0>(from, step, to, n);
+        }
+    });
+}
+
+static void ownScatter(const uint8_t* from, uint8_t* to, ptrdiff_t step, int32_t sampleBytes, ptrdiff_t n)
+{
+    ownForSampleBytes(sampleBytes, [&](auto tag) {
+        using T = typename decltype(tag)::Sample;
+        switch (step / static_cast<ptrdiff_t>(sizeof(T))) {
+        case 2: return ownScatterBy<T, 2>(from, to, step, n);
+        case 3: return ownScatterBy<T, 3>(from, to, step, n);
+        case 4: return ownScatterBy<T, 4>(from, to, step, n);
+        default: return ownScatterBy<T, 0>(from, to, step, n);
+        }
+    });
+}
+
+// Bytes whose mask is 0xFF come from `result`, the others stay. The choice is made on bit patterns: moving an
+// unselected float through a floating-point register could change a NaN.
+static void ownBlend(uint8_t* target, const uint8_t* result, const uint8_t* mask, ptrdiff_t n)
+{
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        const uint8_t old = target[i];
+        target[i] = static_cast<uint8_t>(old ^ ((old ^ result[i]) & mask[i]));
+    }
+}
+
+// ---- rows of samples -----------------------------------------------------------------------------------------------
+
+// One row of every operand, as pixels of `unitSamples` contiguous samples of which the first `selectedSamples` take
+// part.
+struct OwnSampleRow {
+    const OwnRowKernel* kernel;
+    int32_t count;
+    int32_t nSources;
+    int32_t unitSamples;
+    int32_t selectedSamples;
+    uint8_t* first[ownMostOperands];
+    ptrdiff_t pixelStep[ownMostOperands];
+    int32_t sampleBytes[ownMostOperands]; // 0: one-bit
+    int32_t bit[ownMostOperands];
+
+    bool isBits(int32_t k) const { return sampleBytes[k] == 0; }
+    bool isContiguous(int32_t k) const { return !isBits(k) && pixelStep[k] == unitSamples * sampleBytes[k]; }
+    bool isContiguousEverywhere() const
+    {
+        for (int32_t k = 0; k < count; ++k) {
+            if (!isContiguous(k)) return false;
+        }
+        return true;
+    }
+    bool hasGap() const { return selectedSamples != unitSamples; }
+    ptrdiff_t samples(ptrdiff_t n) const { return (n - 1) * unitSamples + selectedSamples; }
+};
+
+// True when a destination lies over a source or another destination at some distance, so that the result would depend
+// on the order in which a loop visits its samples.
+static bool ownIsShifted(const OwnSampleRow& row, ptrdiff_t n)
+{
+    for (int32_t d = row.nSources; d < row.count; ++d) {
+        const uintptr_t start = reinterpret_cast<uintptr_t>(row.first[d]);
+        const uintptr_t end = start + static_cast<uintptr_t>(n * row.pixelStep[d]);
+        for (int32_t k = 0; k < d; ++k) {
+            const uintptr_t other = reinterpret_cast<uintptr_t>(row.first[k]);
+            const uintptr_t otherEnd = other + static_cast<uintptr_t>(n * row.pixelStep[k]);
+            const bool isSame = other == start && row.sampleBytes[k] == row.sampleBytes[d];
+            if (!isSame && other < end && start < otherEnd) return true;
+        }
+    }
+    return false;
+}
+
+static void ownLoadOperand(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* to, ptrdiff_t n)
+{
+    const uint8_t* const from = row.first[k] + start * row.pixelStep[k];
+    if (row.isBits(k)) {
+        const ptrdiff_t position = row.bit[k] + start;
+        return ownExpandBits(row.first[k] + position / 8, static_cast<int32_t>(position % 8), to, n, 1);
+    }
+    if (row.isContiguous(k)) {
+        memcpy(to, from, static_cast<size_t>(row.samples(n) * row.sampleBytes[k]));
+        return;
+    }
+    ownGather(from, row.pixelStep[k], row.sampleBytes[k], to, n);
+}
+
+static void ownStoreOperand(const OwnSampleRow& row, int32_t k, ptrdiff_t start, const uint8_t* from, ptrdiff_t n)
+{
+    uint8_t* const to = row.first[k] + start * row.pixelStep[k];
+    if (row.isBits(k)) {
+        const ptrdiff_t position = row.bit[k] + start;
+        return ownPackBits(from, row.first[k] + position / 8, static_cast<int32_t>(position % 8), n);
+    }
+    if (row.isContiguous(k)) {
+        memcpy(to, from, static_cast<size_t>(row.samples(n) * row.sampleBytes[k]));
+        return;
+    }
+    ownScatter(from, to, row.pixelStep[k], row.sampleBytes[k], n);
+}
+
+static void ownBlendOperand(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* result, ptrdiff_t n,
+                            const OwnBits* mask)
+{
+    alignas(64) uint8_t maskBytes[ownStageBytes + 64];
+    const int32_t sampleBytes = std::max(row.sampleBytes[k], 1);
+    const OwnPixelBytes pixel = { row.unitSamples * sampleBytes, row.selectedSamples * sampleBytes };
+    ownMaskToBytes(mask, start, n, pixel, maskBytes);
+    const ptrdiff_t bytes = row.samples(n) * sampleBytes;
+    if (row.isContiguous(k)) {
+        return ownBlend(row.first[k] + start * row.pixelStep[k], result, maskBytes, bytes);
+    }
+    alignas(64) uint8_t old[ownStageBytes];
+    ownLoadOperand(row, k, start, old, n);
+    ownBlend(old, result, maskBytes, bytes);
+    ownStoreOperand(row, k, start, old, n);
+}
+
+// Pixels from `start` on: sources are gathered and results stored through blocks, where they do not lie as the kernel
+// wants them or only part of them counts.
+static void ownRunStaged(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n, const OwnBits* mask, bool isShifted)
+{
+    alignas(64) uint8_t stage[ownMostOperands][ownStageBytes];
+    const ptrdiff_t most = ownStageBytes / (4 * row.unitSamples);
+    const bool mustBlend = mask != nullptr || row.hasGap();
+    const ptrdiff_t end = start + n;
+    for (; start < end; start += most) {
+        const ptrdiff_t pixels = std::min(most, end - start);
+        uint8_t* operands[ownMostOperands];
+        for (int32_t k = 0; k < row.count; ++k) {
+            const bool isDestination = k >= row.nSources;
+            const bool inPlace = row.isContiguous(k) && !(isDestination && (mustBlend || isShifted));
+            operands[k] = inPlace ? row.first[k] + start * row.pixelStep[k] : stage[k];
+            if (!inPlace && (!isDestination || row.kernel->updates)) ownLoadOperand(row, k, start, stage[k], pixels);
+        }
+        row.kernel->call(row.kernel->self, operands, row.samples(pixels));
+        for (int32_t k = row.nSources; k < row.count; ++k) {
+            if (operands[k] != stage[k]) continue;
+            if (mustBlend) {
+                ownBlendOperand(row, k, start, stage[k], pixels, mask);
+            } else {
+                ownStoreOperand(row, k, start, stage[k], pixels);
+            }
+        }
+    }
+}
+
+static void ownRunDirect(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n)
+{
+    uint8_t* operands[ownMostOperands];
+    for (int32_t k = 0; k < row.count; ++k) operands[k] = row.first[k] + start * row.pixelStep[k];
+    row.kernel->call(row.kernel->self, operands, n * row.unitSamples);
+}
+
+static void ownRunSampleRow(const OwnSampleRow& row, ptrdiff_t n, const OwnBits* mask)
+{
+    const bool isShifted = ownIsShifted(row, n);
+    const bool isDirect = !row.hasGap() && !isShifted && row.isContiguousEverywhere();
+    if (mask == nullptr) {
+        if (isDirect) return ownRunDirect(row, 0, n);
+        return ownRunStaged(row, 0, n, nullptr, isShifted);
+    }
+    const ptrdiff_t mostMixed = ownStageBytes / (4 * row.unitSamples);
+    for (ptrdiff_t start = 0; start < n;) {
+        const OwnMaskRun run = ownNextMaskRun(*mask, start, n, mostMixed);
+        if (run.kind == OwnMaskRun::ALL && isDirect) {
+            ownRunDirect(row, start, run.length);
+        } else if (run.kind != OwnMaskRun::NONE) {
+            ownRunStaged(row, start, run.length, run.kind == OwnMaskRun::MIXED ? mask : nullptr, isShifted);
+        }
+        start += run.length;
+    }
+}
+
+// How the channels of all operands can be walked together.
+enum OwnChannelWalk {
+    OWN_WALK_PACKED,   // all channels of a pixel are contiguous and take part: a row is one run of samples
+    OWN_WALK_GAPPED,   // the same pixel layout everywhere, but some channels are left out
+    OWN_WALK_SEPARATE, // channel by channel
+};
+
+static OwnChannelWalk ownChannelWalk(const OwnView* views, int32_t count, bool isMasked)
+{
+    constexpr ptrdiff_t mostUnitSamples = 4; // more of them make staged blocks of too few pixels
+    bool isPacked = true;
+    bool isGapped = true;
+    for (int32_t k = 0; k < count; ++k) {
+        const OwnView& view = views[k];
+        if (view.sampleBytes == 0) return OWN_WALK_SEPARATE;
+        const ptrdiff_t unitSamples = view.pixelStep / view.sampleBytes;
+        // Planes of one sample lie as close to each other as channels of a pixel do.
+        const bool isTogether =
+            view.nChannels == 1 || (view.channelStep == view.sampleBytes && unitSamples >= view.nChannels);
+        isPacked = isPacked && isTogether && unitSamples == view.nChannels;
+        isGapped = isGapped && isTogether && unitSamples == views[0].pixelStep / views[0].sampleBytes
+            && unitSamples <= mostUnitSamples;
+    }
+    if (isPacked && (!isMasked || isGapped)) return OWN_WALK_PACKED;
+    return isGapped && !isPacked ? OWN_WALK_GAPPED : OWN_WALK_SEPARATE;
+}
+
+static bool ownRowsTouch(const OwnView* views, int32_t count, ptrdiff_t rowSamples)
+{
+    for (int32_t k = 0; k < count; ++k) {
+        const OwnView& view = views[k];
+        if (view.sampleBytes == 0 || view.rowStep != rowSamples * view.sampleBytes) return false;
+    }
+    return true;
+}
+
+static void ownPlaceRow(OwnSampleRow& row, const OwnView* views, int32_t channel, int32_t y)
+{
+    for (int32_t k = 0; k < row.count; ++k) {
+        row.first[k] = views[k].first + channel * views[k].channelStep + y * views[k].rowStep;
+    }
+}
+
+static void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
+                          const OwnRowKernel& kernel)
+{
+    const OwnChannelWalk walk = ownChannelWalk(views, count, mask != nullptr);
+    const int32_t nChannels = views[0].nChannels;
+    // Without a mask a packed row is one run of samples, and so are touching rows.
+    const bool isPlainRun = walk == OWN_WALK_PACKED && mask == nullptr;
+    OwnSampleRow row = {};
+    row.kernel = &kernel;
+    row.count = count;
+    row.nSources = count - nDestinations;
+    row.selectedSamples = walk == OWN_WALK_SEPARATE || isPlainRun ? 1 : nChannels;
+    row.unitSamples =
+        walk == OWN_WALK_GAPPED ? static_cast<int32_t>(views[0].pixelStep / views[0].sampleBytes) : row.selectedSamples;
+    for (int32_t k = 0; k < count; ++k) {
+        row.pixelStep[k] = isPlainRun ? views[k].sampleBytes : views[k].pixelStep;
+        row.sampleBytes[k] = views[k].sampleBytes;
+        row.bit[k] = views[k].bit;
+    }
+    ptrdiff_t pixels = static_cast<ptrdiff_t>(views[0].width) * (isPlainRun ? nChannels : 1);
+    int32_t height = views[0].height;
+    const bool isPlanes = walk == OWN_WALK_SEPARATE && mask == nullptr && row.isContiguousEverywhere();
+    if ((isPlainRun || isPlanes) && ownRowsTouch(views, count, pixels)) {
+        pixels *= height;
+        height = 1;
+    }
+    for (int32_t channel = 0; channel < (walk == OWN_WALK_SEPARATE ? nChannels : 1); ++channel) {
+        for (int32_t y = 0; y < height; ++y) {
+            ownPlaceRow(row, views, channel, y);
+            if (mask == nullptr) {
+                ownRunSampleRow(row, pixels, nullptr);
+            } else {
+                const OwnBits maskRow = ownBitsAt(*mask, 0, y);
+                ownRunSampleRow(row, pixels, &maskRow);
+            }
+        }
+    }
+}
+
+// ---- rows of one-bit pixels ----------------------------------------------------------------------------------------
+
+// A stretch of a row of every operand, starting at bit `phase` of a byte of the last one.
+struct OwnBitRow {
+    const OwnRowKernel* kernel;
+    int32_t count;
+    int32_t nSources;
+    OwnBits operands[ownMostOperands];
+};
+
+// Bits of at most ownStageBytes bytes, through blocks: sources are shifted to the last operand's bit position.
+static void ownRunBitBlock(const OwnBitRow& row, ptrdiff_t start, ptrdiff_t n, const OwnBits* mask)
+{
+    alignas(64) uint8_t stage[ownMostOperands][ownStageBytes];
+    alignas(64) uint8_t maskBytes[ownStageBytes];
+    alignas(64) uint8_t old[ownStageBytes];
+    const int32_t phase = static_cast<int32_t>((row.operands[row.count - 1].bit + start) % 8);
+    const ptrdiff_t bytes = ownBytesOfBits(phase, n);
+    const auto align = [&](const OwnBits& bits, uint8_t* to) {
+        const OwnBits at = ownBitsAt(bits, static_cast<int32_t>(start), 0);
+        ownAlignBits(at.first, at.bit, to, phase, n);
+    };
+    uint8_t* blocks[ownMostOperands];
+    for (int32_t k = 0; k < row.count; ++k) {
+        blocks[k] = stage[k];
+        if (k < row.nSources || row.kernel->updates) align(row.operands[k], stage[k]);
+    }
+    if (mask != nullptr) align(*mask, maskBytes);
+    row.kernel->call(row.kernel->self, blocks, bytes);
+    for (int32_t k = row.nSources; k < row.count; ++k) {
+        const OwnBits at = ownBitsAt(row.operands[k], static_cast<int32_t>(start), 0);
+        if (mask != nullptr) {
+            align(row.operands[k], old);
+            ownBlend(old, stage[k], maskBytes, bytes);
+        }
+        ownStoreBits(mask != nullptr ? old : stage[k], phase, at.first, at.bit, n);
+    }
+}
+
+static void ownRunBitRow(const OwnBitRow& row, ptrdiff_t n, const OwnBits* mask)
+{
+    const int32_t phase = row.operands[row.count - 1].bit;
+    bool isAligned = mask == nullptr;
+    for (int32_t k = 0; k < row.count; ++k) isAligned = isAligned && row.operands[k].bit == phase;
+    ptrdiff_t start = 0;
+    if (isAligned) {
+        // Whole bytes run in place; bits of the first and last byte go through a block.
+        const ptrdiff_t head = std::min<ptrdiff_t>((8 - phase) % 8, n);
+        if (head > 0) ownRunBitBlock(row, 0, head, nullptr);
+        const ptrdiff_t bytes = (n - head) / 8;
+        uint8_t* operands[ownMostOperands];
+        for (int32_t k = 0; k < row.count; ++k) operands[k] = row.operands[k].first + (head > 0 ? 1 : 0);
+        if (bytes > 0) row.kernel->call(row.kernel->self, operands, bytes);
+        start = head + 8 * bytes;
+    }
+    const ptrdiff_t most = 8 * ownStageBytes - 64;
+    while (start < n) {
+        const ptrdiff_t count = std::min(n - start, most);
+        ownRunBitBlock(row, start, count, mask);
+        start += count;
+    }
+}
+
+static void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
+                       const OwnRowKernel& kernel)
+{
+    OwnBitRow row = {};
+    row.kernel = &kernel;
+    row.count = count;
+    row.nSources = count - nDestinations;
+    for (int32_t y = 0; y < views[0].height; ++y) {
+        for (int32_t k = 0; k < count; ++k) {
+            row.operands[k] = { views[k].first + y * views[k].rowStep, views[k].rowStep, views[k].bit };
+        }
+        if (mask == nullptr) {
+            ownRunBitRow(row, views[0].width, nullptr);
+        } else {
+            const OwnBits maskRow = ownBitsAt(*mask, 0, y);
+            ownRunBitRow(row, views[0].width, &maskRow);
+        }
+    }
+}
+
+void ownRunViews(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
+                 const OwnRowKernel& kernel)
+{
+    bool isAllBits = true;
+    for (int32_t k = 0; k < count; ++k) isAllBits = isAllBits && views[k].sampleBytes == 0;
+    if (isAllBits) return ownRunBits(views, count, nDestinations, mask, kernel);
+    ownRunSamples(views, count, nDestinations, mask, kernel);
+}
+
+// ---- point-wise operations -----------------------------------------------------------------------------------------
+
+bool ownBeginWork(OwnWork& work, const OwnSite& site, std::initializer_list<OwnOperand> operands)
+{
+    work.site = site;
+    work.count = static_cast<int32_t>(operands.size());
+    std::copy(operands.begin(), operands.end(), work.operands);
+    PxkImage* images[4] = {};
+    const PxkImage* masks[4] = {};
+    for (int32_t k = 0; k < work.count; ++k) {
+        images[k] = work.operands[k].image;
+        masks[k] = images[k]->maskROI;
+    }
+    const OwnMaskCode code = ownCombineMasks({ masks[0], masks[1], masks[2] }, work.mask);
+    if (code == OWN_MASK_NO_MEMORY) ownReport(site, PXK_StsNoMem, "Out of memory");
+    if (code == OWN_MASK_NO_MEMORY || code == OWN_MASK_EMPTY) return false;
+    const OwnSize size = ownCommonSize({ images[0], images[1], images[2], images[3] });
+    work.size = { std::min(size.width, work.mask.size.width), std::min(size.height, work.mask.size.height) };
+    for (int32_t k = 0; k < work.count; ++k) {
+        if (ownProcessedChannels(images[k]) == 0) return false; // a lone alpha channel
+    }
+    return !work.size.isEmpty();
+}
+
+// The tile that an image's current patch lies in.
+struct OwnHeldTile {
+    void* data;
+    int32_t column;
+    int32_t row;
+};
+
+static void ownReleaseTile(PxkImage* image, OwnHeldTile& held)
+{
+    if (held.data == nullptr) return;
+    image->tileInfo->tileData = held.data;
+    image->tileInfo->callBack(image, held.column, held.row, PXK_TILE_RELEASE);
+    held.data = nullptr;
+}
+
+// False when the tile function refused the tile; nothing is held then.
+static bool ownHoldTile(PxkImage* image, int32_t column, int32_t row, int32_t mode, OwnHeldTile& held)
+{
+    if (held.data != nullptr && held.column == column && held.row == row) return true;
+    ownReleaseTile(image, held);
+    image->tileInfo->callBack(image, column, row, mode);
+    held = { image->tileInfo->tileData, column, row };
+    return held.data != nullptr;
+}
+
+// A walk over the work area: where each image's region starts, and which tile it is in.
+struct OwnSweep {
+    const OwnWork& work;
+    OwnRect regions[4];
+    OwnHeldTile held[4];
+};
+
+// The largest patch from work position (x, y) on that stays inside one tile of each tiled image.
+static OwnSize ownPatchSize(const OwnSweep& sweep, int32_t x, int32_t y)
+{
+    OwnSize size = { sweep.work.size.width - x, sweep.work.size.height - y };
+    for (int32_t k = 0; k < sweep.work.count; ++k) {
+        const PxkTileInfo* const tiles = sweep.work.operands[k].image->tileInfo;
+        if (tiles == nullptr) continue;
+        size.width = std::min(size.width, tiles->width - (sweep.regions[k].x + x) % tiles->width);
+        size.height = std::min(size.height, tiles->height - (sweep.regions[k].y + y) % tiles->height);
+    }
+    return size;
+}
+
+static bool ownRunPatch(OwnSweep& sweep, const OwnRect& rect, const OwnPatchRunner& runner)
+{
+    const OwnWork& work = sweep.work;
+    OwnPatch patch = {};
+    for (int32_t k = 0; k < work.count; ++k) {
+        PxkImage* const image = work.operands[k].image;
+        OwnRect place = { sweep.regions[k].x + rect.x, sweep.regions[k].y + rect.y, rect.width, rect.height };
+        OwnBlock block;
+        if (const PxkTileInfo* const tiles = image->tileInfo) {
+            const int32_t mode = k == work.count - 1 ? PXK_TILE_WRITE : PXK_TILE_READ;
+            if (!ownHoldTile(image, place.x / tiles->width, place.y / tiles->height, mode, sweep.held[k])) {
+                ownReport(work.site, PXK_StsBadArg, work.operands[k].refusedTile);
+                return false;
+            }
+            block = ownTileBlock(image, sweep.held[k].data);
+            place.x %= tiles->width;
+            place.y %= tiles->height;
+        } else {
+            block = ownImageBlock(image);
+        }
+        patch.views[k] = ownBlockView(image, block, place);
+    }
+    if (work.mask.isGiven) {
+        patch.maskBits = ownBitsAt(work.mask.bits, rect.x, rect.y);
+        patch.mask = &patch.maskBits;
+    }
+    runner.call(runner.self, patch);
+    return true;
+}
+
+bool ownSweepPatches(const OwnWork& work, const OwnPatchRunner& runner)
+{
+    OwnSweep sweep = { work, {}, {} };
+    for (int32_t k = 0; k < work.count; ++k) sweep.regions[k] = ownRegionRect(work.operands[k].image);
+    bool isGood = true;
+    for (OwnRect rect = {}; isGood && rect.y < work.size.height; rect.y += rect.height) {
+        for (rect.x = 0; isGood && rect.x < work.size.width; rect.x += rect.width) {
+            const OwnSize size = ownPatchSize(sweep, rect.x, rect.y);
+            rect.width = size.width;
+            rect.height = size.height;
+            isGood = ownRunPatch(sweep, rect, runner);
+        }
+    }
+    for (int32_t k = 0; k < work.count; ++k) ownReleaseTile(work.operands[k].image, sweep.held[k]);
+    return isGood;
+}
+
+// True when the work is one run of samples over the whole blocks, padding included.
+static bool ownIsBlockRun(const OwnWork& work)
+{
+    const PxkImage* const destination = work.operands[work.count - 1].image;
+    bool isSame = !work.mask.isGiven;
+    for (int32_t k = 0; k < work.count; ++k) {
+        const PxkImage* const image = work.operands[k].image;
+        isSame = isSame && image->tileInfo == nullptr && ownSameBlock(image, destination);
+    }
+    return isSame;
+}
+
+void ownRunWork(const OwnWork& work, const OwnRowKernel& kernel)
+{
+    if (ownIsBlockRun(work)) {
+        OwnView views[4];
+        for (int32_t k = 0; k < work.count; ++k) {
+            const PxkImage* const image = work.operands[k].image;
+            OwnView& view = views[k];
+            view = ownRegionStart(image);
+            view.sampleBytes = std::max(view.sampleBytes, 1); // a kernel of one-bit images works on bytes anyway
+            view.pixelStep = view.sampleBytes;
+            view.width = image->imageSize / view.sampleBytes;
+            view.height = 1;
+            view.nChannels = 1;
+        }
+        return ownRunViews(views, work.count, 1, nullptr, kernel);
+    }
+    const auto onPatch = [&](const OwnPatch& patch) { ownRunViews(patch.views, work.count, 1, patch.mask, kernel); };
+    ownSweepPatches(work, ownPatchRunner(onPatch));
+}

@@ -1,0 +1,27 @@
+// Runs of pixels copied from row to row: forward, mirrored, or one pixel again and again; one-bit rows like all others.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Pixels x on of row `from` become n pixels of row `to`, from toX on. The two stretches share no pixel.
+using OwnRunCopy = void (*)(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n,
+                            ptrdiff_t pixelBytes);
+
+struct OwnRunCopies {
+    OwnRunCopy forward;  // pixels x, x + 1, ...
+    OwnRunCopy backward; // pixels x, x - 1, ...
+    OwnRunCopy still;    // pixel x again and again
+};
+
+// The copies for pixels of so many bytes, 0 for one-bit rows; they take the same pixelBytes.
+OwnRunCopies ownRunCopies(int32_t pixelBytes);
+
+// A sample's value as a row of one sample, which `still` spreads.
+struct OwnConstant {
+    uint8_t bytes[4];
+    int32_t sampleBytes;
+};
+
+// The lowest bits of the value; one-bit depth takes all of them from the lowest.
+OwnConstant ownConstant(int32_t depth, uint32_t value);

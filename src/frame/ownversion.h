@@ -1,0 +1,4 @@
+// The version as texts are made of it.
+#pragma once
+
+#define OWN_VERSION_TEXT "2.1"

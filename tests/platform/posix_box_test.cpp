@@ -1,0 +1,340 @@
+// The default handler on a terminal that answers, and where nobody can be asked.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <functional>
+#include <string>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "pxk/pxk.h"
+
+namespace {
+
+struct Outcome {
+    std::string shown;
+    int exitCode; // -1: the process was ended by a signal, for instance because it waited too long
+};
+
+constexpr int ranOn = 42;
+
+// Ends a child that was let live, or did not return the status.
+[[noreturn]] void endChild(bool isRight)
+{
+    _exit(isRight ? ranOn : 99);
+}
+
+// One pseudo terminal: what is typed is not echoed, lines end in a line feed.
+class Terminal {
+public:
+    Terminal()
+        : master(posix_openpt(O_RDWR | O_NOCTTY))
+    {
+        if (master == -1 || grantpt(master) != 0 || unlockpt(master) != 0) abort();
+        const int slave = open();
+        termios settings;
+        tcgetattr(slave, &settings);
+        settings.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        settings.c_oflag &= ~static_cast<tcflag_t>(OPOST);
+        tcsetattr(slave, TCSANOW, &settings);
+        held = slave;
+    }
+    ~Terminal()
+    {
+        close(master);
+        close(held);
+    }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    int open() const { return ::open(ptsname(master), O_RDWR | O_NOCTTY); }
+    void become() const // the calling child's controlling terminal and its three streams
+    {
+        setsid();
+        const int slave = ::open(ptsname(master), O_RDWR);
+        for (const int stream : { 0, 1, 2 }) dup2(slave, stream);
+        close(slave);
+    }
+    void type(const std::string& keys) const
+    {
+        ASSERT_EQ(write(master, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    }
+    const int master;
+
+private:
+    int held; // the terminal hangs up when its last user goes, and what it has shown would be lost
+};
+
+std::string readAvailable(int stream, int patience)
+{
+    std::string text;
+    char buffer[512];
+    pollfd input = { stream, POLLIN, 0 };
+    while (poll(&input, 1, patience) > 0) {
+        const ssize_t count = read(stream, buffer, sizeof buffer);
+        if (count <= 0) break;
+        text.append(buffer, static_cast<size_t>(count));
+    }
+    return text;
+}
+
+// Runs `child` in a process of its own that gets ten seconds.
+pid_t startChild(const std::function<void()>& child)
+{
+    const pid_t process = fork();
+    if (process == 0) {
+        alarm(10);
+        pxkRedirectError(nullptr);
+        child();
+        _exit(98);
+    }
+    return process;
+}
+
+int exitCode(pid_t process)
+{
+    int status = 0;
+    if (waitpid(process, &status, 0) != process || !WIFEXITED(status)) return -1;
+    return WEXITSTATUS(status);
+}
+
+void report(int32_t mode)
+{
+    pxkSetErrMode(mode);
+    endChild(pxkError(PXK_StsBadArg, "f", "c", "a.cpp", 7) == PXK_StsBadArg && pxkGetErrStatus() == PXK_StsBadArg);
+}
+
+Outcome onTerminal(
+    int32_t mode, const std::string& keys, const std::function<void()>& prepare = [] {})
+{
+    const Terminal terminal;
+    terminal.type(keys);
+    const pid_t process = startChild([&] {
+        terminal.become();
+        prepare();
+        report(mode);
+    });
+    const int code = exitCode(process);
+    return { readAvailable(terminal.master, 0), code };
+}
+
+// Streams of the child are made by `prepare`; what comes out of the pipe that it gets is returned.
+Outcome withoutTerminal(int32_t mode, const std::function<void(int pipe)>& prepare)
+{
+    int ends[2];
+    if (pipe(ends) != 0) abort();
+    const pid_t process = startChild([&] {
+        prepare(ends[1]);
+        report(mode);
+    });
+    close(ends[1]);
+    const int code = exitCode(process);
+    const std::string shown = readAvailable(ends[0], 0);
+    close(ends[0]);
+    return { shown, code };
+}
+
+const std::string body = "\nPXK 2.1\nIn function f(): [file a.cpp, line 7]\nc\n\nBad argument\n(status: -5)\n\n";
+const std::string leaf = body + "ErrMode=PXK_ErrorModeLeaf\n\nTerminate the application?\n";
+const std::string parent = body + "ErrMode=PXK_ErrorModeParent\n\nContinue?\n";
+const std::string yesNo = "[Y]es, [N]o: ";
+const std::string okCancel = "[O]K, [C]ancel: ";
+const std::string ending = "\nWin32: Application exit\nPXK Library: terminating the application\n";
+const std::string leafUnasked = leaf + yesNo + "No (no terminal to ask)\n";
+const std::string parentUnasked = parent + okCancel + "OK (no terminal to ask)\n";
+
+TEST(PosixBox, answersOnATerminal)
+{
+    const struct {
+        int32_t mode;
+        std::string keys, shown;
+        int exitCode;
+    } cases[] = {
+        { PXK_ErrModeLeaf, "y\n", leaf + yesNo + ending, 1 },
+        { PXK_ErrModeLeaf, "n\n", leaf + yesNo, ranOn },
+        { PXK_ErrModeLeaf, "\nmaybe\no\n \tYes\n", leaf + yesNo + yesNo + yesNo + yesNo + ending, 1 },
+        { PXK_ErrModeLeaf, "\x04", leaf + yesNo + "No (end of input)\n", ranOn },
+        { PXK_ErrModeLeaf, "y\x04\x04", leaf + yesNo + "No (end of input)\n", ranOn },
+        { PXK_ErrModeParent, "o\n", parent + okCancel, ranOn },
+        { PXK_ErrModeParent, "C\n", parent + okCancel + ending, 1 },
+        { PXK_ErrModeParent, "y\ncancel\n", parent + okCancel + okCancel + ending, 1 },
+        { PXK_ErrModeParent, "\x04", parent + okCancel + "OK (end of input)\n", ranOn },
+        { PXK_ErrModeSilent, "y\n", "", ranOn },
+        { 3, "y\n", "", ranOn },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.keys);
+        const Outcome outcome = onTerminal(c.mode, c.keys);
+        EXPECT_EQ(outcome.shown, c.shown);
+        EXPECT_EQ(outcome.exitCode, c.exitCode);
+    }
+}
+
+TEST(PosixBox, terminalInOtherStates)
+{
+    const Outcome raw = onTerminal(PXK_ErrModeLeaf, "", [] {
+        termios settings;
+        tcgetattr(0, &settings);
+        settings.c_lflag &= ~static_cast<tcflag_t>(ICANON);
+        settings.c_iflag &= ~static_cast<tcflag_t>(ICRNL);
+        settings.c_cc[VMIN] = 0; // reading returns at once, as at the end of input
+        settings.c_cc[VTIME] = 0;
+        tcsetattr(0, TCSANOW, &settings);
+    });
+    EXPECT_EQ(raw.exitCode, ranOn);
+
+    const Terminal terminal;
+    const pid_t process = startChild([&] {
+        terminal.become();
+        fcntl(0, F_SETFL, O_RDWR | O_NONBLOCK);
+        report(PXK_ErrModeLeaf);
+    });
+    std::string shown;
+    while (shown.size() < (leaf + yesNo).size()) {
+        const std::string more = readAvailable(terminal.master, 100);
+        shown += more;
+        if (more.empty() && waitpid(process, nullptr, WNOHANG) != 0) break;
+    }
+    usleep(20000); // long enough for the child to find nothing typed
+    terminal.type("y\n");
+    EXPECT_EQ(exitCode(process), 1);
+}
+
+TEST(PosixBox, textsOfAnyLength)
+{
+    const std::string func(700, 'f'), context(5000, 'c'), file(900, 'a');
+    const Outcome outcome = withoutTerminal(PXK_ErrModeLeaf, [&](int pipe) {
+        dup2(pipe, 0);
+        dup2(pipe, 2);
+        pxkSetErrMode(PXK_ErrModeParent);
+        endChild(pxkError(PXK_StsAutoTrace, func.c_str(), context.c_str(), file.c_str(), -7) == PXK_StsAutoTrace);
+    });
+    EXPECT_EQ(outcome.shown,
+              "\nPXK 2.1\nCalled from " + func + "(): [file " + file + ", line 0]\n" + context
+                  + "\n\nAutotrace call\n(status: -8)\n\nErrMode=PXK_ErrorModeParent\n\nContinue?\n" + okCancel
+                  + "OK (no terminal to ask)\n");
+    EXPECT_EQ(outcome.exitCode, ranOn);
+
+    const Outcome nulls = withoutTerminal(PXK_ErrModeLeaf, [](int pipe) {
+        dup2(pipe, 0);
+        dup2(pipe, 2);
+        endChild(pxkError(-2, nullptr, nullptr, nullptr, 7) == -2);
+    });
+    EXPECT_EQ(nulls.shown,
+              "\nPXK 2.1\nIn function <unknown>(): [file , line 7]\n\n\nUnknown error or status code\n(status: -2)\n\n"
+              "ErrMode=PXK_ErrorModeLeaf\n\nTerminate the application?\n"
+                  + yesNo + "No (no terminal to ask)\n");
+}
+
+TEST(PosixBox, neverWaitsWhereNobodyCanBeAsked)
+{
+    int silent[2]; // a pipe that stays open, and that nobody writes to
+    ASSERT_EQ(pipe(silent), 0);
+    const Terminal terminal, other;
+    const auto bothPipes = [&](int pipe) {
+        dup2(silent[0], 0);
+        dup2(pipe, 2);
+    };
+    const Outcome leafPipes = withoutTerminal(PXK_ErrModeLeaf, bothPipes);
+    EXPECT_EQ(leafPipes.shown, leafUnasked);
+    EXPECT_EQ(leafPipes.exitCode, ranOn);
+    const Outcome parentPipes = withoutTerminal(PXK_ErrModeParent, bothPipes);
+    EXPECT_EQ(parentPipes.shown, parentUnasked);
+    EXPECT_EQ(parentPipes.exitCode, ranOn);
+
+    const Outcome inputOnly = withoutTerminal(PXK_ErrModeLeaf, [&](int pipe) {
+        terminal.become();
+        dup2(pipe, 2);
+    });
+    EXPECT_EQ(inputOnly.shown, leafUnasked);
+    EXPECT_EQ(inputOnly.exitCode, ranOn);
+
+    const Outcome errorOnly = onTerminal(PXK_ErrModeLeaf, "y\n", [&] { dup2(silent[0], 0); });
+    EXPECT_EQ(errorOnly.shown, leafUnasked);
+    EXPECT_EQ(errorOnly.exitCode, ranOn);
+
+    const Outcome twoTerminals = onTerminal(PXK_ErrModeLeaf, "y\n", [&] { dup2(other.open(), 0); });
+    EXPECT_EQ(twoTerminals.shown, leafUnasked);
+    EXPECT_EQ(twoTerminals.exitCode, ranOn);
+    close(silent[0]);
+    close(silent[1]);
+}
+
+// A job in the background would be stopped by the terminal if it read from it.
+TEST(PosixBox, backgroundJobIsNotStopped)
+{
+    const Terminal terminal;
+    const pid_t shell = startChild([&] {
+        terminal.become();
+        const pid_t job = startChild([] {
+            setpgid(0, 0);
+            report(PXK_ErrModeLeaf);
+        });
+        int status = 0;
+        waitpid(job, &status, WUNTRACED);
+        kill(job, SIGKILL);
+        endChild(WIFEXITED(status) && WEXITSTATUS(status) == ranOn);
+    });
+    EXPECT_EQ(exitCode(shell), ranOn);
+    EXPECT_EQ(readAvailable(terminal.master, 0), leafUnasked);
+}
+
+TEST(PosixBox, closedStreamsDoNoHarm)
+{
+    for (const PxkErrorCallBack handler : { pxkGuiBoxReport, pxkStdErrReport }) {
+        const pid_t closed = startChild([handler] {
+            pxkSetErrMode(PXK_ErrModeParent);
+            for (const int stream : { 0, 1, 2 }) close(stream);
+            const bool isReturned = handler(PXK_StsBadArg, "f", "c", "a.cpp", 7) == PXK_StsBadArg;
+            endChild(isReturned && open("/dev/null", O_RDONLY) == 0); // no stream's number was taken
+        });
+        EXPECT_EQ(exitCode(closed), ranOn);
+
+        const pid_t broken = startChild([handler] {
+            int ends[2];
+            if (pipe(ends) != 0) abort();
+            dup2(ends[1], 2);
+            for (const int end : ends) close(end);
+            pxkSetErrMode(PXK_ErrModeParent);
+            const bool isReturned = handler(PXK_StsBadArg, "f", "c", "a.cpp", 7) == PXK_StsBadArg;
+            sigset_t pending, blocked;
+            sigpending(&pending);
+            pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+            endChild(isReturned && !sigismember(&pending, SIGPIPE) && !sigismember(&blocked, SIGPIPE));
+        });
+        EXPECT_EQ(exitCode(broken), ranOn);
+    }
+}
+
+// Runs in a process that was started without an error stream, and got its number for a file.
+TEST(PosixBox, DISABLED_reportInAFile)
+{
+    if (open(getenv("PXK_TEST_FILE"), O_WRONLY | O_CREAT | O_TRUNC, 0600) != 2) _exit(99);
+    report(PXK_ErrModeLeaf);
+}
+
+TEST(PosixBox, textStaysOutOfFilesOfTheProgram)
+{
+    const std::string path = testing::TempDir() + "pxk_box_" + std::to_string(getpid());
+    const pid_t process = startChild([&] {
+        dup2(open("/dev/null", O_WRONLY), 1);
+        close(2);
+        setenv("PXK_TEST_FILE", path.c_str(), 1);
+        for (const char* shards : { "GTEST_TOTAL_SHARDS", "GTEST_SHARD_INDEX" }) unsetenv(shards);
+        execl("/proc/self/exe", "pxk_tests", "--gtest_also_run_disabled_tests", "--gtest_filter=*reportInAFile",
+              static_cast<char*>(nullptr));
+    });
+    EXPECT_EQ(exitCode(process), ranOn);
+    struct stat file;
+    ASSERT_EQ(stat(path.c_str(), &file), 0);
+    EXPECT_EQ(file.st_size, 0);
+    unlink(path.c_str());
+}
+
+} // namespace

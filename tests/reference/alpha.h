@@ -1,0 +1,146 @@
+// Slow models of scaled products and alpha composition: fractions as integer numerators over powers of the largest
+// sample M, all below 2^49, with one division at the end.
+#pragma once
+
+#include "reference/frame.h"
+
+// above / below rounded to nearest, half up.
+inline uint64_t roundedQuotient(uint64_t above, uint64_t below)
+{
+    return (2 * above + below) / (2 * below);
+}
+
+inline uint32_t scaledProduct(uint64_t a, uint64_t b, uint64_t largest)
+{
+    return uint32_t(roundedQuotient(a * b, largest));
+}
+
+inline uint64_t largestOf(const Picture& p)
+{
+    return uint64_t(depthMax(p.spec.depth));
+}
+inline bool isRestricted(const Picture& p)
+{
+    return p.header.roi != nullptr && p.roi.coi > 0;
+}
+inline int32_t alphaOf(const Picture& p)
+{
+    return p.header.alphaChannel - 1;
+}
+
+inline void modelMultiplyScale(Picture& a, Picture& b, Picture& dst)
+{
+    forEachSelected({ &a, &b, &dst },
+                    [&](const Place* at) { at[2].setBits(scaledProduct(at[0].bits(), at[1].bits(), largestOf(dst))); });
+}
+
+// `value` is limited to 0 and M.
+inline void modelMultiplySScale(Picture& a, Picture& dst, int64_t value)
+{
+    const int64_t limited = std::min(std::max<int64_t>(value, 0), depthMax(dst.spec.depth));
+    forEachSelected({ &a, &dst }, [&](const Place* at) {
+        at[1].setBits(scaledProduct(at[0].bits(), uint64_t(limited), largestOf(dst)));
+    });
+}
+
+// The channels that an operation with alpha writes: the processed ones and alpha, or the one of interest.
+inline std::vector<int32_t> writtenChannels(const Picture& p)
+{
+    const Window window = windowOf(p);
+    std::vector<int32_t> channels;
+    for (int32_t c = 0; c < window.channels; ++c) channels.push_back(window.firstChannel + c);
+    if (!isRestricted(p) && alphaOf(p) >= 0) channels.push_back(alphaOf(p));
+    return channels;
+}
+
+inline void modelPreMultiplyAlpha(Picture& image, int64_t alphaValue)
+{
+    const bool isFloat = isFloatDepth(image.spec.depth);
+    const int64_t largest = isFloat ? 255 : depthMax(image.spec.depth);
+    const double constant = double(std::min(alphaValue, largest));
+    const uint32_t constantBits = bitsOf(image.spec.depth, isFloat ? constant / 255 : constant);
+    const Window window = windowOf(image);
+    forEachSelectedPixel({ &image }, [&](int32_t i, int32_t j) {
+        const int32_t x = int32_t(window.x) + i, y = int32_t(window.y) + j;
+        const uint32_t alpha = alphaValue < 0 ? image.bits(x, y, alphaOf(image)) : constantBits;
+        for (const int32_t c : writtenChannels(image)) {
+            if (c == alphaOf(image)) {
+                image.setBits(x, y, c, alpha);
+            } else if (isFloat) {
+                image.setNumber(x, y, c, image.number(x, y, c) * numberOf(image.spec.depth, alpha));
+            } else {
+                image.setBits(x, y, c, scaledProduct(image.bits(x, y, c), alpha, largestOf(image)));
+            }
+        }
+    });
+}
+
+struct Composition {
+    int32_t type;
+    bool isPremultiplied;
+    bool isConstant;
+    int64_t alphaA, alphaB; // of the constant form
+};
+
+// Alphas of one pixel and their fractions, as numerators over M.
+struct CompositePixel {
+    uint64_t largest, alphaA, alphaB, fa, fb;
+
+    CompositePixel(int32_t type, uint64_t largest, uint64_t alphaA, uint64_t alphaB)
+        : largest(largest)
+        , alphaA(alphaA)
+        , alphaB(alphaB)
+    {
+        const uint64_t one = largest;
+        const uint64_t table[6][2] = {
+            { one, one - alphaA },          { alphaB, 0 }, { one - alphaB, 0 }, { alphaB, one - alphaA },
+            { one - alphaB, one - alphaA }, { one, one }
+        };
+        fa = table[type][0];
+        fb = table[type][1];
+    }
+
+    // Over M M, limited to 1.
+    uint64_t alpha() const { return std::min(alphaA * fa + alphaB * fb, largest * largest); }
+    uint64_t premultiplied(uint64_t a, uint64_t b) const { return std::min(a * fa + b * fb, largest * largest); }
+    // Over M M M: plain colour takes its own alpha on the way in.
+    uint64_t plain(uint64_t a, uint64_t b) const
+    {
+        return std::min(a * alphaA * fa + b * alphaB * fb, largest * largest * largest);
+    }
+
+    uint64_t alphaSample() const { return roundedQuotient(alpha(), largest); }
+    uint64_t colourSample(bool isPremultiplied, uint64_t a, uint64_t b) const
+    {
+        if (isPremultiplied) return roundedQuotient(premultiplied(a, b), largest);
+        return alpha() == 0 ? 0 : roundedQuotient(plain(a, b), alpha());
+    }
+};
+
+inline void modelAlphaComposite(Picture& a, Picture& b, Picture& dst, const Composition& how)
+{
+    const Window windowA = windowOf(a), windowB = windowOf(b), window = windowOf(dst);
+    const auto alphaAt = [&](Picture& p, const Window& from, int32_t i, int32_t j, int64_t constant) {
+        const int64_t limited = std::min(std::max<int64_t>(constant, 0), depthMax(p.spec.depth));
+        return how.isConstant ? uint64_t(limited) : p.bits(int32_t(from.x) + i, int32_t(from.y) + j, alphaOf(p));
+    };
+    forEachSelectedPixel({ &a, &b, &dst }, [&](int32_t i, int32_t j) {
+        const CompositePixel pixel(how.type, largestOf(dst), alphaAt(a, windowA, i, j, how.alphaA),
+                                   alphaAt(b, windowB, i, j, how.alphaB));
+        std::vector<uint64_t> results; // all are found before one is written: dst may be a source
+        const std::vector<int32_t> channels = writtenChannels(dst);
+        for (size_t c = 0; c < channels.size(); ++c) {
+            if (channels[c] == alphaOf(dst)) {
+                results.push_back(pixel.alphaSample());
+                continue;
+            }
+            const int32_t k = int32_t(c);
+            const uint64_t sampleA = a.bits(int32_t(windowA.x) + i, int32_t(windowA.y) + j, windowA.firstChannel + k);
+            const uint64_t sampleB = b.bits(int32_t(windowB.x) + i, int32_t(windowB.y) + j, windowB.firstChannel + k);
+            results.push_back(pixel.colourSample(how.isPremultiplied, sampleA, sampleB));
+        }
+        for (size_t c = 0; c < channels.size(); ++c) {
+            dst.setBits(int32_t(window.x) + i, int32_t(window.y) + j, channels[c], uint32_t(results[c]));
+        }
+    });
+}

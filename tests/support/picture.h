@@ -1,0 +1,202 @@
+// Picture: an image header over guarded pixels, in memory or in tiles, with access to single samples that shares no
+// code with the library.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <pxk/pxk.h>
+
+#include "random.h"
+
+// ---- samples -------------------------------------------------------------------------------------------------------
+
+inline int32_t depthBits(int32_t depth) { return static_cast<int32_t>(static_cast<uint32_t>(depth) & 0x7FFFFFFFu); }
+inline bool isFloatDepth(int32_t depth) { return depth == PXK_DEPTH_32F; }
+int64_t depthMin(int32_t depth);
+int64_t depthMax(int32_t depth);
+const char* depthName(int32_t depth);
+
+// A sample's bits as the number they mean; exact in a double at every depth. A NaN need not keep its bits.
+double numberOf(int32_t depth, uint32_t bits);
+// The bits of a number that the depth can hold; a float is rounded to nearest.
+uint32_t bitsOf(int32_t depth, double number);
+
+// ---- memory --------------------------------------------------------------------------------------------------------
+
+// A run of bytes that ends in front of an unreadable page (where there are such pages), between guard bytes.
+class Block {
+public:
+    explicit Block(size_t size);
+    ~Block();
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
+    bool guardsIntact() const;
+
+    uint8_t* data; // a multiple of 32 when `size` is one, otherwise of the largest power of two that divides `size`
+    size_t size;
+
+private:
+    uint8_t* pages;
+};
+
+// ---- tiles ---------------------------------------------------------------------------------------------------------
+
+struct TileCall {
+    int32_t x, y, mode;
+    int32_t depth; // of the header, at the time of the call
+};
+
+class Storage;
+
+// What tileInfo points to. The callback finds the pixels through it, whatever header the library passes.
+struct TileRecord {
+    PxkTileInfo info;
+    Storage* storage;
+};
+
+// Each asked tile is a copy with guards of its own: taken back at release when it was asked for writing, compared when
+// it was asked for reading only, then poisoned. So writes that come late, or to tiles for reading, are seen.
+class Storage {
+public:
+    Storage(int32_t blockCount, size_t blockSize);
+    std::shared_ptr<Storage> copy() const;
+
+    std::vector<std::unique_ptr<Block>> blocks; // one; or one a tile, row by row
+    TileRecord tiles;
+    int32_t tileColumns = 0, tileRows = 0;
+
+    std::vector<TileCall> calls; // all calls of the tile function, in order
+    std::vector<std::string> faults; // offences against the tile protocol
+    int32_t refuseAt = 0; // this asking call (1 is the first from now) is answered with null
+    size_t heldTiles() const { return held.size(); }
+
+    void ask(PxkImage* image, int32_t x, int32_t y, int32_t mode);
+    void release(int32_t x, int32_t y);
+
+private:
+    struct Lent {
+        Block block;
+        bool isWritten = false;
+    };
+    struct Held {
+        int32_t x, y;
+        std::shared_ptr<Lent> lent;
+    };
+    void takeBack(const Held& tile);
+    std::vector<Held> held;
+};
+
+// ---- pictures ------------------------------------------------------------------------------------------------------
+
+// What a picture is made from. Tile sizes of 0: in memory. The region record exists when its width is not 0.
+struct PictureSpec {
+    PictureSpec(int32_t depth = PXK_DEPTH_8U, int32_t width = 16, int32_t height = 8, int32_t channels = 1,
+                int32_t order = PXK_DATA_ORDER_PIXEL)
+        : depth(depth)
+        , width(width)
+        , height(height)
+        , channels(channels)
+        , order(order)
+    {
+    }
+    PictureSpec& region(int32_t x, int32_t y, int32_t w, int32_t h, int32_t coi = 0)
+    {
+        roi = { coi, x, y, w, h };
+        return *this;
+    }
+    PictureSpec& tiled(int32_t w, int32_t h)
+    {
+        tileWidth = w;
+        tileHeight = h;
+        return *this;
+    }
+    PictureSpec& withAlpha()
+    {
+        hasAlpha = true;
+        return *this;
+    }
+    PictureSpec& aligned(int32_t bytes)
+    {
+        align = bytes;
+        return *this;
+    }
+
+    int32_t depth, width, height, channels, order;
+    bool hasAlpha = false;
+    int32_t align = 4, origin = 0;
+    PxkROI roi = { 0, 0, 0, 0, 0 };
+    int32_t tileWidth = 0, tileHeight = 0;
+    int32_t extraStep = 0; // added to widthStep: a multiple of `align`
+};
+
+class Picture;
+using PicturePtr = std::shared_ptr<Picture>;
+
+class Picture {
+public:
+    static PicturePtr make(const PictureSpec& spec, Random& random); // filled with fillRandom
+    static PicturePtr make(const PictureSpec& spec, uint64_t seed = 1);
+    PicturePtr otherHeader(); // the same pixels, tile record and mask under a header and region of its own
+    // A copy with its own pixels; `copies` keeps what two pictures share (pixels, masks) shared between their copies.
+    struct Copies {
+        std::map<const void*, std::shared_ptr<Storage>> storages;
+        std::map<const void*, PicturePtr> pictures;
+    };
+    PicturePtr copy(Copies& copies);
+    PicturePtr copy();
+    Picture(const Picture&) = delete;
+    Picture& operator=(const Picture&) = delete;
+
+    void setMask(PicturePtr maskPicture);
+    void setRegion(int32_t x, int32_t y, int32_t width, int32_t height, int32_t coi = 0);
+    operator PxkImage*() { return &header; }
+
+    // Sample (x, y, c) of the whole image, c from 0. Value: integer depths; number: all depths.
+    uint32_t bits(int32_t x, int32_t y, int32_t c) const;
+    void setBits(int32_t x, int32_t y, int32_t c, uint32_t bits);
+    double number(int32_t x, int32_t y, int32_t c = 0) const { return numberOf(spec.depth, bits(x, y, c)); }
+    int64_t value(int32_t x, int32_t y, int32_t c = 0) const { return static_cast<int64_t>(number(x, y, c)); }
+    void setNumber(int32_t x, int32_t y, int32_t c, double n) { setBits(x, y, c, bitsOf(spec.depth, n)); }
+    void setAll(double n);
+
+    // In memory: sample `s` of a row of a plane, padding included, which lasts up to samplesOfStep().
+    uint8_t* row(int32_t y, int32_t plane = 0) const;
+    uint32_t rowBits(int32_t plane, int32_t y, int32_t s) const;
+    void setRowBits(int32_t plane, int32_t y, int32_t s, uint32_t bits);
+    int32_t planes() const { return spec.order == PXK_DATA_ORDER_PLANE ? spec.channels : 1; }
+    int32_t samplesOfRow() const { return spec.width * (spec.channels / planes()); }
+    int32_t samplesOfStep() const { return header.widthStep * 8 / depthBits(spec.depth); }
+
+    bool isTiled() const { return spec.tileWidth != 0; }
+    // True when every tile asked so far meets this rectangle of the image.
+    bool askedOnlyInside(int32_t x, int32_t y, int32_t width, int32_t height) const;
+    void freeze(); // header and region as they are now are what headerFault() compares with
+    std::string headerFault() const; // a changed field's name, or empty
+    std::string tileFault() const; // the first offence against the tile protocol, or a tile still held, or empty
+
+    PictureSpec spec;
+    PxkImage header;
+    PxkROI roi;
+    PicturePtr mask;
+    std::shared_ptr<Storage> storage;
+
+private:
+    Picture(const PictureSpec& spec, std::shared_ptr<Storage> storage);
+    void aimPointers();
+    uint8_t* address(int32_t x, int32_t y, int32_t c, int32_t& bit) const;
+    int32_t step; // bytes from row to row, in memory or in a tile
+    PxkImage frozenHeader;
+    PxkROI frozenRoi;
+};
+
+// Random bytes everywhere, padding and tiles beyond the image included; samples over the depth's range with many
+// extremes, for floats all magnitudes, and with `nonFinite` infinities and NaNs too.
+void fillRandom(Picture& picture, Random& random, bool nonFinite = false);
+// Samples from an interval; integers at integer depths.
+void fillRange(Picture& picture, Random& random, double low, double high);
+// Bits for a mask: one of noise, nearly all ones, long runs, all ones, few ones.
+void fillMask(Picture& mask, Random& random);

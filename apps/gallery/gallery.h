@@ -23,7 +23,7 @@ struct ReleaseImage {
 using Image = std::unique_ptr<PxkImage, ReleaseImage>;
 
 // The pictures that exhibits start from, all of one size except `writing`. Exhibits may hang regions, masks and border
-// modes on them (Stage takes them off again) but leave their pixels alone.
+// modes on them (Stage takes them off again: the whole picture, and PXK_EDGE_CLAMP) but leave their pixels alone.
 struct Inputs {
     Image photo;   // 8U, three channels, BGR, top row first
     Image gray;    // the same picture, 8U, one channel
@@ -82,6 +82,8 @@ public:
     Result result;
 
 private:
+    void restoreInputs();
+
     std::vector<Image> owned_;
 };
 

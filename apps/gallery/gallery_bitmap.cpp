@@ -29,51 +29,6 @@ static Bitmap makeBitmap(const PxkImage* image, uint16_t bitCount, uint32_t comp
     return bitmap;
 }
 
-const Exhibit ditherExhibits[] = {
-    { "Threshold", "One bit a pixel without dithering: 1 from 128 on.",
-      [](Stage& s, PxkImage*, PxkImage*) {
-          PxkImage *gray = s.gray, *bits = s.like(s.ellipse);
-          SHOW(s, bits, pxkReduceBits(gray, bits, 0, PXK_DITHER_NONE, 1));
-      } },
-    { "Floyd and Steinberg", "The error of each pixel goes to four neighbours.",
-      [](Stage& s, PxkImage*, PxkImage*) {
-          PxkImage *gray = s.gray, *bits = s.like(s.ellipse);
-          SHOW(s, bits, pxkReduceBits(gray, bits, 0, PXK_DITHER_FS, 1));
-      } },
-    { "Jarvis, Judice and Ninke", "To twelve neighbours, which is smoother.",
-      [](Stage& s, PxkImage*, PxkImage*) {
-          PxkImage *gray = s.gray, *bits = s.like(s.ellipse);
-          SHOW(s, bits, pxkReduceBits(gray, bits, 0, PXK_DITHER_JJN, 1));
-      } },
-    { "Stucki", "To the same twelve with other weights, which is sharper.",
-      [](Stage& s, PxkImage*, PxkImage*) {
-          PxkImage *gray = s.gray, *bits = s.like(s.ellipse);
-          SHOW(s, bits, pxkReduceBits(gray, bits, 0, PXK_DITHER_STUCKI, 1));
-      } },
-    { "Ordered", "A fixed pattern of 4 by 4 thresholds.",
-      [](Stage& s, PxkImage*, PxkImage*) {
-          PxkImage *gray = s.gray, *bits = s.like(s.ellipse);
-          SHOW(s, bits, pxkReduceBits(gray, bits, 0, PXK_DITHER_BAYER, 1));
-      } },
-    { "Jitter", "Noise in front of the threshold.",
-      [](Stage& s, PxkImage*, PxkImage*) {
-          PxkImage *gray = s.gray, *bits = s.like(s.ellipse);
-          SHOW(s, bits, pxkReduceBits(gray, bits, 6, PXK_DITHER_NONE, 1));
-      } },
-    { "Colour, Floyd and Steinberg", "One bit a channel: eight colours.",
-      [](Stage& s, PxkImage* photo, PxkImage* out) { SHOW(s, out, pxkReduceBits(photo, out, 0, PXK_DITHER_FS, 1)); } },
-    { "Colour, Jarvis, Judice and Ninke", "Two bits a channel.",
-      [](Stage& s, PxkImage* photo, PxkImage* out) { SHOW(s, out, pxkReduceBits(photo, out, 0, PXK_DITHER_JJN, 2)); } },
-    { "Colour, Stucki", "Two bits a channel.",
-      [](Stage& s, PxkImage* photo, PxkImage* out) {
-          SHOW(s, out, pxkReduceBits(photo, out, 0, PXK_DITHER_STUCKI, 2));
-      } },
-    { "Colour, ordered", "Two bits a channel.",
-      [](Stage& s, PxkImage* photo, PxkImage* out) {
-          SHOW(s, out, pxkReduceBits(photo, out, 0, PXK_DITHER_BAYER, 2));
-      } },
-};
-
 // Converts the photo to the bitmap, measured, and shows the bitmap as read back.
 #define SHOW_BITMAP(...)                                                                                               \
     do {                                                                                                               \
@@ -82,7 +37,7 @@ const Exhibit ditherExhibits[] = {
         s.picture(out);                                                                                                \
     } while (false)
 
-const Exhibit bitmapExhibits[] = {
+const Exhibit exhibits[] = {
     { "16 fixed colours", "The nearest of 16 standard colours for each pixel.",
       [](Stage& s, PxkImage* photo, PxkImage* out) {
           Bitmap bitmap = makeBitmap(photo, 4);
@@ -144,15 +99,11 @@ const Exhibit bitmapExhibits[] = {
       } },
 };
 
-const Family ditherFamily = { "dither", "Bit reduction and dithering",
-                              "Fewer bits a sample, and five ways to spread the error.", ditherExhibits,
-                              std::size(ditherExhibits) };
-
 const Family bitmapFamily = {
     "bitmap", "Bitmaps and palettes",
     "Device-independent bitmaps of 1 to 32 bits, with the colour table kept, fixed, or chosen "
     "for the picture. Each bitmap is shown as it is read back.",
-    bitmapExhibits, std::size(bitmapExhibits)
+    exhibits, std::size(exhibits)
 };
 
 } // namespace gallery

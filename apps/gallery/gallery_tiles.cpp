@@ -88,7 +88,7 @@ const Exhibit exhibits[] = {
           TileStore store = { out, true };
           PxkTileInfo info = { handTile, 0, nullptr, 96, 48 };
           PxkImage* tiled = tiledBy(s, store, info);
-          MEASURE(s, pxkSubtract(photo, rings, tiled));
+          MEASURE(s, pxkOr(photo, rings, tiled));
           s.picture(out);
           s.result.text = std::to_string(store.nAsked) + " tiles asked for";
       } },
@@ -99,7 +99,7 @@ const Exhibit exhibits[] = {
                       info = { handTile, 0, nullptr, 128, 32 };
           PxkImage *photoTiles = tiledBy(s, storeA, infoA), *otherTiles = tiledBy(s, storeB, infoB);
           PxkImage* outTiles = tiledBy(s, store, info);
-          MEASURE(s, pxkSubtract(photoTiles, otherTiles, outTiles));
+          MEASURE(s, pxkAdd(photoTiles, otherTiles, outTiles));
           s.picture(out);
           s.result.text = std::to_string(storeA.nAsked) + " + " + std::to_string(storeB.nAsked) + " tiles read, "
               + std::to_string(store.nAsked) + " written";

@@ -21,8 +21,8 @@ namespace fs = std::filesystem;
 
 namespace gallery {
 
-const Family* const families[] = { &frameFamily,   &arithFamily, &scalarFamily, &bitFamily,
-                                   &compareFamily, &alphaFamily, &tilesFamily };
+const Family* const families[] = { &frameFamily,   &tilesFamily, &arithFamily, &scalarFamily,    &bitFamily,
+                                   &compareFamily, &alphaFamily, &rankFamily,  &morphologyFamily };
 
 constexpr int32_t leastSide = 32;
 constexpr int32_t mostSide = 1024;           // larger pictures are shown at a fraction of their size

@@ -18,7 +18,7 @@ body { margin: 0; background: var(--back); color: var(--ink); font: 15px/1.5 sys
 header, main, footer { max-width: 1320px; margin: 0 auto; padding: 0 24px; }
 header { display: flex; gap: 32px; align-items: flex-end; padding-top: 40px; padding-bottom: 24px; flex-wrap: wrap; }
 header > div { flex: 1 1 420px; }
-header img { width: 240px; height: auto; border-radius: 8px; }
+header img { width: auto; height: auto; max-width: 240px; max-height: 240px; border-radius: 8px; }
 h1 { margin: 0 0 6px; font-size: 34px; line-height: 1.15; letter-spacing: -0.01em; }
 header p { margin: 0 0 8px; max-width: 68ch; color: var(--soft); }
 dl { display: grid; grid-template-columns: max-content 1fr; gap: 2px 16px; margin: 14px 0 0; }
@@ -35,7 +35,7 @@ section > p { margin: 0 0 14px; max-width: 80ch; color: var(--soft); }
 figure { margin: 0; background: var(--card); border: 1px solid var(--line); border-radius: 8px; overflow: hidden;
      scroll-margin-top: 60px; }
 figure > a { display: block; background: var(--code); cursor: zoom-in; }
-figure img { display: block; width: 100%; height: auto; }
+figure img { display: block; width: 100%; height: auto; max-height: 560px; object-fit: contain; }
 figcaption { padding: 10px 12px 12px; }
 figcaption p { margin: 2px 0 8px; color: var(--soft); font-size: 14px; }
 .small figcaption { padding: 7px 10px 9px; } .small p { margin: 0; font-size: 13px; line-height: 1.35; }
@@ -183,8 +183,8 @@ static void writeHeader(std::ostream& out, const Page& page, size_t nExhibits)
            "the code are those of the pictures to start from; <code>out</code> is a new image, black before the "
            "call, "
            "or a copy of the picture to be changed; <code>w</code> and <code>h</code> are a width and a height. "
-           "Click a "
-           "picture to enlarge it.</p><dl>"
+           "Border modes are "
+           "<code>PXK_EDGE_CLAMP</code> where nothing else is said. Click a picture to enlarge it.</p><dl>"
         << "<dt>Library</dt><dd>pxk " << version->major << '.' << version->minor << '.' << version->build
         << "</dd><dt>Picture</dt><dd>" << escape(page.input) << ", " << page.size << "</dd><dt>Exhibits</dt><dd>"
         << nExhibits << " in " << page.sections.size() << " families</dd>"

@@ -18,12 +18,12 @@ static PxkImage* orEnd(const Image& image)
     return image.get();
 }
 
-// Takes off what exhibits hang on an image.
+// Takes off what exhibits hang on an image. Beyond its edge a filter then meets the edge samples.
 static void restore(PxkImage* image)
 {
     image->roi = nullptr;
     image->maskROI = nullptr;
-    pxkSetBorderMode(image, PXK_EDGE_CONST, PXK_SIDE_TOP | PXK_SIDE_BOTTOM | PXK_SIDE_LEFT | PXK_SIDE_RIGHT, 0);
+    pxkSetBorderMode(image, PXK_EDGE_CLAMP, PXK_SIDE_TOP | PXK_SIDE_BOTTOM | PXK_SIDE_LEFT | PXK_SIDE_RIGHT, 0);
 }
 
 // The result as it is, without region or mask.
@@ -59,9 +59,15 @@ Stage::Stage(const Inputs& inputs)
     , ellipse(inputs.ellipse.get())
     , writing(inputs.writing.get())
 {
+    restoreInputs();
 }
 
 Stage::~Stage()
+{
+    restoreInputs();
+}
+
+void Stage::restoreInputs()
 {
     for (PxkImage* image : { photo, gray, other, ramp, rings, ellipse, writing }) restore(image);
 }

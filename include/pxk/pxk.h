@@ -543,25 +543,25 @@ PXK_API void pxkSquare(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * @name Device-independent bitmaps
  *
- * A bitmap is a PxkBitmapInfoHeader of 40 bytes, a colour table of four-byte entries and the bits, in one block; the Sep
- * forms take the bits by a pointer of their own. Colours stand between header and bits as follows: biClrUsed, or
+ * A bitmap is a PxkBitmapInfoHeader of 40 bytes, a colour table of four-byte entries and the bits, in one block; the
+ * Sep forms take the bits by a pointer of their own. Colours stand between header and bits as follows: biClrUsed, or
  * 2^biBitCount when that is 0, at 1, 4 and 8 bits a pixel; none at 24 bits, and at 16 and 32 bits without fields; the
  * three masks (red, green, blue) with PXK_BI_BITFIELDS. Rows are multiples of four bytes, the bottom row first, or the
  * top row first when biHeight is negative. The bits of a row's last byte that lie behind the last pixel, and the bytes
  * that fill it up, are neither read nor changed.
  *
- * Only the whole image counts: its region, channel of interest and mask are not looked at, and a tiled image is refused.
- * Rows of the image are taken to have the length that follows from width, align and depth, whatever widthStep says.
- * Images have one channel at depth 1, 8U or 16U, or three or four channels at 8U or 16U, and the channelSeq "G", "GRAY",
- * "BGR", "BGRA", "RGB" or "RGBA", filled up with zero bytes. On a gray word the gray of a colour is
- * (77 red + 151 green + 28 blue) / 256, cut off. A 16-bit sample is 256 times the byte.
+ * Only the whole image counts: its region, channel of interest and mask are not looked at, and a tiled image is
+ * refused. Rows of the image are taken to have the length that follows from width, align and depth, whatever widthStep
+ * says. Images have one channel at depth 1, 8U or 16U, or three or four channels at 8U or 16U, and the channelSeq "G",
+ * "GRAY", "BGR", "BGRA", "RGB" or "RGBA", filled up with zero bytes. On a gray word the gray of a colour is (77 red +
+ * 151 green + 28 blue) / 256, cut off. A 16-bit sample is 256 times the byte.
  *
  * Nothing tells these functions how long a block is. An uncompressed bitmap is read in its rows only, but nothing ends
  * run-length bits except what they say: put bits from an unknown source into a zero-filled buffer of at least
  * (2 biWidth + 2) (|biHeight| + 1) + 260 bytes, and the decoder cannot read past it, whatever the bits hold.
  */
 
-/** Values of biCompression: none, run-length coded (8 or 4 bits a pixel, bottom row first), or masks for 16 or 32 bits. */
+/** Values of biCompression: none, run-length coded (8 or 4 bits a pixel, bottom row first), masks (16 or 32 bits). */
 #define PXK_BI_RGB 0
 #define PXK_BI_RLE8 1
 #define PXK_BI_RLE4 2
@@ -591,39 +591,38 @@ typedef struct PxkBitmapInfoHeader {
  * Makes an image of a whole bitmap. Where the image model can describe the bits, the image points into the caller's
  * block, which must then outlive it, and *cloneData becomes 0: 24 bits; 32 bits without fields (four channels); 8 bits
  * without run-length coding and 1 bit when the colour table is a gray ramp, that is entry i of n is the gray
- * i 255 / (n - 1), at least two entries. The samples are the indices as they stand, even when the ramp is short. Such an
- * image is pixel-ordered with align 4. Everything else is converted by pxkConvertFromDIB into an image of its own, in
- * planes with align 32, and *cloneData becomes 1: three channels, or one gray channel when the table is a gray ramp, or
- * four channels for 32 bits with fields. Depth is 8U, or 1 for a one-bit ramp; channels are "G", "BGR" or "BGRA"; origin
- * is 0 when biHeight is negative, else 1.
+ * i 255 / (n - 1), at least two entries. The samples are the indices as they stand, even when the ramp is short. Such
+ * an image is pixel-ordered with align 4. Everything else is converted by pxkConvertFromDIB into an image of its own,
+ * in planes with align 32, and *cloneData becomes 1: three channels, or one gray channel when the table is a gray ramp,
+ * or four channels for 32 bits with fields. Depth is 8U, or 1 for a one-bit ramp; channels are "G", "BGR" or "BGRA";
+ * origin is 0 when biHeight is negative, else 1.
  *
  * The caller owns the image: release it with pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA), which leaves shared
  * bits alone. Returns null after a report: -5 "( dib == ((void *)0) )", "( cloneData == ((void *)0) )",
- * "( dib->biSize != sizeof(BITMAPINFOHEADER) )", "(dib->biPlanes != 1)", a biCompression above 3, run-length coding with
- * another biBitCount than its own or with a negative biHeight (each with the condition as text),
- * "(dib->biHeight == -2147483648)", "dib->biBitCount is bad"; -4 "Not enough memory to allocate header for destination
- * image" (also for a bitmap of no pixels or of more than 2^31 bytes, then after "Incorrect data-ins"), "Not enough memory
- * to allocate data for destination image"; and -1 when the conversion has failed. pxkConvertFromDIB stops silently when
- * the stored status is negative on entry; the result is then a black image.
+ * "( dib->biSize != sizeof(BITMAPINFOHEADER) )", "(dib->biPlanes != 1)", a biCompression above 3, run-length coding
+ * with another biBitCount than its own or with a negative biHeight (each with the condition as text), "dib->biBitCount
+ * is bad"; -4 "Not enough memory to allocate header for destination image" (also for a bitmap of no pixels or of more
+ * than 2^31 bytes, then after "Incorrect data-ins"), "Not enough memory to allocate data for destination image"; and -1
+ * when the conversion has failed. pxkConvertFromDIB stops silently when the stored status is negative on entry; the
+ * result is then a black image.
  */
 PXK_API PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
 
 /**
- * Fills an image from a bitmap. Rows and columns of the bitmap go to the top left of the image, which may be larger; the
- * rest keeps its values. Pixels are allocated, filled with 0, when imageData is null. Fields are cut or shifted up to
- * eight bits, low bits 0. A colour index behind a short table is black. The fourth byte of a table entry goes to alpha;
- * alpha is 0 from 16 and 24 bits.
+ * Fills an image from a bitmap. Rows and columns of the bitmap go to the top left of the image, which may be larger;
+ * the rest keeps its values. Pixels are allocated, filled with 0, when imageData is null. Fields are cut or shifted up
+ * to eight bits, low bits 0. A colour index behind a short table is black. The fourth byte of a table entry goes to
+ * alpha; alpha is 0 from 16 and 24 bits.
  *
  * pxkConvertFromDIB stops silently, after its tests for null, when the stored status is negative.
  * pxkConvertFromDIBSep runs on and returns 0 or a status, which is not always the reported one.
  *
- * Reports, in this order, -5 with the failed condition as text (here with what pxkConvertFromDIBSep returns): dib, in the
- * Sep form dibHeader or dibData, null (-5); image null (-9); alphaChannel below 0 or above nChannels (-18); dataOrder
- * (-19); origin (-20); align (-21); height, width, imageSize (-10) or widthStep (-13) below 1; biSize, biPlanes,
- * biCompression, run-length coding with a wrong biBitCount or a negative biHeight, a biHeight of -2147483648 (-5).
- * Then -10 "Image size is too small", -14 "image->channelSeq unsupport", -4 "Not enough memory to allocate data for
- * destination image", -5 "Bit-field mask is zero", -3 "Impossible to decompress RLE DIB" after the decoder's own report,
- * and -3 "<unknown>" for a biBitCount, or a pair of nChannels and depth, that is not served.
+ * Reports, in this order, -5 with the failed condition as text (here with what pxkConvertFromDIBSep returns): dib, in
+ * the Sep form dibHeader or dibData, null (-5); image null (-9); alphaChannel below 0 or above nChannels (-18);
+ * dataOrder (-19); origin (-20); align (-21); height, width, imageSize (-10) or widthStep (-13) below 1; biSize,
+ * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then -10 "Image size is too small", -14 "image->channelSeq unsupport", -4 "Not enough memory to allocate data for
+ * destination image", -5 "Bit-field mask is zero", -3 "Impossible to decompress RLE DIB" after the decoder's own
+ * report, and -3 "<unknown>" for a biBitCount, or a pair of nChannels and depth, that is not served.
  */
 PXK_API void pxkConvertFromDIB(PxkBitmapInfoHeader* dib, PxkImage* image);
 PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibData, PxkImage* image);
@@ -633,25 +632,26 @@ PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibDa
  * bits. Image and bitmap have the same size.
  *
  * dither: 1 for none; 2, 4, 8 or 16 reduce the image first with pxkReduceBits and this dither type, to 1, 4 or 8 bits
- * (8 for bitmaps of 8 bits and more). paletteConversion, for bitmaps below 16 bits: PXK_PALETTE_KEEP; PXK_PALETTE_FIXED,
- * which stores a gray ramp for one channel and a fixed set of colours otherwise when the table has 2, 16 or 256 entries,
- * else nothing; PXK_PALETTE_MEDCUT, which stores up to 2^biBitCount colours and their number in biClrUsed. In the plain
- * form the bits stand behind the table as it is after this step. A pixel gets the entry with the least sum of squared
- * differences of red, green and blue, the lowest index among equals. Fields of 16 bits are cut to their width; those of
- * 32 bits are shifted only, and without masks the top byte is 0. PXK_BI_RLE8 and PXK_BI_RLE4 code the bits in place and
- * set biSizeImage; bits that would not shrink stay and biCompression becomes 0.
+ * (8 for bitmaps of 8 bits and more). paletteConversion, for bitmaps below 16 bits: PXK_PALETTE_KEEP;
+ * PXK_PALETTE_FIXED, which stores a gray ramp for one channel and a fixed set of colours otherwise when the table has
+ * 2, 16 or 256 entries, else nothing; PXK_PALETTE_MEDCUT, which stores up to 2^biBitCount colours and their number in
+ * biClrUsed (and walks the rows by widthStep). In the plain form the bits stand behind the table as it is after this step. A pixel gets the entry with
+ * the least sum of squared differences of red, green and blue, the lowest index among equals. Fields of 16 bits are cut
+ * to their width; those of 32 bits are shifted only, and without masks the top byte is 0. PXK_BI_RLE8 and PXK_BI_RLE4
+ * code the bits in place and set biSizeImage; bits that would not shrink stay and biCompression becomes 0.
  *
- * Both run on whatever status is stored. pxkConvertToDIBSep returns 0 or a status, which is not always the reported one.
+ * Both run on whatever status is stored. pxkConvertToDIBSep returns 0 or a status, which is not always the reported
+ * one.
  *
  * Reports "Incorrect Image" (returned as -5), then -5 with the failed condition as text (here with what
  * pxkConvertToDIBSep returns): dib, in the Sep form dibHeader or dibData, null (-5); nChannels (-15); depth (-17);
  * alphaChannel (-18); channels that do not fit alpha (-15); sizes that differ (-10); biSize, biPlanes, biCompression,
  * run-length coding with a wrong biBitCount or a negative biHeight, dither, paletteConversion (-5). Then -3 "Error of
- * creating medcut palette"; -5 "Parameter biBitCount of DIB-image have illegal value", -4 "Not enough memory to allocate
- * header for temporal image" (also three or four channels to one bit with dither) and -3 "Dithering can't be produced"
- * (also on a negative stored status) with dither only; -15 "image->nChannels is bad", -14 "image->channelSeq unsupport",
- * -5 "dib->biBitCount is bad" (Sep: "dibHeader->biBitCount is bad"), -5 "Bit-field mask is zero"; -4 when the encoder is
- * out of memory; -3 "<unknown>" for a tiled image.
+ * creating medcut palette"; -5 "Parameter biBitCount of DIB-image have illegal value", -4 "Not enough memory to
+ * allocate header for temporal image" (also three or four channels to one bit with dither) and -3 "Dithering can't be
+ * produced" (also on a negative stored status) with dither only; -15 "image->nChannels is bad", -14 "image->channelSeq
+ * unsupport", -5 "dib->biBitCount is bad" (Sep: "dibHeader->biBitCount is bad"), -5 "Bit-field mask is zero"; -4 when
+ * the encoder is out of memory; -3 "<unknown>" for a tiled image.
  */
 PXK_API void pxkConvertToDIB(PxkImage* image, PxkBitmapInfoHeader* dib, int32_t dither, int32_t paletteConversion);
 PXK_API int32_t pxkConvertToDIBSep(PxkImage* image, PxkBitmapInfoHeader* dibHeader, void* dibData, int32_t dither,
@@ -752,6 +752,129 @@ PXK_API void pxkAlphaComposite(PxkImage* srcImageA, PxkImage* srcImageB, PxkImag
                                int32_t premultiplied);
 PXK_API void pxkAlphaCompositeC(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, int32_t compositeType,
                                 int32_t alphaA, int32_t alphaB, int32_t premultiplied);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @name Convolution */
+
+/** How the results of several kernels are combined. */
+#define PXK_CONV_SUM 0
+#define PXK_CONV_SUMSQ 1
+#define PXK_CONV_SUMSQROOT 2
+#define PXK_CONV_MAX 3
+#define PXK_CONV_MIN 4
+
+/** A kernel of integers: held reversed, anchors mirrored. Make it with pxkCreateConvKernel. */
+typedef struct PxkConvKernel {
+    int32_t nCols;
+    int32_t nRows;
+    int32_t anchorX; /**< nCols - 1 - the caller's anchor */
+    int32_t anchorY; /**< nRows - 1 - the caller's anchor */
+    int32_t* values; /**< nRows rows of nCols coefficients, in reverse of the caller's order */
+    int32_t nShiftR; /**< each sum is shifted right by it, towards minus infinity */
+} PxkConvKernel;
+
+/** A kernel of floats. */
+typedef struct PxkConvKernelFP {
+    int32_t nCols;
+    int32_t nRows;
+    int32_t anchorX;
+    int32_t anchorY;
+    float* values;
+} PxkConvKernelFP;
+
+/**
+ * Makes a kernel from nRows rows of nCols coefficients, which are copied. (anchorX, anchorY) is the coefficient that meets the
+ * pixel itself. Release it with pxkDeleteConvKernel or pxkDeleteConvKernelFP. Returns null after reporting -5 "(values == 0)",
+ * "(nRows<=0 || nCols<=0)", "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)" or -4 "Allocation failure".
+ */
+PXK_API PxkConvKernel* pxkCreateConvKernel(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                           const int32_t* values, int32_t nShiftR);
+/** The same from 8-bit signed coefficients. */
+PXK_API PxkConvKernel* pxkCreateConvKernelChar(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                               const int8_t* values, int32_t nShiftR);
+/** The same for floats. */
+PXK_API PxkConvKernelFP* pxkCreateConvKernelFP(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                               const float* values);
+
+/**
+ * Gives back what a kernel was made from; `values` has room for nCols nRows coefficients (the Char form keeps their low 8 bits).
+ * Reports -5 "kernel==0", "ownBadKernel((OwnConvKernel*)kernel)", then "nRows==0" and "nCols==0", then "anchorX==0" and
+ * "anchorY==0", then "values==0", "nShiftR==0"; a negative stored status ends the call silently behind each pair.
+ */
+PXK_API void pxkGetConvKernel(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
+                              int32_t* anchorY, int32_t* values, int32_t* nShiftR);
+PXK_API void pxkGetConvKernelChar(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
+                                  int32_t* anchorY, int8_t* values, int32_t* nShiftR);
+PXK_API void pxkGetConvKernelFP(PxkConvKernelFP* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
+                                int32_t* anchorY, float* values);
+
+/** Release a kernel with its coefficients. Report -5 "kernel==0", "kernel->values==0". */
+PXK_API void pxkDeleteConvKernel(PxkConvKernel* kernel);
+PXK_API void pxkDeleteConvKernelFP(PxkConvKernelFP* kernel);
+
+/**
+ * Convolves with one to ten kernels and combines their results per pixel (PXK_CONV_...). With the caller's coefficients K and
+ * anchor (ax, ay) a kernel gives the sum over u, v of K[v][u] src(x + ax - u, y + ay - v), shifted right by nShiftR. With one
+ * kernel method 1 squares, 2 takes the absolute value, and all others give the plain result. The result is limited to the
+ * depth's range; at depth 1U bits count as 0 and 1, and a result above 0 gives 1. Depths 1U, 8U, 8S, 16U, 16S, 32S.
+ *
+ * Sums are exact in 32-bit integers where coefficients have 16 bits and no sum can leave 32 bits; otherwise, and always at 32S,
+ * they are kept in single precision and rounded to nearest even. Sums of squares of kernels whose sums fit 16 bits wrap in 32.
+ * Beyond the image the border modes hold, constants limited to the depth; the edge of a region is none. Pixels selected by the
+ * masks of both images change. Source and destination may be one image.
+ *
+ * Reports "Incorrect Image"; -11 "Bad ROI offsets" (a region that starts outside its image); -5 "kernel==0",
+ * "(nKernels<=0 || nKernels>10)", "Inadmissible method", "kernel[i]==0", "Bad kernel structure", "Uncompatible images" (depths,
+ * orders or channels differ), "32F images can be processed only with FP kernel", "FP kernel can be used only for 32F image",
+ * "One of the COI is not defined", "No channel to operate"; -4 "Allocation failure", also for a refused tile.
+ */
+PXK_API void pxkConvolve2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel** kernel, int32_t nKernels,
+                           int32_t combineMethod);
+
+/** The same with kernels of floats on images of depth 32F; nothing is limited or rounded. */
+PXK_API void pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP** kernel, int32_t nKernels,
+                             int32_t combineMethod);
+
+/**
+ * Convolves rows with xKernel (one row) and the result with yKernel (one column); one of the two may be null, which leaves that
+ * axis alone. The row kernel's shifted sums are kept in 32 bits without limiting, the column kernel's are limited to the depth.
+ * 32S and coefficients whose sums could leave 32 bits are computed in double precision and rounded to nearest even at the end.
+ * Images, borders and reports as pxkConvolve2D, then -5 "(xKernel == 0) && (yKernel == 0)", "Bad kernel structure",
+ * "(xKernel->nRows != 1)", "(yKernel->nCols != 1)".
+ */
+PXK_API void pxkConvolveSep2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel* xKernel, PxkConvKernel* yKernel);
+
+/** The same with kernels of floats on images of depth 32F, in single precision. */
+PXK_API void pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP* xKernel,
+                                PxkConvKernelFP* yKernel);
+
+/** The filters of pxkFixedFilter. Coefficients meet the samples as they stand here, rows from the top. */
+#define PXK_FILTER_PREWITT_X_3x3 0 /**< -1 0 1 / -1 0 1 / -1 0 1 */
+#define PXK_FILTER_PREWITT_Y_3x3 1 /**< -1 -1 -1 / 0 0 0 / 1 1 1 */
+#define PXK_FILTER_SOBEL_X_3x3 2   /**< -1 0 1 / -2 0 2 / -1 0 1 */
+#define PXK_FILTER_SOBEL_Y_3x3 3   /**< -1 -2 -1 / 0 0 0 / 1 2 1 */
+#define PXK_FILTER_LAPLACE_3x3 4   /**< 0 1 0 / 1 -4 1 / 0 1 0 */
+#define PXK_FILTER_LAPLACE_5x5 5   /**< 0 0 1 0 0 / 0 1 2 1 0 / 1 2 -16 2 1 / 0 1 2 1 0 / 0 0 1 0 0 */
+#define PXK_FILTER_GAUSS_3x3 6     /**< 1 2 1 squared, over 16 */
+#define PXK_FILTER_GAUSS_5x5 7     /**< 1 4 6 4 1 squared, over 256 */
+#define PXK_FILTER_HIGHPASS_3x3 8  /**< -1 everywhere, 8 in the middle */
+#define PXK_FILTER_HIGHPASS_5x5 9  /**< -1 everywhere, 24 in the middle */
+#define PXK_FILTER_SHARPEN_3x3 10  /**< -1 everywhere, 16 in the middle, over 8 */
+
+/**
+ * Applies a fixed filter, its middle on the pixel, at every depth; integer sums are shifted right, floats multiplied by the
+ * power of two. Images, borders and reports as pxkConvolve2D and pxkConvolve2DFP; -5 "(filter < 0) || (filter > 10)".
+ */
+PXK_API void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filter);
+
+/**
+ * The mean of the nCols by nRows window round each pixel, (anchorX, anchorY) as for the rank filters. Integer depths round to
+ * nearest, halves upward; 32F is summed in double precision and rounded once, and no sample outside a window touches its mean.
+ * Source and destination may be one image. Masks, borders and reports as the rank filters; 1U is refused with -5
+ * "srcImage->depth==1", 32F is taken.
+ */
+PXK_API void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
+                     int32_t anchorY);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**

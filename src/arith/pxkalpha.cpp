@@ -15,44 +15,51 @@ struct OwnTimesAlpha {
     }
 };
 
-// Every colour channel by the pixel's own alpha, as many channels at a time as a kernel takes.
-template <class T> static void ownTimesOwnAlpha(const PxkImage* image, const OwnPatch& patch)
+// What becomes of the channels of a pixel.
+struct OwnPreMultiplication {
+    bool hasColours;
+    bool setsAlpha; // to the constant; without it the pixel's own alpha is the factor, or alpha has no part
+    bool isConstant;
+
+    bool needsAlpha() const { return setsAlpha || !isConstant; }
+};
+
+template <class T>
+static void ownPreMultiplyRows(uint8_t* const* rows, int32_t count, ptrdiff_t n, const OwnPreMultiplication& how,
+                               T constant)
+{
+    T* const alpha = reinterpret_cast<T*>(how.needsAlpha() ? rows[count] : nullptr);
+    for (int32_t c = 0; c < count; ++c) {
+        T* const d = reinterpret_cast<T*>(rows[c]);
+        if (how.isConstant) {
+            OWN_IVDEP
+            for (ptrdiff_t i = 0; i < n; ++i) d[i] = OwnTimesAlpha {}(d[i], constant);
+        } else {
+            OWN_IVDEP
+            for (ptrdiff_t i = 0; i < n; ++i) d[i] = OwnTimesAlpha {}(d[i], alpha[i]);
+        }
+    }
+    if (how.setsAlpha) std::fill_n(alpha, n, constant);
+}
+
+// Channels are operands of their own, as many at a time as a kernel takes, with alpha as the last of them: where it is
+// only read it is stored as it was.
+template <class T>
+static void ownPreMultiplyPatch(const PxkImage* image, const OwnPatch& patch, const OwnPreMultiplication& how,
+                                T constant)
 {
     const OwnView& colours = patch.views[0];
-    OwnView views[ownMostOperands] = { ownAlphaView(image, colours) };
+    const int32_t nColours = how.hasColours ? colours.nChannels : 0;
+    const int32_t nAlphas = how.needsAlpha() ? 1 : 0;
     constexpr int32_t most = ownMostOperands - 1;
-    for (int32_t start = 0; start < colours.nChannels; start += most) {
-        const int32_t count = std::min(most, colours.nChannels - start);
-        for (int32_t c = 0; c < count; ++c) views[1 + c] = ownChannelView(colours, start + c);
-        const auto row = [count](uint8_t* const* rows, ptrdiff_t n) {
-            const T* const alpha = reinterpret_cast<const T*>(rows[0]);
-            for (int32_t c = 0; c < count; ++c) {
-                T* const d = reinterpret_cast<T*>(rows[1 + c]);
-                OWN_IVDEP
-                for (ptrdiff_t i = 0; i < n; ++i) d[i] = OwnTimesAlpha {}(d[i], alpha[i]);
-            }
-        };
-        ownRunViews(views, 1 + count, count, patch.mask, ownRowKernel(row, true));
+    for (int32_t start = 0; start < std::max(nColours, 1); start += most) {
+        const int32_t count = std::min(most, nColours - start);
+        OwnView views[ownMostOperands];
+        for (int32_t c = 0; c < count; ++c) views[c] = ownChannelView(colours, start + c);
+        if (nAlphas != 0) views[count] = ownAlphaView(image, colours);
+        const auto row = [&](uint8_t* const* rows, ptrdiff_t n) { ownPreMultiplyRows(rows, count, n, how, constant); };
+        ownRunViews(views, count + nAlphas, count + nAlphas, patch.mask, ownRowKernel(row, true));
     }
-}
-
-template <class T> static void ownTimesConstant(const OwnView& view, const OwnBits* mask, T constant)
-{
-    const auto row = [constant](uint8_t* const* rows, ptrdiff_t n) {
-        T* const d = reinterpret_cast<T*>(rows[0]);
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < n; ++i) d[i] = OwnTimesAlpha {}(d[i], constant);
-    };
-    ownRunViews(&view, 1, 1, mask, ownRowKernel(row, true));
-}
-
-template <class T> static void ownSetChannel(const OwnView& view, const OwnBits* mask, T constant)
-{
-    const auto row = [constant](uint8_t* const* rows, ptrdiff_t n) {
-        T* const d = reinterpret_cast<T*>(rows[0]);
-        for (ptrdiff_t i = 0; i < n; ++i) d[i] = constant;
-    };
-    ownRunViews(&view, 1, 1, mask, ownRowKernel(row));
 }
 
 // The constant as a sample of alpha: at 32F 255 stands for 1.
@@ -69,17 +76,13 @@ template <class T> static void ownPreMultiply(const OwnWork& work, int32_t alpha
 {
     const PxkImage* const image = work.operands[0].image;
     const int32_t coi = image->roi != nullptr ? image->roi->coi : 0;
+    const bool isConstant = alphaValue >= 0;
     const bool hasColours = coi == 0 || coi != image->alphaChannel;
-    const bool setsAlpha = image->alphaChannel != 0 && (coi == 0 || coi == image->alphaChannel);
-    const auto onPatch = [&](const OwnPatch& patch) {
-        if (alphaValue < 0) {
-            if (hasColours) ownTimesOwnAlpha<T>(image, patch);
-            return;
-        }
-        const T alpha = ownAlphaSample<T>(alphaValue);
-        if (hasColours) ownTimesConstant<T>(patch.views[0], patch.mask, alpha);
-        if (setsAlpha) ownSetChannel<T>(ownAlphaView(image, patch.views[0]), patch.mask, alpha);
-    };
+    const bool setsAlpha = isConstant && image->alphaChannel != 0 && (coi == 0 || coi == image->alphaChannel);
+    const OwnPreMultiplication how = { hasColours, setsAlpha, isConstant };
+    if (!hasColours && !setsAlpha) return;
+    const T constant = isConstant ? ownAlphaSample<T>(alphaValue) : T { 0 };
+    const auto onPatch = [&](const OwnPatch& patch) { ownPreMultiplyPatch<T>(image, patch, how, constant); };
     ownSweepPatches(work, ownPatchRunner(onPatch));
 }
 

@@ -51,22 +51,23 @@ template <class T> struct OwnCompositeRows {
     alignas(64) T constantB[mostConstant];
 };
 
-// Rows of `count` colours of a, of b and of the destination, with the alphas (unless constant) behind the sources and
-// the result's alpha (if wanted) at the end. In place the alphas are read for the last time when that is written.
+// Rows of `count` colours of a, of b and of the destination, each with its alpha behind it (sources: unless constant,
+// destination: if wanted). In place the alphas are read for the last time when the result's is written.
 template <class T>
 static void ownCompositeSamples(const OwnCompositeRows<T>& how, uint8_t* const* rows, int32_t count, bool writesAlpha,
                                 ptrdiff_t n)
 {
     const auto row = [rows](int32_t k) { return reinterpret_cast<T*>(rows[k]); };
-    const int32_t nAlphas = how.isConstant ? 0 : 2;
-    const int32_t firstResult = 2 * count + nAlphas;
+    const int32_t firstOfB = how.isConstant ? count : count + 1;
+    const int32_t firstResult = 2 * firstOfB;
     const ptrdiff_t most = how.isConstant ? how.mostConstant : n;
     for (ptrdiff_t start = 0; start < n; start += most) {
         const ptrdiff_t samples = std::min(most, n - start);
-        const T* const alphaA = how.isConstant ? how.constantA : row(2 * count) + start;
-        const T* const alphaB = how.isConstant ? how.constantB : row(2 * count + 1) + start;
+        const T* const alphaA = how.isConstant ? how.constantA : row(count) + start;
+        const T* const alphaB = how.isConstant ? how.constantB : row(firstOfB + count) + start;
         for (int32_t c = 0; c < count; ++c) {
-            how.colour(row(c) + start, row(count + c) + start, alphaA, alphaB, row(firstResult + c) + start, samples);
+            how.colour(row(c) + start, row(firstOfB + c) + start, alphaA, alphaB, row(firstResult + c) + start,
+                       samples);
         }
         if (writesAlpha) how.alpha(alphaA, alphaB, alphaA, alphaB, row(firstResult + count) + start, samples);
     }
@@ -100,10 +101,9 @@ static void ownCompositePatch(const OwnWork& work, const OwnPatch& patch, const 
         const auto addColours = [&](const OwnView& view) {
             for (int32_t c = 0; c < count; ++c) views[k++] = ownChannelView(view, start + c);
         };
-        addColours(patch.views[0]);
-        addColours(patch.views[1]);
-        for (int32_t source = 0; source < 2 && !how.isConstant; ++source) {
-            views[k++] = ownAlphaView(work.operands[source].image, patch.views[source]);
+        for (int32_t source = 0; source < 2; ++source) {
+            addColours(patch.views[source]);
+            if (!how.isConstant) views[k++] = ownAlphaView(work.operands[source].image, patch.views[source]);
         }
         addColours(patch.views[2]);
         if (writesAlpha) views[k++] = ownAlphaView(work.operands[2].image, patch.views[2]);

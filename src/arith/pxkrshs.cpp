@@ -6,7 +6,7 @@ template <class U> static void ownRunSignedShift(const OwnWork& work, uint32_t s
     constexpr U signBit = static_cast<U>(~(static_cast<U>(~U { 0 }) >> 1));
     const uint64_t signs = ownInEverySample(signBit);
     const uint64_t kept = ownInEverySample(static_cast<U>(static_cast<U>(~U { 0 }) >> shift));
-    const uint64_t lowered = ownInEverySample(static_cast<U>(signBit >> shift));
+    const uint64_t lowered = signs >> shift;
     ownRunWords(work, [=](uint64_t word) {
         const uint64_t shifted = (word ^ signs) >> shift & kept;
         return ((shifted | signs) - lowered) ^ signs; // the sign bit lends to its own sample alone

@@ -63,7 +63,6 @@ bool ownCopyRowRun(PxkImage* image, int32_t x, int32_t y, int32_t channel, uint8
         if (data == nullptr) return false;
         ownCopyBlockRun(image, ownTileBlock(image, data), inTile, y % tiles->height, channel, buffer, position, n,
                         isForward);
-        tiles->tileData = data;
         tiles->callBack(image, tileCol, tileRow, PXK_TILE_RELEASE);
         x += isForward ? n : -n;
         position += n;

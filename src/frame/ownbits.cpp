@@ -75,27 +75,34 @@ void ownStoreBits(const uint8_t* from, int32_t fromBit, uint8_t* to, int32_t toB
     }
 }
 
-static inline uint8_t ownReversedByte(uint8_t bits)
+// All bits of a word, which is those of each byte and the order of the bytes: it serves either byte order.
+static inline uint64_t ownReversedWord(uint64_t w)
 {
-    uint32_t b = bits;
-    b = (b >> 4 | b << 4) & 0xFF;
-    b = (b >> 2 & 0x33) | (b & 0x33) << 2;
-    return static_cast<uint8_t>((b >> 1 & 0x55) | (b & 0x55) << 1);
+    w = (w >> 1 & 0x5555555555555555u) | (w & 0x5555555555555555u) << 1;
+    w = (w >> 2 & 0x3333333333333333u) | (w & 0x3333333333333333u) << 2;
+    w = (w >> 4 & 0x0F0F0F0F0F0F0F0Fu) | (w & 0x0F0F0F0F0F0F0F0Fu) << 4;
+    return __builtin_bswap64(w);
 }
 
 void ownStoreReversedBits(const uint8_t* from, int32_t fromBit, uint8_t* to, int32_t toBit, ptrdiff_t n)
 {
     constexpr ptrdiff_t blockBytes = 2048;
-    uint8_t aligned[blockBytes];
-    uint8_t reversed[blockBytes];
+    uint8_t aligned[blockBytes + 8];
+    uint8_t reversed[blockBytes + 8];
+    memset(aligned, 0, 8); // whole words are reversed, the last one reaches over the front
     while (n > 0) {
         const ptrdiff_t count = std::min<ptrdiff_t>(n, 8 * blockBytes - toBit);
         const ptrdiff_t bytes = ownBytesOfBits(toBit, count);
         // Placed so that reversing whole bytes leaves the run at the destination's bit position.
         const int32_t phase = static_cast<int32_t>(8 * bytes - toBit - count);
         const ptrdiff_t first = fromBit + n - count;
-        ownAlignBits(from + first / 8, static_cast<int32_t>(first % 8), aligned, phase, count);
-        for (ptrdiff_t i = 0; i < bytes; ++i) reversed[i] = ownReversedByte(aligned[bytes - 1 - i]);
+        ownAlignBits(from + first / 8, static_cast<int32_t>(first % 8), aligned + 8, phase, count);
+        for (ptrdiff_t i = 0; i < bytes; i += 8) {
+            uint64_t word;
+            memcpy(&word, aligned + bytes - i, sizeof word);
+            word = ownReversedWord(word);
+            memcpy(reversed + i, &word, sizeof word);
+        }
         ownMergeBits(reversed, to, toBit, count);
         to += (toBit + count) / 8;
         toBit = static_cast<int32_t>((toBit + count) % 8);
@@ -117,25 +124,37 @@ uint64_t ownLoadBits(const uint8_t* from, int32_t fromBit, int32_t n)
     return n < 64 ? word & ~(UINT64_MAX >> n) : word;
 }
 
-// Eight pixels of a byte as eight bytes, the most significant bit in the first one. Each lane keeps the bit that is its
-// own; adding 127 carries any bit of a lane to its top without reaching the next one.
-static inline void ownSpreadByte(uint32_t bits, uint8_t* to, uint8_t one)
+// Eight bytes as a word whose lowest lane is the first one, in either byte order: one load or store.
+static inline uint64_t ownLanesOf(uint64_t word)
+{
+    return __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? word : __builtin_bswap64(word);
+}
+
+// Eight pixels of a byte as eight bytes of a pattern or 0, the most significant bit in the first one. Each lane keeps
+// the bit that is its own; adding 127 carries any bit of a lane to its top without reaching the next one.
+static inline void ownSpreadByte(uint32_t bits, uint64_t pattern, uint8_t* to)
 {
     const uint64_t own = bits * 0x0101010101010101u & 0x0102040810204080u;
-    const uint64_t lanes = ((own + 0x7F7F7F7F7F7F7F7Fu) >> 7 & 0x0101010101010101u) * one;
-    for (int32_t j = 0; j < 8; ++j) to[j] = static_cast<uint8_t>(lanes >> (8 * j));
+    const uint64_t ones = (own + 0x7F7F7F7F7F7F7F7Fu) >> 7 & 0x0101010101010101u;
+    const uint64_t lanes = ownLanesOf(((ones << 8) - ones) & pattern);
+    memcpy(to, &lanes, sizeof lanes);
 }
 
 void ownExpandBits(const uint8_t* from, int32_t fromBit, uint8_t* to, ptrdiff_t n, uint8_t one)
 {
-    ptrdiff_t i = 0;
-    for (; i + 8 <= n; i += 8) {
-        const uint8_t* const byte = from + i / 8;
-        // The second byte holds needed bits only when the row starts inside a byte.
-        const uint32_t pair = static_cast<uint32_t>(byte[0]) << 8 | (fromBit != 0 ? byte[1] : 0u);
-        ownSpreadByte(pair >> (8 - fromBit) & 0xFF, to + i, one);
+    const uint64_t pattern = one * 0x0101010101010101u;
+    const ptrdiff_t bytes = n / 8;
+    if (fromBit == 0) {
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < bytes; ++i) ownSpreadByte(from[i], pattern, to + 8 * i);
+    } else {
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < bytes; ++i) {
+            const uint32_t pair = static_cast<uint32_t>(from[i]) << 8 | from[i + 1];
+            ownSpreadByte(pair >> (8 - fromBit) & 0xFF, pattern, to + 8 * i);
+        }
     }
-    for (; i < n; ++i) {
+    for (ptrdiff_t i = 8 * bytes; i < n; ++i) {
         const ptrdiff_t position = fromBit + i;
         to[i] = (from[position / 8] >> (7 - position % 8) & 1) != 0 ? one : uint8_t { 0 };
     }
@@ -145,24 +164,31 @@ void ownExpandBits(const uint8_t* from, int32_t fromBit, uint8_t* to, ptrdiff_t 
 // byte, and no two of the 64 partial products meet in one bit, so nothing carries.
 static inline uint8_t ownGatherByte(const uint8_t* from)
 {
-    uint64_t lanes = 0;
-    for (int32_t j = 0; j < 8; ++j) lanes |= static_cast<uint64_t>(from[j]) << (8 * j);
-    return static_cast<uint8_t>((lanes & 0x0101010101010101u) * 0x8040201008040201u >> 56);
+    uint64_t word;
+    memcpy(&word, from, sizeof word);
+    return static_cast<uint8_t>((ownLanesOf(word) & 0x0101010101010101u) * 0x8040201008040201u >> 56);
+}
+
+// Single pixels from `start` to `end`.
+static void ownPackEdge(const uint8_t* from, uint8_t* to, int32_t toBit, ptrdiff_t start, ptrdiff_t end)
+{
+    for (ptrdiff_t i = start; i < end; ++i) {
+        const ptrdiff_t position = toBit + i;
+        const uint8_t mask = static_cast<uint8_t>(128 >> (position % 8));
+        ownMergeByte(to + position / 8, (from[i] & 1) != 0 ? mask : uint8_t { 0 }, mask);
+    }
 }
 
 void ownPackBits(const uint8_t* from, uint8_t* to, int32_t toBit, ptrdiff_t n)
 {
-    ptrdiff_t i = 0;
-    const auto edge = [&](ptrdiff_t end) {
-        for (; i < end; ++i) {
-            const ptrdiff_t position = toBit + i;
-            const uint8_t mask = static_cast<uint8_t>(128 >> (position % 8));
-            ownMergeByte(to + position / 8, (from[i] & 1) != 0 ? mask : uint8_t { 0 }, mask);
-        }
-    };
-    edge(std::min<ptrdiff_t>(n, (8 - toBit) % 8));
-    for (; i + 8 <= n; i += 8) to[(toBit + i) / 8] = ownGatherByte(from + i);
-    edge(n);
+    const ptrdiff_t head = std::min<ptrdiff_t>(n, (8 - toBit) % 8);
+    const ptrdiff_t bytes = (n - head) / 8;
+    const uint8_t* const source = from + head;
+    uint8_t* const target = to + (toBit + head) / 8;
+    ownPackEdge(from, to, toBit, 0, head);
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < bytes; ++i) target[i] = ownGatherByte(source + 8 * i);
+    ownPackEdge(from, to, toBit, head + 8 * bytes, n);
 }
 
 void ownFillBits(uint8_t* to, int32_t toBit, ptrdiff_t n, bool value)

@@ -5,6 +5,7 @@
 
 #include "ownbits.h"
 #include "owndepth.h"
+#include "ownsplit.h"
 
 // Samples are staged in blocks of this many bytes an operand, which stay in the first-level cache together.
 static constexpr ptrdiff_t ownStageBytes = 4096;
@@ -80,6 +81,7 @@ struct OwnSampleRow {
     ptrdiff_t pixelStep[ownMostOperands];
     int32_t sampleBytes[ownMostOperands]; // 0: one-bit
     int32_t bit[ownMostOperands];
+    int32_t together[ownMostOperands]; // operands from here on that are neighbouring channels of the same pixels
 
     bool isBits(int32_t k) const { return sampleBytes[k] == 0; }
     bool isContiguous(int32_t k) const { return !isBits(k) && pixelStep[k] == unitSamples * sampleBytes[k]; }
@@ -93,6 +95,9 @@ struct OwnSampleRow {
     bool hasGap() const { return selectedSamples != unitSamples; }
     ptrdiff_t samples(ptrdiff_t n) const { return (n - 1) * unitSamples + selectedSamples; }
 };
+
+// Most operands that are loaded and stored together.
+static constexpr int32_t ownMostTogether = 4;
 
 // True when a destination lies over a source or another destination at some distance, so that the result would depend
 // on the order in which a loop visits its samples.
@@ -111,36 +116,42 @@ static bool ownIsShifted(const OwnSampleRow& row, ptrdiff_t n)
     return false;
 }
 
-static void ownLoadOperand(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* to, ptrdiff_t n)
+// Operand k, or the operands that are together from k on, into one block each.
+static void ownLoadOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* const* to, ptrdiff_t n)
 {
     const uint8_t* const from = row.first[k] + start * row.pixelStep[k];
     if (row.isBits(k)) {
         const ptrdiff_t position = row.bit[k] + start;
-        return ownExpandBits(row.first[k] + position / 8, static_cast<int32_t>(position % 8), to, n, 1);
+        return ownExpandBits(row.first[k] + position / 8, static_cast<int32_t>(position % 8), to[0], n, 1);
     }
     if (row.isContiguous(k)) {
-        memcpy(to, from, static_cast<size_t>(row.samples(n) * row.sampleBytes[k]));
-        return;
+        memcpy(to[0], from, static_cast<size_t>(row.samples(n) * row.sampleBytes[k]));
+    } else if (row.together[k] > 1) {
+        const int32_t pixelSamples = static_cast<int32_t>(row.pixelStep[k] / row.sampleBytes[k]);
+        ownSplitPixels(from, pixelSamples, row.sampleBytes[k], to, row.together[k], n);
+    } else {
+        ownGather(from, row.pixelStep[k], row.sampleBytes[k], to[0], n);
     }
-    ownGather(from, row.pixelStep[k], row.sampleBytes[k], to, n);
 }
 
-static void ownStoreOperand(const OwnSampleRow& row, int32_t k, ptrdiff_t start, const uint8_t* from, ptrdiff_t n)
+static void ownStoreOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* const* from, ptrdiff_t n)
 {
     uint8_t* const to = row.first[k] + start * row.pixelStep[k];
     if (row.isBits(k)) {
         const ptrdiff_t position = row.bit[k] + start;
-        return ownPackBits(from, row.first[k] + position / 8, static_cast<int32_t>(position % 8), n);
+        return ownPackBits(from[0], row.first[k] + position / 8, static_cast<int32_t>(position % 8), n);
     }
     if (row.isContiguous(k)) {
-        memcpy(to, from, static_cast<size_t>(row.samples(n) * row.sampleBytes[k]));
-        return;
+        memcpy(to, from[0], static_cast<size_t>(row.samples(n) * row.sampleBytes[k]));
+    } else if (row.together[k] > 1) {
+        ownJoinPixels(from, row.together[k], row.sampleBytes[k], to, n);
+    } else {
+        ownScatter(from[0], to, row.pixelStep[k], row.sampleBytes[k], n);
     }
-    ownScatter(from, to, row.pixelStep[k], row.sampleBytes[k], n);
 }
 
-static void ownBlendOperand(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* result, ptrdiff_t n,
-                            const OwnBits* mask)
+static void ownBlendOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* const* results, ptrdiff_t n,
+                             const OwnBits* mask)
 {
     alignas(64) uint8_t maskBytes[ownStageBytes + 64];
     const int32_t sampleBytes = std::max(row.sampleBytes[k], 1);
@@ -148,12 +159,13 @@ static void ownBlendOperand(const OwnSampleRow& row, int32_t k, ptrdiff_t start,
     ownMaskToBytes(mask, start, n, pixel, maskBytes);
     const ptrdiff_t bytes = row.samples(n) * sampleBytes;
     if (row.isContiguous(k)) {
-        return ownBlend(row.first[k] + start * row.pixelStep[k], result, maskBytes, bytes);
+        return ownBlend(row.first[k] + start * row.pixelStep[k], results[0], maskBytes, bytes);
     }
-    alignas(64) uint8_t old[ownStageBytes];
-    ownLoadOperand(row, k, start, old, n);
-    ownBlend(old, result, maskBytes, bytes);
-    ownStoreOperand(row, k, start, old, n);
+    alignas(64) uint8_t old[ownMostTogether][ownStageBytes];
+    uint8_t* const blocks[ownMostTogether] = { old[0], old[1], old[2], old[3] };
+    ownLoadOperands(row, k, start, blocks, n);
+    for (int32_t m = 0; m < row.together[k]; ++m) ownBlend(blocks[m], results[m], maskBytes, bytes);
+    ownStoreOperands(row, k, start, blocks, n);
 }
 
 // Pixels from `start` on: sources are gathered and results stored through blocks, where they do not lie as the kernel
@@ -167,19 +179,22 @@ static void ownRunStaged(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n, 
     for (; start < end; start += most) {
         const ptrdiff_t pixels = std::min(most, end - start);
         uint8_t* operands[ownMostOperands];
-        for (int32_t k = 0; k < row.count; ++k) {
+        for (int32_t k = 0; k < row.count; k += row.together[k]) {
             const bool isDestination = k >= row.nSources;
             const bool inPlace = row.isContiguous(k) && !(isDestination && (mustBlend || isShifted));
-            operands[k] = inPlace ? row.first[k] + start * row.pixelStep[k] : stage[k];
-            if (!inPlace && (!isDestination || row.kernel->updates)) ownLoadOperand(row, k, start, stage[k], pixels);
+            for (int32_t m = k; m < k + row.together[k]; ++m) operands[m] = stage[m];
+            if (inPlace) operands[k] = row.first[k] + start * row.pixelStep[k];
+            if (!inPlace && (!isDestination || row.kernel->updates)) {
+                ownLoadOperands(row, k, start, operands + k, pixels);
+            }
         }
         row.kernel->call(row.kernel->self, operands, row.samples(pixels));
-        for (int32_t k = row.nSources; k < row.count; ++k) {
+        for (int32_t k = row.nSources; k < row.count; k += row.together[k]) {
             if (operands[k] != stage[k]) continue;
             if (mustBlend) {
-                ownBlendOperand(row, k, start, stage[k], pixels, mask);
+                ownBlendOperands(row, k, start, operands + k, pixels, mask);
             } else {
-                ownStoreOperand(row, k, start, stage[k], pixels);
+                ownStoreOperands(row, k, start, operands + k, pixels);
             }
         }
     }
@@ -218,6 +233,38 @@ enum OwnChannelWalk {
     OWN_WALK_GAPPED,   // the same pixel layout everywhere, but some channels are left out
     OWN_WALK_SEPARATE, // channel by channel
 };
+
+// How many operands from k on, all sources or all destinations, are neighbouring channels of the same pixels and can be
+// moved together. Whole pixels must be stored.
+static int32_t ownCountTogether(const OwnView* views, int32_t k, int32_t end, bool isDestination)
+{
+    const OwnView& first = views[k];
+    if (first.sampleBytes == 0 || first.nChannels != 1) return 1;
+    const int32_t pixelSamples = static_cast<int32_t>(first.pixelStep / first.sampleBytes);
+    int32_t count = 1;
+    while (count < ownMostTogether && k + count < end && count < pixelSamples) {
+        const OwnView& next = views[k + count];
+        const bool isNext = next.first == first.first + count * first.sampleBytes && next.nChannels == 1
+            && next.sampleBytes == first.sampleBytes && next.pixelStep == first.pixelStep
+            && next.rowStep == first.rowStep;
+        if (!isNext) break;
+        ++count;
+    }
+    const bool isServed = ownCanSplit(pixelSamples, count) && (!isDestination || count == pixelSamples);
+    return isServed ? count : 1;
+}
+
+// True when some operands are together.
+static bool ownFindTogether(OwnSampleRow& row, const OwnView* views)
+{
+    bool isAny = false;
+    for (int32_t k = 0; k < row.count; k += row.together[k]) {
+        const bool isDestination = k >= row.nSources;
+        row.together[k] = ownCountTogether(views, k, isDestination ? row.count : row.nSources, isDestination);
+        isAny = isAny || row.together[k] > 1;
+    }
+    return isAny;
+}
 
 static OwnChannelWalk ownChannelWalk(const OwnView* views, int32_t count, bool isMasked)
 {
@@ -258,14 +305,15 @@ static void ownPlaceRow(OwnSampleRow& row, const OwnView* views, int32_t channel
 static void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
                           const OwnRowKernel& kernel)
 {
-    const OwnChannelWalk walk = ownChannelWalk(views, count, mask != nullptr);
     const int32_t nChannels = views[0].nChannels;
-    // Without a mask a packed row is one run of samples, and so are touching rows.
-    const bool isPlainRun = walk == OWN_WALK_PACKED && mask == nullptr;
     OwnSampleRow row = {};
     row.kernel = &kernel;
     row.count = count;
     row.nSources = count - nDestinations;
+    const OwnChannelWalk walk =
+        ownFindTogether(row, views) ? OWN_WALK_SEPARATE : ownChannelWalk(views, count, mask != nullptr);
+    // Without a mask a packed row is one run of samples, and so are touching rows.
+    const bool isPlainRun = walk == OWN_WALK_PACKED && mask == nullptr;
     row.selectedSamples = walk == OWN_WALK_SEPARATE || isPlainRun ? 1 : nChannels;
     row.unitSamples =
         walk == OWN_WALK_GAPPED ? static_cast<int32_t>(views[0].pixelStep / views[0].sampleBytes) : row.selectedSamples;
@@ -338,8 +386,9 @@ static void ownRunBitRow(const OwnBitRow& row, ptrdiff_t n, const OwnBits* mask)
     const int32_t phase = row.operands[row.count - 1].bit;
     bool isAligned = mask == nullptr;
     for (int32_t k = 0; k < row.count; ++k) isAligned = isAligned && row.operands[k].bit == phase;
+    constexpr ptrdiff_t mostStaged = 8192; // up to here one block is quicker than two around bytes in place
     ptrdiff_t start = 0;
-    if (isAligned) {
+    if (isAligned && ((phase == 0 && n % 8 == 0) || n > mostStaged)) {
         // Whole bytes run in place; bits of the first and last byte go through a block.
         const ptrdiff_t head = std::min<ptrdiff_t>((8 - phase) % 8, n);
         if (head > 0) ownRunBitBlock(row, 0, head, nullptr);
@@ -357,6 +406,15 @@ static void ownRunBitRow(const OwnBitRow& row, ptrdiff_t n, const OwnBits* mask)
     }
 }
 
+static bool ownBitRowsTouch(const OwnView* views, int32_t count)
+{
+    bool isTouching = true;
+    for (int32_t k = 0; k < count; ++k) {
+        isTouching = isTouching && views[k].bit == 0 && views[k].rowStep * 8 == views[0].width;
+    }
+    return isTouching;
+}
+
 static void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
                        const OwnRowKernel& kernel)
 {
@@ -364,15 +422,18 @@ static void ownRunBits(const OwnView* views, int32_t count, int32_t nDestination
     row.kernel = &kernel;
     row.count = count;
     row.nSources = count - nDestinations;
-    for (int32_t y = 0; y < views[0].height; ++y) {
+    // Without a mask, rows of whole bytes that touch each other are one row.
+    const bool isOneRow = mask == nullptr && ownBitRowsTouch(views, count);
+    const ptrdiff_t width = static_cast<ptrdiff_t>(views[0].width) * (isOneRow ? views[0].height : 1);
+    for (int32_t y = 0; y < (isOneRow ? 1 : views[0].height); ++y) {
         for (int32_t k = 0; k < count; ++k) {
             row.operands[k] = { views[k].first + y * views[k].rowStep, views[k].rowStep, views[k].bit };
         }
         if (mask == nullptr) {
-            ownRunBitRow(row, views[0].width, nullptr);
+            ownRunBitRow(row, width, nullptr);
         } else {
             const OwnBits maskRow = ownBitsAt(*mask, 0, y);
-            ownRunBitRow(row, views[0].width, &maskRow);
+            ownRunBitRow(row, width, &maskRow);
         }
     }
 }

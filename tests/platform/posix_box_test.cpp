@@ -91,6 +91,7 @@ pid_t startChild(const std::function<void()>& child)
     if (process == 0) {
         alarm(10);
         pxkRedirectError(nullptr);
+        pxkSetErrMode(PXK_ErrModeLeaf);
         child();
         _exit(98);
     }

@@ -57,7 +57,6 @@ inline void modelDyadic(Dyadic op, Picture& a, Picture& b, Picture& dst)
             dst.setRowBits(plane, y, s, dyadicSample(op, depth, a.rowBits(plane, y, s), b.rowBits(plane, y, s)));
         });
     }
-    forEachSelected({ &a, &b, &dst }, [&](const Place* at) {
-        at[2].setBits(dyadicSample(op, depth, at[0].bits(), at[1].bits()));
-    });
+    forEachSelected({ &a, &b, &dst },
+                    [&](const Place* at) { at[2].setBits(dyadicSample(op, depth, at[0].bits(), at[1].bits())); });
 }

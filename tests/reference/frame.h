@@ -1,4 +1,4 @@
-// Slow models of what all operations share: regions, channels, masks, borders; and of copy, set and exchange.
+// Slow models of what all operations share: regions, channels, masks; and of copy, set and exchange.
 #pragma once
 
 #include <algorithm>
@@ -22,7 +22,8 @@ inline Window windowOf(const Picture& p)
     const PxkROI& roi = *p.header.roi;
     const int64_t right = std::min<int64_t>(p.spec.width, int64_t(roi.xOffset) + roi.width);
     const int64_t bottom = std::min<int64_t>(p.spec.height, int64_t(roi.yOffset) + roi.height);
-    const int64_t width = std::max<int64_t>(0, right - roi.xOffset), height = std::max<int64_t>(0, bottom - roi.yOffset);
+    const int64_t width = std::max<int64_t>(0, right - roi.xOffset),
+                  height = std::max<int64_t>(0, bottom - roi.yOffset);
     if (roi.coi > 0) return { roi.xOffset, roi.yOffset, width, height, roi.coi - 1, 1 };
     return { roi.xOffset, roi.yOffset, width, height, 0, opaque };
 }
@@ -99,39 +100,6 @@ template <class F> void forEachSelected(std::initializer_list<Picture*> images, 
             visit(static_cast<const Place*>(at.data()));
         }
     });
-}
-
-// ---- borders -------------------------------------------------------------------------------------------------------
-
-// Where a coordinate beyond 0 ... n - 1 is looked up. The mirror repeats the image and its reflection with period 2n.
-inline int64_t lookedUp(int32_t mode, int64_t i, int64_t n)
-{
-    const int64_t inWrap = ((i % n) + n) % n;
-    const int64_t inMirror = ((i % (2 * n)) + 2 * n) % (2 * n);
-    switch (mode & 3) {
-    case PXK_EDGE_CLAMP: return std::min(std::max<int64_t>(i, 0), n - 1);
-    case PXK_EDGE_MIRROR: return inMirror < n ? inMirror : 2 * n - 1 - inMirror;
-    default: return inWrap;
-    }
-}
-
-// An image's sample at any coordinates. Above and below the image the top and bottom side rule, corners included, and
-// they rule both coordinates; beside it the left and right side.
-inline uint32_t bitsBeyond(const Picture& p, int64_t x, int64_t y, int32_t c)
-{
-    const int64_t w = p.spec.width, h = p.spec.height;
-    const int32_t side = y < 0 ? 0 : y >= h ? 1 : x < 0 ? 2 : x >= w ? 3 : -1;
-    if (side < 0) return p.bits(int32_t(x), int32_t(y), c);
-    const int32_t mode = p.header.borderMode[side];
-    if ((mode & 3) != PXK_EDGE_CONST) return p.bits(int32_t(lookedUp(mode, x, w)), int32_t(lookedUp(mode, y, h)), c);
-    if (isFloatDepth(p.spec.depth)) return bitsOf(p.spec.depth, p.header.borderConst[0]);
-    const uint64_t all = (uint64_t(1) << depthBits(p.spec.depth)) - 1;
-    return uint32_t(p.header.borderConst[side]) & uint32_t(all);
-}
-
-inline double numberBeyond(const Picture& p, int64_t x, int64_t y, int32_t c)
-{
-    return numberOf(p.spec.depth, bitsBeyond(p, x, y, c));
 }
 
 // ---- copy, set, exchange -------------------------------------------------------------------------------------------

@@ -30,8 +30,14 @@ void* operator new(size_t size)
     if (block == nullptr) throw std::bad_alloc();
     return block;
 }
-void operator delete(void* block) noexcept { __real_free(block); }
-void operator delete(void* block, size_t) noexcept { __real_free(block); }
+void operator delete(void* block) noexcept
+{
+    __real_free(block);
+}
+void operator delete(void* block, size_t) noexcept
+{
+    __real_free(block);
+}
 #endif
 
 void failAllocation(int64_t n)
@@ -41,6 +47,12 @@ void failAllocation(int64_t n)
     blocks = 0;
 }
 
-int64_t allocationsSince() { return allocations; }
+int64_t allocationsSince()
+{
+    return allocations;
+}
 
-int64_t blocksLeft() { return blocks; }
+int64_t blocksLeft()
+{
+    return blocks;
+}

@@ -8,7 +8,7 @@
 // From now on allocations are counted, and the n-th one fails (0: none does).
 void failAllocation(int64_t n);
 int64_t allocationsSince(); // since failAllocation, the failed one included
-int64_t blocksLeft(); // allocated since failAllocation and not freed, less older blocks freed since then
+int64_t blocksLeft();       // allocated since failAllocation and not freed, less older blocks freed since then
 
 // Runs `call` once for each of its allocations, that one failing, and once undisturbed. `call` gets the number of the
 // failing allocation, 0 in the undisturbed run, and must free what it is given. No run may leave a block behind.

@@ -24,8 +24,7 @@ std::string Case::text() const
     static const char* const places[] = { "NO", "FIRST", "SECOND", "ALL", "OTHER_HEADER" };
     return std::string(depthName(depth)) + " order " + orders[int(order)] + ", region " + regions[int(region)]
         + ", channels " + channelNames[int(channels)] + ", masks " + setText(masks) + ", tiles " + setText(tiling)
-        + ", in place " + places[int(place)] + ", PXK_CASE=" + std::to_string(index) + " seed "
-        + std::to_string(seed);
+        + ", in place " + places[int(place)] + ", PXK_CASE=" + std::to_string(index) + " seed " + std::to_string(seed);
 }
 
 static size_t numberFromEnvironment(const char* name, size_t otherwise)
@@ -56,7 +55,10 @@ static Case caseAt(const Axes& axes, size_t index)
     return c;
 }
 
-static size_t greatestDivisor(size_t a, size_t b) { return b == 0 ? a : greatestDivisor(b, a % b); }
+static size_t greatestDivisor(size_t a, size_t b)
+{
+    return b == 0 ? a : greatestDivisor(b, a % b);
+}
 
 void forEachCase(const Axes& axes, const std::function<void(const Case&)>& run)
 {
@@ -136,8 +138,8 @@ static void chooseArea(PictureSpec& spec, Region region, int32_t width, int32_t 
 
 static PicturePtr makeMask(int32_t width, int32_t height, Random& random)
 {
-    PictureSpec spec(PXK_DEPTH_1U, std::max(1, width + random.between(-2, 5)), std::max(1, height + random.between(-1, 2)),
-                     1, random.below(2));
+    PictureSpec spec(PXK_DEPTH_1U, std::max(1, width + random.between(-2, 5)),
+                     std::max(1, height + random.between(-1, 2)), 1, random.below(2));
     spec.align = random.oneOf(aligns);
     if (!random.oneIn(3)) {
         const Region region = random.oneIn(3) ? Region::PAST : Region::INNER;
@@ -161,12 +163,16 @@ static PictureSpec chooseImage(const Case& c, int32_t width, int32_t height, boo
     return spec;
 }
 
-static bool isIn(ImageSet set, size_t k) { return (set >> k & 1) != 0; }
+static bool isIn(ImageSet set, size_t k)
+{
+    return (set >> k & 1) != 0;
+}
 
 Scene makeScene(const Case& c, size_t count, const std::function<void(PictureSpec&, size_t)>& adjust, bool nonFinite)
 {
     Random random(c.seed);
-    const int32_t width = random.oneIn(4) ? random.between(1, 9) : random.between(1, c.depth == PXK_DEPTH_1U ? 150 : 45);
+    const int32_t width =
+        random.oneIn(4) ? random.between(1, 9) : random.between(1, c.depth == PXK_DEPTH_1U ? 150 : 45);
     const int32_t height = random.between(1, c.tiling != 0 ? 19 : 7);
     const bool isThree = random.oneIn(2);
     const int32_t align = random.oneIn(3) ? 0 : random.oneOf(aligns);

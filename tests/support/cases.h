@@ -43,12 +43,12 @@ const ImageSet SHARED = 0x100;
 const ImageSet ALL_IMAGES = 0xFF;
 
 struct Axes {
-    std::vector<int32_t> depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U,
+    std::vector<int32_t> depths = { PXK_DEPTH_1U,  PXK_DEPTH_8U,  PXK_DEPTH_8S, PXK_DEPTH_16U,
                                     PXK_DEPTH_16S, PXK_DEPTH_32S, PXK_DEPTH_32F };
     std::vector<Order> orders = { Order::PIXEL, Order::PLANE };
     std::vector<Region> regions = { Region::WHOLE, Region::COVER, Region::OWN, Region::INNER, Region::PAST };
-    std::vector<Channels> channels
-        = { Channels::ONE, Channels::THREE, Channels::ALPHA, Channels::COI, Channels::UNLIKE };
+    std::vector<Channels> channels = { Channels::ONE, Channels::THREE, Channels::ALPHA, Channels::COI,
+                                       Channels::UNLIKE };
     std::vector<ImageSet> masks = { 0, 1, 2, 4, ALL_IMAGES, ALL_IMAGES | SHARED };
     std::vector<ImageSet> tilings = { 0, 1, 2, 4, 5, ALL_IMAGES, ALL_IMAGES | SHARED };
     std::vector<InPlace> places = { InPlace::NO };

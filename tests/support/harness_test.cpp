@@ -1,6 +1,7 @@
 // The harness must see what it is there to see.
 #include <cmath>
 
+#include "reference/border.h"
 #include "reference/frame.h"
 #include "support/cases.h"
 #include "support/reports.h"
@@ -31,7 +32,8 @@ TEST(Harness, seesChangedSamples)
         EXPECT_TRUE(sameScene(want, got));
         Random random(c.seed);
         const PictureSpec& spec = got[0].spec;
-        const int32_t x = random.below(spec.width), y = random.below(spec.height), channel = random.below(spec.channels);
+        const int32_t x = random.below(spec.width), y = random.below(spec.height),
+                      channel = random.below(spec.channels);
         got[0].setBits(x, y, channel, got[0].bits(x, y, channel) ^ 1);
         EXPECT_FALSE(sameSamples(want[0], got[0], BITS));
         EXPECT_TRUE(nothingElseChanged(want[0], got[0]));
@@ -176,23 +178,23 @@ TEST(Harness, borderModel)
     for (int32_t y = 0; y < 3; ++y) {
         for (int32_t x = 0; x < 3; ++x) p->setNumber(x, y, 0, 10 * y + x);
     }
-    const auto at = [&](int32_t x, int32_t y) { return numberBeyond(*p, x, y, 0); };
+    const auto at = [&](int32_t x, int32_t y) { return modelBorderBits(*p, x, y, 0); };
     const auto setModes = [&](int32_t topAndBottom, int32_t sides) {
         p->header.borderMode[0] = p->header.borderMode[1] = topAndBottom;
         p->header.borderMode[2] = p->header.borderMode[3] = sides;
     };
     setModes(PXK_EDGE_MIRROR, PXK_EDGE_WRAP);
-    EXPECT_EQ(at(1, -1), 1);
-    EXPECT_EQ(at(1, -4), 21);
-    EXPECT_EQ(at(1, -7), 1);
-    EXPECT_EQ(at(-1, -1), 0) << "a corner follows the top";
-    EXPECT_EQ(at(-1, 1), 12);
-    EXPECT_EQ(at(3, 1), 10);
-    EXPECT_EQ(at(3, 3), 22);
+    EXPECT_EQ(at(1, -1), 1u);
+    EXPECT_EQ(at(1, -4), 21u);
+    EXPECT_EQ(at(1, -7), 1u);
+    EXPECT_EQ(at(-1, -1), 0u) << "a corner follows the top";
+    EXPECT_EQ(at(-1, 1), 12u);
+    EXPECT_EQ(at(3, 1), 10u);
+    EXPECT_EQ(at(3, 3), 22u);
     setModes(PXK_EDGE_CLAMP, PXK_EDGE_CONST);
     p->header.borderConst[3] = 0x1FF;
-    EXPECT_EQ(at(7, -5), 2);
-    EXPECT_EQ(at(7, 0), 255);
+    EXPECT_EQ(at(7, -5), 2u);
+    EXPECT_EQ(at(7, 0), 255u);
 }
 
 TEST(Harness, recordsReports)

@@ -13,9 +13,15 @@
 
 // ---- samples -------------------------------------------------------------------------------------------------------
 
-static bool isSignedDepth(int32_t depth) { return depth < 0; }
+static bool isSignedDepth(int32_t depth)
+{
+    return depth < 0;
+}
 
-int64_t depthMin(int32_t depth) { return isSignedDepth(depth) ? -(int64_t(1) << (depthBits(depth) - 1)) : 0; }
+int64_t depthMin(int32_t depth)
+{
+    return isSignedDepth(depth) ? -(int64_t(1) << (depthBits(depth) - 1)) : 0;
+}
 
 int64_t depthMax(int32_t depth)
 {
@@ -71,7 +77,10 @@ static size_t pageBytes()
     return bytes;
 }
 
-static size_t pagesFor(size_t size) { return (size + guardBytes + pageBytes() - 1) / pageBytes(); }
+static size_t pagesFor(size_t size)
+{
+    return (size + guardBytes + pageBytes() - 1) / pageBytes();
+}
 
 // Mappings are dear, so free ones wait for the next block of as many pages.
 static std::vector<uint8_t*>& freePages(size_t pages)
@@ -397,7 +406,10 @@ void Picture::setBits(int32_t x, int32_t y, int32_t c, uint32_t bits)
     store(at, bit, spec.depth, bits);
 }
 
-uint8_t* Picture::row(int32_t y, int32_t plane) const { return storage->blocks[0]->data + (plane * spec.height + y) * step; }
+uint8_t* Picture::row(int32_t y, int32_t plane) const
+{
+    return storage->blocks[0]->data + (plane * spec.height + y) * step;
+}
 
 uint32_t Picture::rowBits(int32_t plane, int32_t y, int32_t s) const
 {
@@ -464,8 +476,8 @@ template <class F> static void fillSamples(Picture& picture, F&& next)
 static double randomFloat(Random& random, bool nonFinite)
 {
     const double infinity = std::numeric_limits<double>::infinity();
-    const double special[]
-        = { 0.0, -0.0, 1.0, -1.0, FLT_MAX, -FLT_MAX, FLT_MIN, -FLT_TRUE_MIN, infinity, -infinity, std::nan("") };
+    const double special[] = { 0.0,     -0.0,          1.0,      -1.0,      FLT_MAX,     -FLT_MAX,
+                               FLT_MIN, -FLT_TRUE_MIN, infinity, -infinity, std::nan("") };
     if (random.oneIn(8)) return special[random.below(nonFinite ? 11 : 8)];
     if (random.oneIn(2)) return random.between(-300, 300);
     const double mantissa = random.between(-0x7FFFFFF, 0x7FFFFFF);
@@ -478,8 +490,8 @@ static void fillBytes(Picture& picture, Random& random)
     const bool isFloat = isFloatDepth(picture.spec.depth);
     for (const auto& block : picture.storage->blocks) {
         for (size_t i = 0; i < block->size; i += 4) { // rows are multiples of four bytes
-            const uint32_t word
-                = isFloat ? bitsOf(PXK_DEPTH_32F, randomFloat(random, false)) : static_cast<uint32_t>(random.next());
+            const uint32_t word =
+                isFloat ? bitsOf(PXK_DEPTH_32F, randomFloat(random, false)) : static_cast<uint32_t>(random.next());
             memcpy(block->data + i, &word, sizeof word);
         }
     }

@@ -14,8 +14,14 @@
 
 // ---- samples -------------------------------------------------------------------------------------------------------
 
-inline int32_t depthBits(int32_t depth) { return static_cast<int32_t>(static_cast<uint32_t>(depth) & 0x7FFFFFFFu); }
-inline bool isFloatDepth(int32_t depth) { return depth == PXK_DEPTH_32F; }
+inline int32_t depthBits(int32_t depth)
+{
+    return static_cast<int32_t>(static_cast<uint32_t>(depth) & 0x7FFFFFFFu);
+}
+inline bool isFloatDepth(int32_t depth)
+{
+    return depth == PXK_DEPTH_32F;
+}
 int64_t depthMin(int32_t depth);
 int64_t depthMax(int32_t depth);
 const char* depthName(int32_t depth);
@@ -69,9 +75,9 @@ public:
     TileRecord tiles;
     int32_t tileColumns = 0, tileRows = 0;
 
-    std::vector<TileCall> calls; // all calls of the tile function, in order
+    std::vector<TileCall> calls;     // all calls of the tile function, in order
     std::vector<std::string> faults; // offences against the tile protocol
-    int32_t refuseAt = 0; // this asking call (1 is the first from now) is answered with null
+    int32_t refuseAt = 0;            // this asking call (1 is the first from now) is answered with null
     size_t heldTiles() const { return held.size(); }
 
     void ask(PxkImage* image, int32_t x, int32_t y, int32_t mode);
@@ -174,9 +180,9 @@ public:
     bool isTiled() const { return spec.tileWidth != 0; }
     // True when every tile asked so far meets this rectangle of the image.
     bool askedOnlyInside(int32_t x, int32_t y, int32_t width, int32_t height) const;
-    void freeze(); // header and region as they are now are what headerFault() compares with
+    void freeze();                   // header and region as they are now are what headerFault() compares with
     std::string headerFault() const; // a changed field's name, or empty
-    std::string tileFault() const; // the first offence against the tile protocol, or a tile still held, or empty
+    std::string tileFault() const;   // the first offence against the tile protocol, or a tile still held, or empty
 
     PictureSpec spec;
     PxkImage header;

@@ -1,0 +1,453 @@
+#include "ownconvolve.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <type_traits>
+
+#include "frame/owndepth.h"
+#include "frame/ownround.h"
+#include "frame/ownrows.h"
+#include "pxk/pxk.h"
+
+// Rows are computed in chunks, so that sums and sources stay in the first-level cache.
+static constexpr ptrdiff_t ownChunk = 1024;
+
+// ---- planning ------------------------------------------------------------------------------------------------------
+
+// What a kernel's sums can reach over the depth's range. In double precision, where they cannot overflow.
+struct OwnSumRange {
+    double low;
+    double high;
+    bool hasWideValues;   // coefficients beyond 16 bits
+    bool hasWideProducts; // single products beyond 16 bits
+};
+
+static OwnSumRange ownSumRange(const OwnCorrelation& kernel, OwnRange samples)
+{
+    OwnSumRange range = {};
+    const int64_t count = static_cast<int64_t>(kernel.nCols) * kernel.nRows;
+    for (int64_t i = 0; i < count; ++i) {
+        const double value = kernel.values[i];
+        const double atHigh = value * samples.high;
+        const double atLow = value * samples.low;
+        range.hasWideValues = range.hasWideValues || value < -32768 || value > 32767;
+        const double high = value > 0 ? atHigh : atLow;
+        const double low = value > 0 ? atLow : atHigh;
+        if (value == 0) continue;
+        range.high += high;
+        range.low += low;
+        range.hasWideProducts = range.hasWideProducts || high > 32767 || low < -32768;
+    }
+    return range;
+}
+
+static OwnSums ownChooseSums(const OwnSumRange& range)
+{
+    if (range.hasWideValues) return OwnSums::SINGLE;
+    if (range.low > -32768 && range.high < 32767 && !range.hasWideProducts) return OwnSums::NARROW;
+    const bool fits32 = range.low > -2147483648.0 && range.high < 2147483647.0;
+    return fits32 ? OwnSums::WIDE : OwnSums::SINGLE;
+}
+
+// Lists the taps of a kernel from `taps` on. Integer sums leave zeros out; single-precision ones multiply them too.
+static void ownPlanKernel(OwnConvPlan& plan, const OwnCorrelation& kernel, OwnTap* taps, OwnKernelPlan& made)
+{
+    made.taps = taps;
+    made.shift = std::min(std::max(kernel.shift, 0), 31);
+    made.sums = OwnSums::SINGLE;
+    if (kernel.values != nullptr && plan.depth != PXK_DEPTH_32S) {
+        const OwnSumRange range = ownSumRange(kernel, ownDepthRange(plan.depth));
+        made.sums = ownChooseSums(range);
+        made.isUnsigned16 = made.sums == OwnSums::WIDE && range.low >= 0 && range.high <= 65535;
+    }
+    for (int32_t y = 0; y < kernel.nRows; ++y) {
+        for (int32_t x = 0; x < kernel.nCols; ++x) {
+            const int64_t i = static_cast<int64_t>(y) * kernel.nCols + x;
+            OwnTap tap = { plan.margins.top - kernel.anchorY + y, plan.margins.left - kernel.anchorX + x, 0, 0 };
+            if (kernel.values != nullptr) {
+                tap.value = kernel.values[i];
+                tap.valueFP = static_cast<float>(tap.value);
+            } else {
+                tap.valueFP = kernel.valuesFP[i];
+            }
+            if (made.sums == OwnSums::SINGLE || tap.value != 0) taps[made.count++] = tap;
+        }
+    }
+}
+
+bool ownPlanConvolution(OwnConvPlan& plan, int32_t depth, const OwnCorrelation* kernels, int32_t nKernels,
+                        int32_t method)
+{
+    plan.depth = depth;
+    plan.method = method;
+    plan.nKernels = nKernels;
+    int64_t count = 0;
+    for (int32_t k = 0; k < nKernels; ++k) {
+        const OwnCorrelation& kernel = kernels[k];
+        plan.margins.left = std::max(plan.margins.left, kernel.anchorX);
+        plan.margins.top = std::max(plan.margins.top, kernel.anchorY);
+        plan.margins.right = std::max(plan.margins.right, kernel.nCols - kernel.anchorX - 1);
+        plan.margins.bottom = std::max(plan.margins.bottom, kernel.nRows - kernel.anchorY - 1);
+        count += static_cast<int64_t>(kernel.nCols) * kernel.nRows;
+    }
+    plan.taps = ownBuffer<OwnTap>(count);
+    if (plan.taps == nullptr) return false;
+    OwnTap* next = plan.taps.get();
+    for (int32_t k = 0; k < nKernels; ++k) {
+        ownPlanKernel(plan, kernels[k], next, plan.kernels[k]);
+        next += static_cast<int64_t>(kernels[k].nCols) * kernels[k].nRows;
+    }
+    return true;
+}
+
+// ---- sums ----------------------------------------------------------------------------------------------------------
+
+// Source rows of an output row, from one chunk's first sample on.
+struct OwnChunkRows {
+    const uint8_t* const* rows;
+    ptrdiff_t start;
+    ptrdiff_t step;
+
+    template <class T> const T* at(const OwnTap& tap) const
+    {
+        return reinterpret_cast<const T*>(rows[tap.row]) + start + tap.column * step;
+    }
+};
+
+template <class Sum> static inline Sum ownTapValue(const OwnTap& tap)
+{
+    if constexpr (std::is_floating_point<Sum>::value) {
+        return tap.valueFP;
+    } else {
+        return static_cast<Sum>(tap.value);
+    }
+}
+
+// Products and sums of integers are formed modulo the width of Sum, which holds the whole sum.
+template <class Sum, class T> static inline Sum ownProduct(Sum value, T sample)
+{
+    if constexpr (std::is_floating_point<Sum>::value) {
+        return value * static_cast<Sum>(sample);
+    } else {
+        return static_cast<Sum>(static_cast<uint32_t>(value) * static_cast<uint32_t>(static_cast<Sum>(sample)));
+    }
+}
+
+template <class Sum> static inline Sum ownSumOf(Sum a, Sum b)
+{
+    if constexpr (std::is_floating_point<Sum>::value) {
+        return a + b;
+    } else {
+        return static_cast<Sum>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+    }
+}
+
+// Adds N taps at once, so that sums are loaded and stored once for all of them.
+template <int32_t N, class T, class Sum>
+static void ownAddTaps(const OwnTap* taps, const OwnChunkRows& from, Sum* sums, ptrdiff_t n, bool isFirst)
+{
+    const T* source[N];
+    Sum value[N];
+    for (int32_t k = 0; k < N; ++k) {
+        source[k] = from.at<T>(taps[k]);
+        value[k] = ownTapValue<Sum>(taps[k]);
+    }
+    const auto tapsAt = [&](ptrdiff_t i) {
+        Sum sum = ownProduct(value[0], source[0][i]);
+        for (int32_t k = 1; k < N; ++k) sum = ownSumOf(sum, ownProduct(value[k], source[k][i]));
+        return sum;
+    };
+    if (isFirst) {
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < n; ++i) sums[i] = tapsAt(i);
+    } else {
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < n; ++i) sums[i] = ownSumOf(sums[i], tapsAt(i));
+    }
+}
+
+template <class T, class Sum>
+static void ownSumTaps(const OwnTap* taps, int32_t count, const OwnChunkRows& from, Sum* sums, ptrdiff_t n)
+{
+    if (count == 0) std::fill(sums, sums + n, Sum { 0 });
+    for (int32_t done = 0; done < count;) {
+        const OwnTap* const next = taps + done;
+        const bool isFirst = done == 0;
+        const int32_t batch = std::min(count - done, 9);
+        done += batch;
+        switch (batch) {
+        case 9: ownAddTaps<9, T>(next, from, sums, n, isFirst); break;
+        case 8: ownAddTaps<8, T>(next, from, sums, n, isFirst); break;
+        case 7: ownAddTaps<7, T>(next, from, sums, n, isFirst); break;
+        case 6: ownAddTaps<6, T>(next, from, sums, n, isFirst); break;
+        case 5: ownAddTaps<5, T>(next, from, sums, n, isFirst); break;
+        case 4: ownAddTaps<4, T>(next, from, sums, n, isFirst); break;
+        case 3: ownAddTaps<3, T>(next, from, sums, n, isFirst); break;
+        case 2: ownAddTaps<2, T>(next, from, sums, n, isFirst); break;
+        default: ownAddTaps<1, T>(next, from, sums, n, isFirst); break;
+        }
+    }
+}
+
+// 8-bit samples: taps are taken in groups whose sums fit 16 bits, and only the groups are added in 32.
+template <class T>
+static void ownSumGroups(const OwnKernelPlan& kernel, OwnRange samples, const OwnChunkRows& from, int32_t* sums,
+                         ptrdiff_t n)
+{
+    int16_t part[ownChunk];
+    bool isFirst = true;
+    for (int32_t start = 0; start < kernel.count || isFirst;) {
+        int64_t low = 0;
+        int64_t high = 0;
+        int32_t end = start;
+        for (; end < kernel.count; ++end) {
+            const int64_t value = kernel.taps[end].value;
+            const int64_t nextHigh = high + value * (value > 0 ? samples.high : samples.low);
+            const int64_t nextLow = low + value * (value > 0 ? samples.low : samples.high);
+            if (nextHigh > 32767 || nextLow < -32768) break;
+            high = nextHigh;
+            low = nextLow;
+        }
+        if (end == start && start < kernel.count) return ownSumTaps<T>(kernel.taps, kernel.count, from, sums, n);
+        ownSumTaps<T>(kernel.taps + start, end - start, from, part, n);
+        if (isFirst) {
+            for (ptrdiff_t i = 0; i < n; ++i) sums[i] = part[i];
+        } else {
+            for (ptrdiff_t i = 0; i < n; ++i) sums[i] += part[i];
+        }
+        isFirst = false;
+        start = end;
+    }
+}
+
+template <class T>
+static void ownSumIntegers(const OwnKernelPlan& kernel, const OwnChunkRows& from, int32_t* sums, ptrdiff_t n)
+{
+    if constexpr (sizeof(T) == 1) {
+        const OwnRange samples = { std::numeric_limits<T>::min(), std::numeric_limits<T>::max() };
+        ownSumGroups<T>(kernel, samples, from, sums, n);
+    } else {
+        ownSumTaps<T>(kernel.taps, kernel.count, from, sums, n);
+    }
+    if (kernel.shift == 0) return;
+    const int32_t shift = kernel.shift;
+    for (ptrdiff_t i = 0; i < n; ++i) sums[i] >>= shift;
+}
+
+// Sums beyond 32 bits come to its limits before they are rounded and shifted.
+static inline int32_t ownRoundLimited(float value)
+{
+    const float limited = value < -2147483648.0f ? -2147483648.0f : value;
+    return limited >= 2147483648.0f ? INT32_MAX : ownRoundEven(limited >= 2147483648.0f ? 0.0f : limited);
+}
+
+template <class T>
+static void ownSumSingles(const OwnKernelPlan& kernel, const OwnChunkRows& from, float* sums, ptrdiff_t n)
+{
+    ownSumTaps<T>(kernel.taps, kernel.count, from, sums, n);
+    if (kernel.shift == 0 || std::is_floating_point<T>::value) return;
+    const int32_t shift = kernel.shift;
+    for (ptrdiff_t i = 0; i < n; ++i) sums[i] = static_cast<float>(ownRoundLimited(sums[i]) >> shift);
+}
+
+// A kernel's results in single precision, whatever its sums were formed in.
+template <class T>
+static void ownSumAsSingles(const OwnKernelPlan& kernel, const OwnChunkRows& from, float* results, ptrdiff_t n)
+{
+    if constexpr (!std::is_floating_point<T>::value) {
+        if (kernel.sums != OwnSums::SINGLE) {
+            int32_t sums[ownChunk];
+            ownSumIntegers<T>(kernel, from, sums, n);
+            for (ptrdiff_t i = 0; i < n; ++i) results[i] = static_cast<float>(sums[i]);
+            return;
+        }
+    }
+    ownSumSingles<T>(kernel, from, results, n);
+}
+
+// ---- storing -------------------------------------------------------------------------------------------------------
+
+template <class T, class Value> static inline T ownLimited(Value value)
+{
+    if constexpr (std::is_floating_point<T>::value) {
+        return value;
+    } else if constexpr (std::is_floating_point<Value>::value) {
+        constexpr float low = static_cast<float>(std::numeric_limits<T>::min());
+        constexpr float high = static_cast<float>(std::numeric_limits<T>::max()); // 2^31 at 32 bits
+        if constexpr (sizeof(T) == 4) {
+            return ownRoundLimited(value);
+        } else {
+            const float above = value > low ? value : low;
+            return static_cast<T>(ownRoundEven(above < high ? above : high));
+        }
+    } else {
+        constexpr int32_t low = std::numeric_limits<T>::min();
+        constexpr int32_t high = std::numeric_limits<T>::max();
+        const int32_t above = value > low ? value : low;
+        return static_cast<T>(above < high ? above : high);
+    }
+}
+
+template <class T, class Value> static void ownStoreLimited(const Value* values, T* out, ptrdiff_t n)
+{
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) out[i] = ownLimited<T>(values[i]);
+}
+
+// A single kernel over 8-bit samples whose sums fit 16 bits, signed or not, needs no wider step at all.
+template <class T, class Sum>
+static void ownConvolveNarrow(const OwnKernelPlan& kernel, const OwnChunkRows& from, T* out, ptrdiff_t n)
+{
+    Sum sums[ownChunk];
+    ownSumTaps<T>(kernel.taps, kernel.count, from, sums, n);
+    const int32_t shift = std::min(kernel.shift, 15 + static_cast<int32_t>(std::is_unsigned<Sum>::value));
+    constexpr int32_t low = std::numeric_limits<T>::min();
+    constexpr int32_t high = std::numeric_limits<T>::max();
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        const Sum value = static_cast<Sum>(sums[i] >> shift);
+        const Sum above = value > static_cast<Sum>(std::max<int32_t>(low, std::numeric_limits<Sum>::min()))
+            ? value
+            : static_cast<Sum>(std::max<int32_t>(low, std::numeric_limits<Sum>::min()));
+        out[i] = static_cast<T>(above < static_cast<Sum>(high) ? above : static_cast<Sum>(high));
+    }
+}
+
+// ---- combining -----------------------------------------------------------------------------------------------------
+
+// Squares of 32-bit integers wrap; sums of squares of several kernels are kept so.
+static inline int32_t ownSquare(int32_t value)
+{
+    return static_cast<int32_t>(static_cast<uint32_t>(value) * static_cast<uint32_t>(value));
+}
+
+static inline float ownSquare(float value)
+{
+    return value * value;
+}
+
+static inline int32_t ownWrappingSum(int32_t a, int32_t b)
+{
+    return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+}
+
+static inline float ownWrappingSum(float a, float b)
+{
+    return a + b;
+}
+
+// Joins the next kernel's results to the running ones.
+template <class Value>
+static void ownCombine(Value* running, const Value* next, int32_t method, bool isFirst, ptrdiff_t n)
+{
+    const bool isSquared = method == PXK_CONV_SUMSQ || method == PXK_CONV_SUMSQROOT;
+    const auto each = [&](auto join) {
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < n; ++i) running[i] = join(running[i], next[i]);
+    };
+    if (isFirst && isSquared) return each([](Value, Value b) { return ownSquare(b); });
+    if (isFirst) return each([](Value, Value b) { return b; });
+    if (isSquared) return each([](Value a, Value b) { return ownWrappingSum(a, ownSquare(b)); });
+    if (method == PXK_CONV_MAX) return each([](Value a, Value b) { return a > b ? a : b; });
+    if (method == PXK_CONV_MIN) return each([](Value a, Value b) { return a < b ? a : b; });
+    each([](Value a, Value b) { return ownWrappingSum(a, b); });
+}
+
+// The root of a sum of squares; one that wrapped below zero counts as the smallest value.
+static inline int32_t ownRoot(int32_t value)
+{
+    return value < 0 ? INT32_MIN : ownRoundEven(std::sqrt(static_cast<double>(value)));
+}
+
+static inline float ownRoot(float value)
+{
+    return std::sqrt(value);
+}
+
+// All kernels of a call on one chunk, with running results in Value.
+template <class T, class Value>
+static void ownConvolveSeveral(const OwnConvPlan& plan, const OwnChunkRows& from, T* out, ptrdiff_t n)
+{
+    Value running[ownChunk];
+    Value next[ownChunk];
+    for (int32_t k = 0; k < plan.nKernels; ++k) {
+        const OwnKernelPlan& kernel = plan.kernels[k];
+        if constexpr (std::is_floating_point<Value>::value) {
+            ownSumAsSingles<T>(kernel, from, next, n);
+        } else {
+            ownSumIntegers<T>(kernel, from, next, n);
+        }
+        ownCombine(running, next, plan.method, k == 0, n);
+    }
+    if (plan.method == PXK_CONV_SUMSQROOT) {
+        for (ptrdiff_t i = 0; i < n; ++i) running[i] = ownRoot(running[i]);
+    }
+    ownStoreLimited(running, out, n);
+}
+
+// With a single kernel the methods are the square, the absolute value, and otherwise the plain result.
+template <class Value> static void ownApplyMethod(Value* values, int32_t method, ptrdiff_t n)
+{
+    if (method == PXK_CONV_SUMSQ) ownCombine(values, values, method, true, n);
+    if (method != PXK_CONV_SUMSQROOT) return;
+    for (ptrdiff_t i = 0; i < n; ++i) values[i] = values[i] < 0 ? -values[i] : values[i];
+}
+
+template <class T> static void ownConvolveOne(const OwnConvPlan& plan, const OwnChunkRows& from, T* out, ptrdiff_t n)
+{
+    const OwnKernelPlan& kernel = plan.kernels[0];
+    if constexpr (!std::is_floating_point<T>::value) {
+        // Squares of sums beyond 16 bits would wrap; they are limited instead, which single precision does.
+        const bool isSquareWide = plan.method == PXK_CONV_SUMSQ && kernel.sums == OwnSums::WIDE;
+        if (kernel.sums != OwnSums::SINGLE && !isSquareWide) {
+            int32_t sums[ownChunk];
+            ownSumIntegers<T>(kernel, from, sums, n);
+            ownApplyMethod(sums, plan.method, n);
+            return ownStoreLimited(sums, out, n);
+        }
+    }
+    float sums[ownChunk];
+    ownSumAsSingles<T>(kernel, from, sums, n);
+    ownApplyMethod(sums, plan.method, n);
+    ownStoreLimited(sums, out, n);
+}
+
+// ---- bands ---------------------------------------------------------------------------------------------------------
+
+template <class T> static void ownConvolveChunk(const OwnConvPlan& plan, const OwnChunkRows& from, T* out, ptrdiff_t n)
+{
+    const OwnKernelPlan& first = plan.kernels[0];
+    if constexpr (sizeof(T) == 1) {
+        const bool isPlain = plan.nKernels == 1 && plan.method != PXK_CONV_SUMSQ && plan.method != PXK_CONV_SUMSQROOT;
+        if (isPlain && first.sums == OwnSums::NARROW) return ownConvolveNarrow<T, int16_t>(first, from, out, n);
+        if (isPlain && first.isUnsigned16) return ownConvolveNarrow<T, uint16_t>(first, from, out, n);
+    }
+    if (plan.nKernels == 1) return ownConvolveOne<T>(plan, from, out, n);
+    if constexpr (!std::is_floating_point<T>::value) {
+        bool isNarrow = true;
+        for (int32_t k = 0; k < plan.nKernels; ++k) isNarrow = isNarrow && plan.kernels[k].sums == OwnSums::NARROW;
+        if (isNarrow) return ownConvolveSeveral<T, int32_t>(plan, from, out, n);
+    }
+    ownConvolveSeveral<T, float>(plan, from, out, n);
+}
+
+template <class T> static void ownConvolveAs(const OwnBand& band, const OwnConvPlan& plan)
+{
+    for (int32_t y = 0; y < band.height; ++y) {
+        T* const out = reinterpret_cast<T*>(band.out[y]);
+        for (ptrdiff_t x = 0; x < band.width; x += ownChunk) {
+            const OwnChunkRows from = { band.rows + y, x, band.step };
+            ownConvolveChunk<T>(plan, from, out + x, std::min(ownChunk, band.width - x));
+        }
+        if (plan.depth != PXK_DEPTH_1U) continue;
+        for (ptrdiff_t x = 0; x < band.width; ++x) out[x] = static_cast<T>(out[x] != 0);
+    }
+}
+
+void ownConvolveBand(const OwnBand& band, const OwnConvPlan& plan)
+{
+    const int32_t depth = plan.depth == PXK_DEPTH_1U ? PXK_DEPTH_8U : plan.depth; // bits come as bytes of 0 and 1
+    ownForDepth(depth, [&](auto tag) { ownConvolveAs<typename decltype(tag)::Sample>(band, plan); });
+}

@@ -1,0 +1,149 @@
+// Making, reading and releasing convolution kernels.
+#include "frame/ownreport.h"
+#include "ownkernel.h"
+
+// The first fault of what a kernel is made from, as the text to report, or null.
+static const char* ownKernelFault(const void* values, int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY)
+{
+    if (values == nullptr) return "(values == 0)";
+    if (nRows <= 0 || nCols <= 0) return "(nRows<=0 || nCols<=0)";
+    if (anchorX < 0 || anchorY < 0 || nRows <= anchorY || nCols <= anchorX) {
+        return "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)";
+    }
+    return nullptr;
+}
+
+// The record with room for its coefficients, or null after a report.
+template <class Kernel, class Value>
+static Kernel* ownCreateKernel(const OwnSite& site, int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                               const Value* values)
+{
+    const char* const fault = ownKernelFault(values, nCols, nRows, anchorX, anchorY);
+    if (fault != nullptr) {
+        ownReport(site, PXK_StsBadArg, fault);
+        return nullptr;
+    }
+    using Stored = std::remove_pointer_t<decltype(Kernel::values)>;
+    const int64_t count = static_cast<int64_t>(nCols) * nRows;
+    OwnBuffer<Kernel> kernel = ownBuffer<Kernel>(1);
+    OwnBuffer<Stored> stored = ownBuffer<Stored>(count);
+    if (kernel == nullptr || stored == nullptr) {
+        ownReport(site, PXK_StsNoMem, "Allocation failure");
+        return nullptr;
+    }
+    for (int64_t i = 0; i < count; ++i) stored[static_cast<size_t>(i)] = values[count - 1 - i];
+    kernel[0] = {};
+    kernel[0].nCols = nCols;
+    kernel[0].nRows = nRows;
+    kernel[0].anchorX = nCols - 1 - anchorX;
+    kernel[0].anchorY = nRows - 1 - anchorY;
+    kernel[0].values = stored.release();
+    return kernel.release();
+}
+
+PxkConvKernel* pxkCreateConvKernel(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                   const int32_t* values, int32_t nShiftR)
+{
+    PxkConvKernel* const kernel = ownCreateKernel<PxkConvKernel>(OWN_HERE, nCols, nRows, anchorX, anchorY, values);
+    if (kernel != nullptr) kernel->nShiftR = nShiftR;
+    return kernel;
+}
+
+PxkConvKernel* pxkCreateConvKernelChar(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                       const int8_t* values, int32_t nShiftR)
+{
+    PxkConvKernel* const kernel = ownCreateKernel<PxkConvKernel>(OWN_HERE, nCols, nRows, anchorX, anchorY, values);
+    if (kernel != nullptr) kernel->nShiftR = nShiftR;
+    return kernel;
+}
+
+PxkConvKernelFP* pxkCreateConvKernelFP(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                       const float* values)
+{
+    return ownCreateKernel<PxkConvKernelFP>(OWN_HERE, nCols, nRows, anchorX, anchorY, values);
+}
+
+// Where a kernel's parts go.
+struct OwnKernelParts {
+    int32_t* nCols;
+    int32_t* nRows;
+    int32_t* anchorX;
+    int32_t* anchorY;
+    void* values;
+};
+
+template <class Kernel> static bool ownGoodParts(const OwnSite& site, const Kernel* kernel, const OwnKernelParts& parts)
+{
+    const auto isRefused = [&](bool condition, const char* text) {
+        if (condition) ownReport(site, PXK_StsBadArg, text);
+        return condition;
+    };
+    if (isRefused(kernel == nullptr, "kernel==0")) return false;
+    if (isRefused(ownBadKernel(kernel), "ownBadKernel((OwnConvKernel*)kernel)")) return false;
+    // Sizes and anchors go in pairs: both of a pair report, then the status decides.
+    bool isBad = isRefused(parts.nRows == nullptr, "nRows==0");
+    isBad = isRefused(parts.nCols == nullptr, "nCols==0") || isBad;
+    if (isBad || pxkGetErrStatus() < 0) return false;
+    isBad = isRefused(parts.anchorX == nullptr, "anchorX==0");
+    isBad = isRefused(parts.anchorY == nullptr, "anchorY==0") || isBad;
+    if (isBad || pxkGetErrStatus() < 0) return false;
+    return !isRefused(parts.values == nullptr, "values==0");
+}
+
+template <class Value, class Kernel> static void ownGiveParts(const Kernel* kernel, const OwnKernelParts& parts)
+{
+    *parts.nCols = kernel->nCols;
+    *parts.nRows = kernel->nRows;
+    *parts.anchorX = kernel->nCols - 1 - kernel->anchorX;
+    *parts.anchorY = kernel->nRows - 1 - kernel->anchorY;
+    const int64_t count = static_cast<int64_t>(kernel->nCols) * kernel->nRows;
+    Value* const values = static_cast<Value*>(parts.values);
+    for (int64_t i = 0; i < count; ++i) values[i] = static_cast<Value>(kernel->values[count - 1 - i]);
+}
+
+template <class Value>
+static void ownGetIntegerKernel(const OwnSite& site, const PxkConvKernel* kernel, const OwnKernelParts& parts,
+                                int32_t* nShiftR)
+{
+    if (!ownGoodParts(site, kernel, parts)) return;
+    if (nShiftR == nullptr) return ownReport(site, PXK_StsBadArg, "nShiftR==0");
+    ownGiveParts<Value>(kernel, parts);
+    *nShiftR = kernel->nShiftR;
+}
+
+void pxkGetConvKernel(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX, int32_t* anchorY,
+                      int32_t* values, int32_t* nShiftR)
+{
+    ownGetIntegerKernel<int32_t>(OWN_HERE, kernel, { nCols, nRows, anchorX, anchorY, values }, nShiftR);
+}
+
+void pxkGetConvKernelChar(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX, int32_t* anchorY,
+                          int8_t* values, int32_t* nShiftR)
+{
+    ownGetIntegerKernel<int8_t>(OWN_HERE, kernel, { nCols, nRows, anchorX, anchorY, values }, nShiftR);
+}
+
+void pxkGetConvKernelFP(PxkConvKernelFP* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX, int32_t* anchorY,
+                        float* values)
+{
+    const OwnKernelParts parts = { nCols, nRows, anchorX, anchorY, values };
+    if (ownGoodParts(OWN_HERE, kernel, parts)) ownGiveParts<float>(kernel, parts);
+}
+
+template <class Kernel> static void ownDeleteKernel(const OwnSite& site, Kernel* kernel)
+{
+    if (kernel == nullptr) return ownReport(site, PXK_StsBadArg, "kernel==0");
+    if (kernel->values == nullptr) return ownReport(site, PXK_StsBadArg, "kernel->values==0");
+    pxkFree(kernel->values);
+    pxkFree(kernel);
+}
+
+void pxkDeleteConvKernel(PxkConvKernel* kernel)
+{
+    ownDeleteKernel(OWN_HERE, kernel);
+}
+
+void pxkDeleteConvKernelFP(PxkConvKernelFP* kernel)
+{
+    ownDeleteKernel(OWN_HERE, kernel);
+}

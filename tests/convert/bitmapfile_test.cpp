@@ -1,0 +1,134 @@
+// The reader and writer of bitmap files that programs and examples use.
+#include <cstdio>
+
+#include "bitmapfile.h"
+#include "reference/dib.h"
+#include "support/compare.h"
+#include "support/reports.h"
+
+namespace {
+
+// A file: 14 bytes, header, table, a gap, bits.
+std::vector<uint8_t> fileOf(const Bitmap& bitmap, int32_t gap)
+{
+    const PxkBitmapInfoHeader h = bitmap.header();
+    const int32_t table = 4 * Bitmap::tableWords(h), offset = 54 + table + gap;
+    const int32_t bytes = Bitmap::rowBytes(h) * std::abs(h.biHeight);
+    std::vector<uint8_t> file(offset + bytes, 0xEE);
+    file[0] = 'B', file[1] = 'M';
+    memcpy(&file[10], &offset, 4);
+    memcpy(&file[14], bitmap.dib(), 40 + table);
+    memcpy(&file[offset], bitmap.bits(), bytes);
+    return file;
+}
+
+Bitmap rampBitmap(int32_t bits, uint32_t colors, Random& random)
+{
+    Bitmap bitmap(bitmapHeader(11, 3, bits, 0, colors), true, random);
+    const int32_t count = Bitmap::tableWords(bitmap.header());
+    for (int32_t i = 0; i < count; ++i) bitmap.setWord(i, 0x010101u * static_cast<uint32_t>(i * 255 / (count - 1)));
+    return bitmap;
+}
+
+// Blue, green and red of a pixel of the image that was read.
+uint32_t colorOf(const PxkImage& image, int32_t x, int32_t y)
+{
+    const uint8_t* const row =
+        static_cast<const uint8_t*>(image.imageData) + (image.origin == 0 ? y : image.height - 1 - y) * image.widthStep;
+    if (image.depth == PXK_DEPTH_1U) return (row[x / 8] >> (7 - x % 8) & 1) != 0 ? 0xFFFFFF : 0;
+    const ptrdiff_t plane = static_cast<ptrdiff_t>(image.widthStep) * image.height;
+    const bool isPacked = image.dataOrder == PXK_DATA_ORDER_PIXEL;
+    const auto byte = [&](int32_t k) -> uint32_t {
+        const int32_t c = image.nChannels == 1 ? 0 : k;
+        return isPacked ? row[x * image.nChannels + c] : row[c * plane + x];
+    };
+    return byte(0) | byte(1) << 8 | byte(2) << 16;
+}
+
+} // namespace
+
+// Short tables, gaps in front of the bits, all depths: what is read is the bitmap's colours, black behind the table.
+TEST(BitmapFile, readsWhatIsInTheFile)
+{
+    startReports();
+    for (const int32_t bits : { 1, 4, 8, 16, 24, 32 })
+        for (const int32_t gap : { 0, 4, 7 })
+            for (const bool isRamp : { false, true })
+                for (const uint32_t colors : { 0u, 2u }) {
+                    Random random(bits + gap + colors);
+                    Bitmap bitmap = isRamp && bits <= 8 ? rampBitmap(bits, colors, random)
+                                                        : Bitmap(bitmapHeader(11, -3, bits, 0, colors), true, random);
+                    const std::vector<uint8_t> bytes = fileOf(bitmap, gap);
+                    SCOPED_TRACE(std::to_string(bits) + " bits, gap " + std::to_string(gap) + ", colours "
+                                 + std::to_string(colors));
+                    BitmapFile file;
+                    ASSERT_EQ(readBitmapBytes(&file, bytes.data(), bytes.size()), nullptr);
+                    for (int32_t y = 0; y < 3; ++y)
+                        for (int32_t x = 0; x < 11; ++x) {
+                            const model::Color c = model::colorInDib(bitmap, x, y);
+                            EXPECT_EQ(colorOf(*file.image, x, y),
+                                      static_cast<uint32_t>(c.blue | c.green << 8 | c.red << 16));
+                        }
+                    releaseBitmap(&file);
+                    expectNoReports();
+                }
+}
+
+TEST(BitmapFile, refusesWhatIsNotInTheFile)
+{
+    startReports();
+    Random random(1);
+    const Bitmap bitmap = rampBitmap(8, 0, random);
+    const std::vector<uint8_t> good = fileOf(bitmap, 0);
+    const auto why = [&](size_t at, int32_t value, int32_t bytes, size_t length = 0) {
+        std::vector<uint8_t> file = good;
+        memcpy(&file[at], &value, bytes);
+        BitmapFile opened;
+        const char* const text = readBitmapBytes(&opened, file.data(), length != 0 ? length : file.size());
+        if (text == nullptr) releaseBitmap(&opened);
+        return std::string(text != nullptr ? text : "");
+    };
+    EXPECT_EQ(why(0, 'B', 1), "");
+    EXPECT_EQ(why(0, 'C', 1), "not a bitmap file");
+    EXPECT_EQ(why(0, 'B', 1, 53), "too short for a bitmap file");
+    EXPECT_EQ(why(0, 'B', 1, good.size() - 1), "the bits end behind the end of the file");
+    EXPECT_EQ(why(10, 54 + 1023, 4), "the bits begin inside the table");
+    EXPECT_EQ(why(10, -1, 4), "the bits begin behind the end of the file");
+    EXPECT_EQ(why(14, 108, 4), "the header does not have 40 bytes");
+    EXPECT_EQ(why(18, 0, 4), "bad width or height");
+    EXPECT_EQ(why(22, INT32_MIN, 4), "bad width or height");
+    EXPECT_EQ(why(18, INT32_MAX, 4), "too large");
+    EXPECT_EQ(why(28, 2, 2), "bad bits a pixel");
+    EXPECT_EQ(why(46, 257, 4), "too many colours");
+    EXPECT_EQ(why(30, 1, 4), "Bad argument"); // noise as run-length code
+    recordedReports().clear();
+}
+
+TEST(BitmapFile, writesWhatItReads)
+{
+    startReports();
+    const std::string path = ::testing::TempDir() + "pxk-bitmapfile-test.bmp";
+    for (const int32_t channels : { 1, 3, 4 })
+        for (const int32_t depth : { PXK_DEPTH_1U, PXK_DEPTH_8U }) {
+            if (depth == PXK_DEPTH_1U && channels != 1) continue;
+            PictureSpec spec(depth, 13, 6, channels);
+            spec.hasAlpha = channels == 4;
+            const PicturePtr image = Picture::make(spec);
+            memcpy(image->header.channelSeq, channels == 1 ? "G\0\0" : "BGR", 4);
+            ASSERT_EQ(writeBitmap(*image, path.c_str()), nullptr);
+            BitmapFile file;
+            ASSERT_EQ(readBitmap(&file, path.c_str()), nullptr);
+            EXPECT_EQ(file.image->nChannels, channels == 1 ? 1 : 3);
+            EXPECT_EQ(file.image->depth, depth);
+            for (int32_t y = 0; y < 6; ++y)
+                for (int32_t x = 0; x < 13; ++x) {
+                    const model::Color c = model::colorInImage(*image, x, y);
+                    EXPECT_EQ(colorOf(*file.image, x, y), static_cast<uint32_t>(c.blue | c.green << 8 | c.red << 16));
+                }
+            releaseBitmap(&file);
+        }
+    std::remove(path.c_str());
+    BitmapFile file;
+    EXPECT_STREQ(readBitmap(&file, path.c_str()), "cannot be opened");
+    expectNoReports();
+}

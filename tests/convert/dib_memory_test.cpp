@@ -1,0 +1,76 @@
+// Bitmap interchange under shortage of memory: every allocation fails once.
+#include "support/alloc_failure.h"
+#include "support/bitmap.h"
+#include "support/compare.h"
+#include "support/reports.h"
+
+using Reports = std::vector<Report>;
+
+namespace {
+
+// One level but for a noisy corner, so that both codings pay.
+PicturePtr coloredPicture()
+{
+    const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_8U, 64, 20, 3));
+    memcpy(image->header.channelSeq, "BGR", 4);
+    for (int32_t y = 0; y < 20; ++y)
+        for (int32_t x = 16; x < 64; ++x)
+            for (int32_t k = 0; k < 3; ++k) image->setNumber(x, y, k, 50);
+    return image;
+}
+
+} // namespace
+
+TEST(DibMemory, toBitmap)
+{
+    const PicturePtr image = coloredPicture();
+    for (const bool isRle8 : { false, true })
+        for (const int32_t palette : { PXK_PALETTE_KEEP, PXK_PALETTE_MEDCUT }) {
+            Random random(1);
+            const Bitmap fresh(bitmapHeader(64, 20, isRle8 ? 8 : 4, isRle8 ? 1 : 2), false, random);
+            std::shared_ptr<Bitmap> done;
+            forEachFailingAllocation([&](int64_t n) {
+                const auto bitmap = fresh.copy();
+                startReports();
+                pxkConvertToDIB(*image, bitmap->dib(), 1, palette);
+                if (n == 0) done = bitmap;
+                const int64_t behindPalette = n - (palette == PXK_PALETTE_MEDCUT ? 2 : 0);
+                if (n != 0 && behindPalette <= 0) {
+                    expectReports({ { -3, "pxkConvertToDIB", "Error of creating medcut palette" } });
+                } else if (n == 0 || behindPalette <= 2) { // without lists the search for the nearest colour is slow
+                    expectNoReports();
+                    EXPECT_TRUE(bitmap->sameAs(*done));
+                } else {
+                    const std::string text =
+                        std::string("Not enough memory to compress DIB at BI_RLE") + (isRle8 ? "8" : "4") + " DIB";
+                    expectReports({ { -4, "ownCompressRLE", text } });
+                }
+            });
+        }
+}
+
+TEST(DibMemory, fromBitmap)
+{
+    Random random(1);
+    const Bitmap coded(bitmapHeader(64, 20, 8, PXK_BI_RLE8), false, random);
+    startReports();
+    pxkConvertToDIB(*coloredPicture(), coded.dib(), 1, PXK_PALETTE_MEDCUT);
+    expectNoReports();
+    forEachFailingAllocation([&](int64_t n) {
+        const Reports expected[] = {
+            {},
+            { { -4, "pxkTranslateDIB", "Not enough memory to allocate header for destination image" } },
+            { { -4, "pxkTranslateDIB", "Not enough memory to allocate data for destination image" } },
+            { { -4, "ownDecompressRLE", "Not enough memory to decompress BI_RLE8 DIB at DIB" },
+              { -3, "pxkConvertFromDIB", "Impossible to decompress RLE DIB" },
+              { -1, "pxkTranslateDIB", "" } },
+        };
+        startReports();
+        int32_t isCloned;
+        PxkImage* const image = pxkTranslateDIB(coded.dib(), &isCloned);
+        EXPECT_EQ(image != nullptr, n == 0);
+        ASSERT_LT(n, 4);
+        expectReports(expected[n]);
+        pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA);
+    });
+}

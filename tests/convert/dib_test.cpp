@@ -1,0 +1,403 @@
+// Bitmaps to images and back.
+#include <fstream>
+
+#include "reference/dib.h"
+#include "support/compare.h"
+#include "support/reports.h"
+
+#include "bitmapfile.h"
+
+namespace {
+
+const char words[][5] = { "G\0\0", "GRAY", "BGR", "BGRA", "RGB", "RGBA" };
+const int32_t bitCounts[] = { 1, 4, 8, 16, 24, 32 };
+
+// Mostly small; now and then longer than what is worked on at a time.
+int32_t someWidth(Random& random)
+{
+    return random.oneIn(20) ? random.between(1020, 2060) : random.between(1, 70);
+}
+
+// One to three channels of any kind that is served.
+PicturePtr somePicture(Random& random, int32_t width, int32_t height)
+{
+    const int32_t channels = random.oneOf({ 1, 3, 4 });
+    const int32_t depth = random.oneOf({ PXK_DEPTH_8U, PXK_DEPTH_16U, channels == 1 ? PXK_DEPTH_1U : PXK_DEPTH_8U });
+    PictureSpec spec(depth, width, height, channels, random.below(2));
+    spec.hasAlpha = channels == 4;
+    spec.align = random.oneOf({ 4, 8, 16, 32 });
+    spec.origin = random.below(2);
+    const PicturePtr picture = Picture::make(spec, random);
+    memcpy(picture->header.channelSeq, random.oneOf({ 0, 1, 2, 3, 4, 5 }) + words, 4);
+    if (random.oneIn(4)) picture->header.widthStep += 8; // rows are counted from width, depth and align
+    picture->freeze();
+    return picture;
+}
+
+uint32_t someMask(Random& random)
+{
+    const uint32_t mask = random.oneIn(4) ? static_cast<uint32_t>(random.next())
+                                          : ((1u << random.between(1, 12)) - 1) << random.between(0, 31);
+    return (mask & 0xFFFF) != 0 ? mask : mask | 0x10;
+}
+
+// Colours of a table: of chance, close to each other with equal ones among them, or with many grays at their place.
+void fillTable(Bitmap& bitmap, Random& random)
+{
+    const PxkBitmapInfoHeader h = bitmap.header();
+    const int32_t kind = random.below(3), count = Bitmap::tableWords(h);
+    for (int32_t i = 0; i < count; ++i) {
+        uint32_t entry = static_cast<uint32_t>(random.next());
+        if (kind == 1) entry &= 0xFF0F0F0F;
+        if (kind == 2 && !random.oneIn(3)) entry = 0x010101u * static_cast<uint32_t>(random.oneIn(3) ? i / 2 : i);
+        bitmap.setWord(i, h.biBitCount > 8 ? someMask(random) : entry);
+    }
+}
+
+std::shared_ptr<Bitmap> someBitmap(Random& random, int32_t width, int32_t height)
+{
+    const int32_t bits = random.oneOf(bitCounts);
+    const bool hasFields = (bits == 16 || bits == 32) && random.oneIn(2);
+    // 24 bits ignore declared entries; so do 16 and 32.
+    uint32_t colors = random.oneIn(2) ? 0 : static_cast<uint32_t>(random.between(1, 300));
+    if (bits == 8 && random.oneIn(2)) colors = 256;
+    const auto header = bitmapHeader(width, random.oneIn(2) ? height : -height, bits, hasFields ? 3 : 0, colors);
+    const auto bitmap = std::make_shared<Bitmap>(header, random.oneIn(2), random, random.oneIn(3));
+    fillTable(*bitmap, random);
+    return bitmap;
+}
+
+std::string textOf(const Bitmap& bitmap, const Picture& image)
+{
+    const PxkBitmapInfoHeader h = bitmap.header();
+    return std::to_string(h.biBitCount) + " bits, compression " + std::to_string(h.biCompression) + ", colours "
+        + std::to_string(h.biClrUsed) + ", " + std::to_string(h.biWidth) + "x" + std::to_string(h.biHeight)
+        + (bitmap.isSep ? ", Sep" : "") + ", image of " + std::to_string(image.spec.channels) + " "
+        + depthName(image.spec.depth) + " order " + std::to_string(image.spec.order) + " "
+        + std::string(image.header.channelSeq, 4);
+}
+
+} // namespace
+
+TEST(DibFrom, matchesModel)
+{
+    startReports();
+    for (uint64_t seed = 1; seed <= 4000 && !::testing::Test::HasFailure(); ++seed) {
+        Random random(seed);
+        const int32_t width = someWidth(random), height = random.between(1, 5);
+        const auto bitmap = someBitmap(random, width, height), before = bitmap->copy();
+        const bool isLarger = random.oneIn(3);
+        const PicturePtr got =
+            somePicture(random, width + (isLarger ? random.below(20) : 0), height + (isLarger ? random.below(3) : 0));
+        const PicturePtr want = got->copy();
+        SCOPED_TRACE(textOf(*bitmap, *got) + ", seed " + std::to_string(seed));
+        model::convertFrom(*bitmap, *want);
+        EXPECT_EQ(convertFrom(*bitmap, *got), 0);
+        EXPECT_TRUE(samePicture(*want, *got));
+        EXPECT_TRUE(bitmap->sameAs(*before));
+        expectNoReports();
+    }
+}
+
+TEST(DibTo, matchesModel)
+{
+    startReports();
+    for (uint64_t seed = 1; seed <= 4000 && !::testing::Test::HasFailure(); ++seed) {
+        Random random(seed);
+        const int32_t width = someWidth(random), height = random.between(1, 3);
+        const auto got = someBitmap(random, width, height), want = got->copy();
+        const PicturePtr image = somePicture(random, width, height), before = image->copy();
+        SCOPED_TRACE(textOf(*got, *image) + ", seed " + std::to_string(seed));
+        model::convertTo(*image, *want);
+        EXPECT_EQ(convertTo(*image, *got), 0);
+        EXPECT_TRUE(got->sameAs(*want));
+        EXPECT_TRUE(samePicture(*before, *image));
+        expectNoReports();
+    }
+}
+
+// Clustered colours make long candidate lists, noise asks for all cells; so many pixels that lists are begun anew.
+TEST(DibTo, findsTheNearestColorOfManyColors)
+{
+    startReports();
+    for (uint64_t seed = 1; seed <= 6; ++seed) {
+        Random random(seed);
+        const uint32_t colors = seed <= 4 ? 256 : 5000;
+        Bitmap got(bitmapHeader(400, 50, 8, 0, colors), true, random);
+        for (int32_t i = 0; i < static_cast<int32_t>(colors); ++i) {
+            const uint32_t color = static_cast<uint32_t>(random.next());
+            got.setWord(i, seed % 2 == 0 ? 0x80808080 + (color & 0x07070707) : color);
+        }
+        const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_8U, 400, 50, 3), random);
+        memcpy(image->header.channelSeq, "BGR", 4);
+        const auto want = got.copy();
+        model::convertTo(*image, *want);
+        EXPECT_EQ(convertTo(*image, got), 0);
+        EXPECT_TRUE(got.sameAs(*want)) << "seed " << seed;
+    }
+}
+
+// ---- palettes ------------------------------------------------------------------------------------------------------
+
+TEST(DibTo, storesTheFixedTables)
+{
+    startReports();
+    Random random(1);
+    const uint32_t kept = 0x12345678;
+    const auto tableAfter = [&](int32_t bits, uint32_t colors, int32_t channels) {
+        Bitmap bitmap(bitmapHeader(1, 1, bits, 0, colors), true, random);
+        for (int32_t i = 0; i < Bitmap::tableWords(bitmap.header()); ++i) bitmap.setWord(i, kept);
+        const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_8U, 1, 1, channels), random);
+        memcpy(image->header.channelSeq, channels == 1 ? "G\0\0" : "BGR", 4);
+        EXPECT_EQ(convertTo(*image, bitmap, 1, PXK_PALETTE_FIXED), 0);
+        EXPECT_EQ(bitmap.header().biClrUsed, colors);
+        std::vector<uint32_t> table;
+        for (int32_t i = 0; i < Bitmap::tableWords(bitmap.header()); ++i) table.push_back(bitmap.word(i));
+        return table;
+    };
+    for (const int32_t channels : { 1, 3 })
+        EXPECT_EQ(tableAfter(1, 0, channels), std::vector<uint32_t>({ 0, 0xFFFFFF }));
+    EXPECT_EQ(tableAfter(8, 2, 3), std::vector<uint32_t>({ 0, 0xFFFFFF }));
+    EXPECT_EQ(tableAfter(4, 0, 1)[5], 0x555555u);
+    EXPECT_EQ(tableAfter(4, 0, 3)[7], 0x808080u);
+    EXPECT_EQ(tableAfter(4, 0, 3)[9], 0xFF0000u);
+    EXPECT_EQ(tableAfter(8, 16, 3)[3], 0x808000u);
+    EXPECT_EQ(tableAfter(8, 256, 1)[200], 0xC8C8C8u);
+    EXPECT_EQ(tableAfter(8, 0, 3)[0x27], 0x2020FFu); // red 1 of 7, green 1 of 7, blue 3 of 3
+    EXPECT_EQ(tableAfter(8, 0, 3)[0xFE], 0xFFFF80u);
+    for (const uint32_t colors : { 3u, 7u, 100u })
+        EXPECT_EQ(tableAfter(8, colors, 3), std::vector<uint32_t>(colors, kept));
+}
+
+// A median cut with few colours moves the bits of the plain form.
+TEST(DibTo, countsTheTableAfterTheCut)
+{
+    startReports();
+    Random random(1);
+    Bitmap bitmap(bitmapHeader(2, 1, 8), false, random);
+    const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_8U, 2, 1, 1), random);
+    memcpy(image->header.channelSeq, "G\0\0", 4);
+    image->setNumber(0, 0, 0, 9);
+    image->setNumber(1, 0, 0, 7);
+    EXPECT_EQ(convertTo(*image, bitmap, 1, PXK_PALETTE_MEDCUT), 0);
+    EXPECT_EQ(bitmap.header().biClrUsed, 2u);
+    EXPECT_EQ(bitmap.word(0), 0x070707u);
+    EXPECT_EQ(bitmap.word(1), 0x090909u);
+    EXPECT_EQ(bitmap.bits() - reinterpret_cast<uint8_t*>(bitmap.dib()), 48);
+    EXPECT_EQ(bitmap.pixel(0, 0), 1u);
+    EXPECT_EQ(bitmap.pixel(1, 0), 0u);
+}
+
+// ---- images of bitmaps ---------------------------------------------------------------------------------------------
+
+namespace {
+
+struct Translation {
+    const char* text;
+    PxkBitmapInfoHeader header;
+    bool isRamp;
+    int32_t nChannels, depth;
+    bool isShared;
+    int32_t bitsOffset;
+};
+
+} // namespace
+
+TEST(DibTranslate, sharesWhatItCan)
+{
+    startReports();
+    const Translation cases[] = {
+        { "1 bit, ramp", bitmapHeader(13, 5, 1), true, 1, 1, true, 48 },
+        { "1 bit, white first", bitmapHeader(13, 5, 1), false, 3, 8, false, 0 },
+        { "1 bit, one entry", bitmapHeader(13, 5, 1, 0, 1), true, 3, 8, false, 0 },
+        { "4 bits, ramp", bitmapHeader(13, -5, 4), true, 1, 8, false, 0 },
+        { "4 bits", bitmapHeader(13, 5, 4), false, 3, 8, false, 0 },
+        { "8 bits, ramp", bitmapHeader(13, -5, 8), true, 1, 8, true, 40 + 1024 },
+        { "8 bits, short ramp", bitmapHeader(13, 5, 8, 0, 100), true, 1, 8, true, 440 },
+        { "8 bits", bitmapHeader(13, 5, 8), false, 3, 8, false, 0 },
+        { "16 bits", bitmapHeader(13, 5, 16), false, 3, 8, false, 0 },
+        { "24 bits, entries declared", bitmapHeader(13, 5, 24, 0, 7), false, 3, 8, true, 40 },
+        { "32 bits", bitmapHeader(13, -5, 32), false, 4, 8, true, 40 },
+        { "32 bits, fields", bitmapHeader(13, 5, 32, 3), false, 4, 8, false, 0 },
+    };
+    for (const Translation& t : cases) {
+        SCOPED_TRACE(t.text);
+        Random random(7);
+        Bitmap bitmap(t.header, false, random);
+        const int32_t count = Bitmap::tableWords(t.header);
+        for (int32_t i = 0; i < count; ++i) {
+            const uint32_t gray = t.isRamp && count > 1 ? static_cast<uint32_t>(i * 255 / (count - 1)) : 0;
+            bitmap.setWord(i,
+                           t.isRamp                      ? 0xA5000000 | gray * 0x010101
+                               : t.header.biBitCount > 8 ? 0xFF00u << i
+                                                         : 0xFFFFFF >> i);
+        }
+        int32_t isCloned = -1;
+        PxkImage* const image = pxkTranslateDIB(bitmap.dib(), &isCloned);
+        expectNoReports();
+        ASSERT_NE(image, nullptr);
+        EXPECT_EQ(isCloned, t.isShared ? 0 : 1);
+        EXPECT_EQ(image->nChannels, t.nChannels);
+        EXPECT_EQ(image->alphaChannel, t.nChannels == 4 ? 4 : 0);
+        EXPECT_EQ(image->depth, t.depth);
+        EXPECT_EQ(std::string(image->colorModel, 4),
+                  std::string(t.nChannels == 1       ? "GRAY"
+                                  : t.nChannels == 4 ? "RGBA"
+                                                     : "RGB\0",
+                              4));
+        EXPECT_EQ(std::string(image->channelSeq, 4),
+                  std::string(t.nChannels == 1       ? "G\0\0\0"
+                                  : t.nChannels == 4 ? "BGRA"
+                                                     : "BGR\0",
+                              4));
+        EXPECT_EQ(image->dataOrder, t.isShared ? 0 : 1);
+        EXPECT_EQ(image->align, t.isShared ? 4 : 32);
+        EXPECT_EQ(image->origin, t.header.biHeight < 0 ? 0 : 1);
+        if (t.isShared) {
+            EXPECT_EQ(static_cast<uint8_t*>(image->imageData) - reinterpret_cast<uint8_t*>(bitmap.dib()), t.bitsOffset);
+            EXPECT_EQ(image->widthStep, Bitmap::rowBytes(t.header));
+            EXPECT_EQ(image->imageSize, 5 * Bitmap::rowBytes(t.header));
+            EXPECT_EQ(image->imageDataBase, nullptr);
+        } else {
+            const PicturePtr want =
+                Picture::make(PictureSpec(t.depth, 13, 5, t.nChannels, PXK_DATA_ORDER_PLANE).aligned(32));
+            memcpy(want->header.channelSeq, image->channelSeq, 4);
+            want->header.origin = image->origin;
+            model::convertFrom(bitmap, *want);
+            for (int32_t k = 0; k < t.nChannels; ++k)
+                for (int32_t y = 0; y < 5; ++y)
+                    EXPECT_EQ(memcmp(static_cast<uint8_t*>(image->imageData) + (k * 5 + y) * image->widthStep,
+                                     want->row(y, k), 13),
+                              0)
+                        << "row " << y << " of plane " << k;
+        }
+        pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA);
+    }
+}
+
+// ---- photographs ---------------------------------------------------------------------------------------------------
+
+namespace {
+
+uint32_t crc32(const std::vector<uint8_t>& bytes)
+{
+    uint32_t crc = 0xFFFFFFFF;
+    for (const uint8_t byte : bytes) {
+        crc ^= byte;
+        for (int32_t k = 0; k < 8; ++k) crc = crc >> 1 ^ (0xEDB88320u & (0u - (crc & 1)));
+    }
+    return ~crc;
+}
+
+// Blue, green and red of all pixels, from the top.
+uint32_t crcOfImage(const PxkImage& image)
+{
+    std::vector<uint8_t> bytes;
+    const uint8_t* const data = static_cast<const uint8_t*>(image.imageData);
+    const ptrdiff_t step = image.widthStep;
+    for (int32_t y = 0; y < image.height; ++y)
+        for (int32_t x = 0; x < image.width; ++x)
+            for (int32_t k = 0; k < 3; ++k) {
+                const int32_t c = image.nChannels == 1 ? 0 : k;
+                const uint8_t* const row = data + (image.origin == 0 ? y : image.height - 1 - y) * step;
+                if (image.depth == PXK_DEPTH_1U)
+                    bytes.push_back((row[x / 8] >> (7 - x % 8) & 1) != 0 ? 255 : 0);
+                else if (image.dataOrder == PXK_DATA_ORDER_PIXEL)
+                    bytes.push_back(row[x * image.nChannels + c]);
+                else
+                    bytes.push_back(row[c * image.height * step + x]);
+            }
+    return crc32(bytes);
+}
+
+struct Photo {
+    const char* name;
+    uint32_t crc;
+};
+const Photo photos[] = { { "astronaut-24.bmp", 0x44109AE0 },
+                         { "camera-gray8.bmp", 0xDAE3FC0B },
+                         { "chelsea-pal8.bmp", 0xD8369666 },
+                         { "rocket-rle8.bmp", 0x8A06C252 },
+                         { "text-1bit.bmp", 0x4CD5C8C7 } };
+
+std::vector<uint8_t> readPhoto(const Photo& photo)
+{
+    std::ifstream file(std::string(PXK_PHOTOS "/") + photo.name, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), {} };
+}
+
+struct ReleaseImage {
+    void operator()(PxkImage* image) const { pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA); }
+};
+using Image = std::unique_ptr<PxkImage, ReleaseImage>;
+
+Image colorImage(int32_t width, int32_t height)
+{
+    return Image(pxkCreateImageHeader(3, 0, PXK_DEPTH_8U, "RGB", "BGR", PXK_DATA_ORDER_PIXEL, 0, 8, width, height,
+                                      nullptr, nullptr, nullptr, nullptr));
+}
+
+} // namespace
+
+TEST(DibPhotos, decodeByAllWays)
+{
+    startReports();
+    for (const Photo& photo : photos) {
+        SCOPED_TRACE(photo.name);
+        std::vector<uint8_t> file = readPhoto(photo);
+        ASSERT_GT(file.size(), 54u);
+        auto* const dib = reinterpret_cast<PxkBitmapInfoHeader*>(file.data() + 14);
+        PxkBitmapInfoHeader header;
+        memcpy(&header, dib, sizeof header);
+        int32_t isCloned;
+        const Image translated(pxkTranslateDIB(dib, &isCloned));
+        ASSERT_NE(translated, nullptr);
+        EXPECT_EQ(crcOfImage(*translated), photo.crc);
+
+        const Image filled = colorImage(header.biWidth, header.biHeight);
+        pxkConvertFromDIB(dib, filled.get());
+        EXPECT_EQ(crcOfImage(*filled), photo.crc);
+
+        const Image filledSep = colorImage(header.biWidth, header.biHeight);
+        uint8_t* const bits = file.data() + 54 + 4 * Bitmap::tableWords(header);
+        EXPECT_EQ(pxkConvertFromDIBSep(dib, bits, filledSep.get()), 0);
+        EXPECT_EQ(crcOfImage(*filledSep), photo.crc);
+
+        BitmapFile opened;
+        ASSERT_EQ(readBitmapBytes(&opened, file.data(), file.size()), nullptr);
+        EXPECT_EQ(crcOfImage(*opened.image), photo.crc);
+        releaseBitmap(&opened);
+        expectNoReports();
+    }
+}
+
+// Colours that the table has come back; through all codings.
+TEST(DibPhotos, comeBack)
+{
+    startReports();
+    for (const Photo& photo : photos) {
+        SCOPED_TRACE(photo.name);
+        const std::vector<uint8_t> file = readPhoto(photo);
+        BitmapFile opened;
+        ASSERT_EQ(readBitmapBytes(&opened, file.data(), file.size()), nullptr);
+        const Image first = colorImage(opened.dib->biWidth, opened.dib->biHeight);
+        ASSERT_EQ(pxkConvertFromDIBSep(opened.dib, opened.bits, first.get()), 0);
+        const int32_t bits = opened.dib->biBitCount;
+        for (const uint32_t compression : { PXK_BI_RGB, PXK_BI_RLE8 }) {
+            if (compression != PXK_BI_RGB && bits != 8) continue;
+            Random random(1);
+            PxkBitmapInfoHeader header = bitmapHeader(first->width, first->height, bits, compression);
+            Bitmap bitmap(header, true, random);
+            for (int32_t i = 0; i < Bitmap::tableWords(header); ++i)
+                memcpy(bitmap.dib() + 1, opened.dib + 1, static_cast<size_t>(4 * Bitmap::tableWords(header)));
+            EXPECT_EQ(convertTo(first.get(), bitmap), 0);
+            const bool isKept = compression == PXK_BI_RLE8 && photo.crc == 0x8A06C252;
+            if (isKept) EXPECT_EQ(bitmap.header().biCompression, compression);
+            const Image second = colorImage(first->width, first->height);
+            EXPECT_EQ(convertFrom(bitmap, second.get()), 0);
+            EXPECT_EQ(crcOfImage(*second), photo.crc);
+        }
+        releaseBitmap(&opened);
+        expectNoReports();
+    }
+}

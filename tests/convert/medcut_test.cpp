@@ -1,0 +1,118 @@
+// The colour table that the median cut makes.
+#include "convert/ownmedcut.h"
+
+#include "reference/medcut.h"
+#include "support/bitmap.h"
+
+namespace {
+
+std::vector<uint32_t> tableOf(const Bitmap& bitmap)
+{
+    std::vector<uint32_t> table;
+    for (int32_t i = 0; i < static_cast<int32_t>(bitmap.header().biClrUsed); ++i) table.push_back(bitmap.word(i));
+    return table;
+}
+
+void expectTable(const Picture& image, int32_t bits)
+{
+    Random random(1);
+    Bitmap bitmap(bitmapHeader(1, 1, bits), true, random, false, 256);
+    EXPECT_EQ(ownMedcutPalette(bitmap.dib(), &image.header), 1);
+    EXPECT_EQ(tableOf(bitmap), model::Medcut(image).table(size_t(1) << bits));
+}
+
+PicturePtr colorPicture(const PictureSpec& spec, const char* word, Random& random)
+{
+    const PicturePtr image = Picture::make(spec, random);
+    memcpy(image->header.channelSeq, word, 4);
+    return image;
+}
+
+// Colours around a few centres, some of them much more frequent than others.
+void cluster(Picture& image, int32_t centres, int32_t spread, Random& random)
+{
+    const int32_t unit = depthBits(image.spec.depth) == 16 ? 256 : 1;
+    for (int32_t y = 0; y < image.spec.height; ++y)
+        for (int32_t x = 0; x < image.spec.width; ++x) {
+            const int32_t centre = random.below(random.between(1, centres));
+            for (int32_t c = 0; c < image.spec.channels; ++c) {
+                const int32_t level = (centre * 97 + c * 53) % 256 + random.below(spread);
+                image.setNumber(x, y, c, std::min(level, 255) * unit + (unit == 256 ? random.below(256) : 0));
+            }
+        }
+}
+
+} // namespace
+
+TEST(Medcut, matchesModel)
+{
+    for (uint64_t seed = 1; seed <= 60; ++seed) {
+        Random random(seed);
+        const int32_t channels = random.oneOf({ 1, 3, 4 }), bits = random.oneOf({ 1, 4, channels == 1 ? 4 : 8 });
+        PictureSpec spec(random.oneOf({ PXK_DEPTH_8U, PXK_DEPTH_16U }), random.between(1, 60), random.between(1, 40),
+                         channels, random.below(2));
+        spec.hasAlpha = channels == 4;
+        const PicturePtr image = colorPicture(spec, channels == 1 ? "G\0\0" : random.oneIn(2) ? "BGR" : "RGBA", random);
+        if (!random.oneIn(4)) cluster(*image, random.between(1, 40), random.between(1, 60), random);
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        expectTable(*image, bits);
+    }
+}
+
+// 300 colours on one line. Boxes of a single cell hand their mark on, and the passes end with fewer boxes than wanted.
+TEST(Medcut, endsWhenNoBoxMayBeSplit)
+{
+    Random random(1);
+    const PicturePtr image = colorPicture(PictureSpec(PXK_DEPTH_8U, 100, 100, 3), "BGR", random);
+    image->setAll(0);
+    // One dominant cell at the low end of every later box: each split parts off a single cell and marks the rest.
+    for (int32_t x = 0; x < 60; ++x) image->setNumber(x, 0, 2, 4 * (x % 60) + 4);
+    expectTable(*image, 4);
+    Bitmap bitmap(bitmapHeader(1, 1, 4), true, random);
+    ASSERT_EQ(ownMedcutPalette(bitmap.dib(), &image->header), 1);
+    EXPECT_EQ(bitmap.header().biClrUsed, 16u);
+    const std::vector<uint32_t> table = tableOf(bitmap);
+    EXPECT_EQ(table[1] != 0, true);
+    EXPECT_EQ(std::vector<uint32_t>(table.begin() + 2, table.end()), std::vector<uint32_t>(14, 0));
+}
+
+TEST(Medcut, fewColorsAreKeptInTheOrderOfCells)
+{
+    Random random(1);
+    const PicturePtr image = colorPicture(PictureSpec(PXK_DEPTH_8U, 2, 2, 3), "RGB", random);
+    const uint8_t pixels[4][3] = { { 255, 0, 0 }, { 0, 0, 9 }, { 3, 255, 1 }, { 254, 1, 3 } }; // red, green, blue
+    for (int32_t i = 0; i < 12; ++i) image->setNumber(i / 3 % 2, i / 6, i % 3, pixels[i / 3][i % 3]);
+    Bitmap bitmap(bitmapHeader(1, 1, 4), true, random);
+    EXPECT_EQ(ownMedcutPalette(bitmap.dib(), &image->header), 1);
+    EXPECT_EQ(tableOf(bitmap), std::vector<uint32_t>({ 0xFC0000, 0x00FC00, 0x000008 }));
+}
+
+TEST(Medcut, oneBitImagesAreBlackAndWhite)
+{
+    Random random(1);
+    const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_1U), random);
+    for (const int32_t bits : { 1, 4, 8 }) {
+        Bitmap bitmap(bitmapHeader(1, 1, bits), true, random);
+        EXPECT_EQ(ownMedcutPalette(bitmap.dib(), &image->header), 1);
+        EXPECT_EQ(tableOf(bitmap), std::vector<uint32_t>({ 0, 0xFFFFFF }));
+    }
+}
+
+TEST(Medcut, refuses)
+{
+    Random random(1);
+    const auto resultOf = [&](int32_t bits, int32_t channels, const char* word) {
+        const PicturePtr image = colorPicture(PictureSpec(PXK_DEPTH_8U, 3, 3, channels), word, random);
+        Bitmap bitmap(bitmapHeader(1, 1, bits), true, random, false, 256);
+        const auto before = bitmap.copy();
+        const int32_t result = ownMedcutPalette(bitmap.dib(), &image->header);
+        if (result == 0) EXPECT_TRUE(bitmap.sameAs(*before));
+        return result;
+    };
+    EXPECT_EQ(resultOf(8, 3, "BGR"), 1);
+    EXPECT_EQ(resultOf(9, 3, "BGR"), 0);
+    EXPECT_EQ(resultOf(8, 2, "BGR"), 0);
+    EXPECT_EQ(resultOf(8, 3, "GRAY"), 0);
+    EXPECT_EQ(resultOf(8, 3, "BGR "), 0);
+    EXPECT_EQ(resultOf(8, 1, "XYZ"), 1);
+}

@@ -14,20 +14,7 @@ using Kernel = std::unique_ptr<PxkConvKernel, ReleaseKernel>;
 const Exhibit convolutionExhibits[] = {
     { "Relief", "A 3 by 3 kernel of your own, coefficients with a sum of 1.",
       [](Stage& s, PxkImage* photo, PxkImage* out) {
-          std::array<int32_t, 9> values = {
-              -2,
-              -1,
-              0,
-              -1,
-              1,
-              1,
-              0,
-              1,
-              2 { "Box blur", "The mean of 15 by 15.",
-                  [](Stage& s, PxkImage* photo, PxkImage* out) { SHOW(s, out, pxkBlur(photo, out, 15, 15, 7, 7)); } },
-              { "A wide box blur", "The mean of 101 by 101, at the same cost.",
-                [](Stage& s, PxkImage* photo, PxkImage* out) { SHOW(s, out, pxkBlur(photo, out, 101, 101, 50, 50)); } },
-          };
+          std::array<int32_t, 9> values = { -2, -1, 0, -1, 1, 1, 0, 1, 2 };
           const Kernel kernel(pxkCreateConvKernel(3, 3, 1, 1, values.data(), 0));
           PxkConvKernel* relief = kernel.get();
           SHOW(s, out, pxkConvolve2D(photo, out, &relief, 1, PXK_CONV_SUM));
@@ -48,9 +35,9 @@ const Exhibit convolutionExhibits[] = {
           PxkConvKernel* edges[] = { kernelX.get(), kernelY.get() };
           SHOW(s, out, pxkConvolve2D(photo, out, edges, 2, PXK_CONV_SUMSQROOT));
       } },
-    { "Separable", "A row of 15 binomial-like weights and a column of them, in place of 225 products a sample.",
+    { "Separable", "A row of 15 bell-shaped weights and a column of them, in place of 225 products a sample.",
       [](Stage& s, PxkImage* photo, PxkImage* out) {
-          std::array<int32_t, 15> values = { 1, 3, 6, 10, 15, 20, 24, 98, 24, 20, 15, 10, 6, 3, 1 };
+          std::array<int32_t, 15> values = { 2, 4, 8, 14, 21, 28, 33, 36, 33, 28, 21, 14, 8, 4, 2 };
           const Kernel row(pxkCreateConvKernel(15, 1, 7, 0, values.data(), 8));
           const Kernel column(pxkCreateConvKernel(1, 15, 0, 7, values.data(), 8));
           PxkConvKernel *x = row.get(), *y = column.get();
@@ -64,6 +51,10 @@ const Exhibit convolutionExhibits[] = {
           PxkConvKernel* relief = kernel.get();
           SHOW(s, out, out->maskROI = ellipse; pxkConvolve2D(photo, out, &relief, 1, PXK_CONV_SUM));
       } },
+    { "Box blur", "The mean of 15 by 15.",
+      [](Stage& s, PxkImage* photo, PxkImage* out) { SHOW(s, out, pxkBlur(photo, out, 15, 15, 7, 7)); } },
+    { "A wide box blur", "The mean of 101 by 101, at nearly the same cost.",
+      [](Stage& s, PxkImage* photo, PxkImage* out) { SHOW(s, out, pxkBlur(photo, out, 101, 101, 50, 50)); } },
 };
 
 const Exhibit fixedExhibits[] = {

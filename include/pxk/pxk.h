@@ -659,6 +659,69 @@ PXK_API int32_t pxkConvertToDIBSep(PxkImage* image, PxkBitmapInfoHeader* dibHead
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
+ * @name Depth conversion
+ *
+ * Sample by sample on the common size of the regions; only pixels selected by the masks of both images change. Channels
+ * that are not processed, row padding and bits beside one-bit rows keep their values. Source and destination have the
+ * same number of processed channels. These operations run on whatever status is stored.
+ *
+ * All return 0, also where there is nothing to do, or a status. All report "Incorrect Image", source before
+ * destination; -5 with the failed condition as text, in the order told at each operation, and after those
+ * "(srcChannels != dstChannels)"; -4 "Out of memory" when masks can't be combined; -5 with
+ * "(srcImage->tileInfo->tileData == NULL)", or the same of dstImage, for a refused tile, with the work done so far left
+ * in place. What is reported is returned, except that pxkScale and pxkScaleFP return -5 for an incorrect image.
+ */
+
+/**
+ * Converts between integer depths: values stay what they are, and those beyond the destination's range become its
+ * limit. Towards 1U, a bit is 1 where the sample of the one channel read, the channel of interest or that of a
+ * one-channel image, is above 0. Equal depths copy. Data orders may differ. Where the origins differ, the rows of the
+ * destination are taken from the last row of the common region upward, so that the picture keeps its orientation; masks
+ * keep the order of the source's rows. The same header twice: nothing is checked or done.
+ *
+ * Refuses, in this order: "(srcImage->depth == 32)", "(dstImage->depth == 32)", "(srcImage->height !=
+ * dstImage->height)", "(srcImage->width != dstImage->width)"; towards 1U from more than one channel "(srcImage->roi ==
+ * 0)", "(srcImage->roi->coi == 0)"; otherwise "srcImage->nChannels != dstImage->nChannels", "((srcImage->depth == 1) &&
+ * (srcImage->depth != dstImage->depth))".
+ */
+PXK_API int32_t pxkConvert(PxkImage* srcImage, PxkImage* dstImage);
+
+/**
+ * Maps the whole range of one integer depth onto the whole range of another, lowest value to lowest, highest to
+ * highest. Widening repeats a sample's bytes, as counted from the lowest value: 8U 0x12 becomes 16U 0x1212. Narrowing
+ * shifts x - (x >> b) right, x being the sample less the middle of its range and b the destination's bits; so each
+ * widening is undone exactly. Sizes need not agree.
+ *
+ * Refuses, in this order: "(srcImage->depth == dstImage->depth)", "(srcImage->depth == 1)", "(srcImage->depth == 32)",
+ * "(dstImage->depth == 1)", "(dstImage->depth == 32)", "((srcImage->dataOrder != dstImage->dataOrder)&&
+ * ((srcImage->nChannels != 1)&&(dstImage->nChannels != 1)))", "(srcImage->origin != dstImage->origin)".
+ */
+PXK_API int32_t pxkScale(PxkImage* srcImage, PxkImage* dstImage);
+
+/**
+ * Maps the interval from minVal to maxVal of a 32F image onto the whole range of an integer depth other than 1U, or
+ * back, linearly and in double. Towards integers, results are rounded to nearest, halves to even; samples outside the
+ * interval give the range's ends, and a NaN the lower one. Sizes need not agree.
+ *
+ * Refuses, in this order: "((srcImage->depth != 32)&& (dstImage->depth != 32))", "((srcImage->depth == 32)&&
+ * (dstImage->depth == 32))", "((srcImage->depth == 1)|| (dstImage->depth == 1))", data orders and origins as pxkScale,
+ * "((maxVal - minVal) <= 0.0f)".
+ */
+PXK_API int32_t pxkScaleFP(PxkImage* srcImage, PxkImage* dstImage, float minVal, float maxVal);
+
+/**
+ * Makes an 8, 16 or 32-bit integer image from a one-bit image: ZeroScale where the bit is 0, OneScale where it is 1.
+ * Rows keep their order, whatever the origins.
+ *
+ * Refuses, in this order: "(srcImage->height != dstImage->height)", "(srcImage->width != dstImage->width)",
+ * "(srcImage->nChannels != 1)", "(srcImage->depth != 1)", "(dstImage->depth == 32)", "(dstImage->depth == 1)"; then a
+ * level outside the range of depth 8S, 8U, 16S or 16U, such as "((dstImage->depth == (0x80000000| 8)) && (ZeroScale >
+ * 127))", "((dstImage->depth == 16) && (OneScale < 0))": ZeroScale too high, too low, then OneScale.
+ */
+PXK_API int32_t pxkBitonalToGray(PxkImage* srcImage, PxkImage* dstImage, int32_t ZeroScale, int32_t OneScale);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
  * @name Comparison
  *
  * The destination is a one-bit image, ready to be hung on another image as its maskROI: a bit is 1 where the relation
@@ -931,6 +994,20 @@ PXK_API void pxkOpen(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations
 
 /** Dilates, then erodes the result, whose edge samples are repeated outward. */
 PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @name Colour */
+
+/** Dither types. */
+#define PXK_DITHER_NONE 1
+#define PXK_DITHER_FS 2     /**< error diffusion of Floyd and Steinberg */
+#define PXK_DITHER_JJN 4    /**< error diffusion of Jarvis, Judice and Ninke */
+#define PXK_DITHER_STUCKI 8 /**< error diffusion of Stucki */
+#define PXK_DITHER_BAYER 16 /**< ordered, with a matrix of 4 by 4 thresholds */
+
+/** Converts an image to a lower or equal depth and to bitCount significant bits a sample. */
+PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
+                           int32_t bitCount);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */

@@ -5,25 +5,25 @@
 #include "ownscaled.h"
 #include "pxk/pxk.h"
 
-// What a and b are multiplied by, as fractions of the largest value M.
-template <int32_t TYPE, class T> inline T ownFactorA(T alphaB)
+// What a and b are multiplied by, where the largest value M stands for 1.
+template <int32_t TYPE, class F> inline F ownFactorA(F alphaB, F largest)
 {
     switch (TYPE) {
     case PXK_COMPOSITE_IN:
     case PXK_COMPOSITE_ATOP: return alphaB;
     case PXK_COMPOSITE_OUT:
-    case PXK_COMPOSITE_XOR: return static_cast<T>(ownLargest<T> - alphaB);
-    default: return ownLargest<T>;
+    case PXK_COMPOSITE_XOR: return static_cast<F>(largest - alphaB);
+    default: return largest;
     }
 }
 
-template <int32_t TYPE, class T> inline T ownFactorB(T alphaA)
+template <int32_t TYPE, class F> inline F ownFactorB(F alphaA, F largest)
 {
     switch (TYPE) {
     case PXK_COMPOSITE_IN:
     case PXK_COMPOSITE_OUT: return 0;
-    case PXK_COMPOSITE_PLUS: return ownLargest<T>;
-    default: return static_cast<T>(ownLargest<T> - alphaA);
+    case PXK_COMPOSITE_PLUS: return largest;
+    default: return static_cast<F>(largest - alphaA);
     }
 }
 
@@ -32,9 +32,10 @@ template <int32_t TYPE, class T> inline T ownFactorB(T alphaA)
 template <int32_t TYPE, class T> inline T ownBlendPremultiplied(T a, T b, T alphaA, T alphaB)
 {
     using Wide = OwnProduct<T>;
-    constexpr Wide most = static_cast<Wide>(static_cast<Wide>(ownLargest<T>) * ownLargest<T>);
-    const Wide x = static_cast<Wide>(static_cast<Wide>(a) * ownFactorA<TYPE, T>(alphaB));
-    const Wide y = static_cast<Wide>(static_cast<Wide>(b) * ownFactorB<TYPE, T>(alphaA));
+    constexpr T largest = ownLargest<T>;
+    constexpr Wide most = static_cast<Wide>(static_cast<Wide>(largest) * largest);
+    const Wide x = static_cast<Wide>(static_cast<Wide>(a) * ownFactorA<TYPE>(alphaB, largest));
+    const Wide y = static_cast<Wide>(static_cast<Wide>(b) * ownFactorB<TYPE>(alphaA, largest));
     const Wide room = static_cast<Wide>(most - x);
     return ownOverLargest<T>(static_cast<Wide>(x + (y < room ? y : room)));
 }
@@ -42,14 +43,12 @@ template <int32_t TYPE, class T> inline T ownBlendPremultiplied(T a, T b, T alph
 // Integers up to M M M without rounding.
 template <class T> using OwnExactReal = std::conditional_t<sizeof(T) == 1, float, double>;
 
-// x / y rounded to nearest, half up, for integers x <= M y with y <= M M, and 0 / 0 = 0. A quotient that is not a half
-// is at least 1 / (2 y) away from one: more than 2^-17 at 8 bits and 2^-33 at 16, which is more than float and double
-// lose below 256 and 65536. So the rounded quotient, and its sum with 1/2, stay on the right side of every half.
-template <class T> inline T ownRoundQuotient(OwnExactReal<T> x, OwnExactReal<T> y)
+// x / y rounded to nearest, half up, for integers x and 1 <= y <= M M with a result up to M. A quotient that is not a
+// half is at least 1 / (2 y) away from one: more than 2^-17 at 8 bits and 2^-33 at 16, which is more than float and
+// double lose below 256 and 65536. So the rounded quotient, and its sum with 1/2, stay on the right side of every half.
+template <class Real> inline int32_t ownRoundQuotient(Real x, Real y)
 {
-    using Real = OwnExactReal<T>;
-    const Real quotient = x / (y < 1 ? Real { 1 } : y);
-    return static_cast<T>(static_cast<int32_t>(quotient + Real { 0.5f }));
+    return static_cast<int32_t>(x / y + Real { 0.5f });
 }
 
 // Plain samples: the mean of a and b under the weights alphaA Fa and alphaB Fb, both taken without a common factor.
@@ -68,14 +67,17 @@ template <int32_t TYPE, class T> inline T ownBlendPlain(T a, T b, T alphaA, T al
         const T mean = ownOverLargest<T>(static_cast<Wide>(x + y)); // at most M M: the weights add up to M
         return alphaB != 0 ? mean : T { 0 };
     } else if constexpr (TYPE == PXK_COMPOSITE_PLUS) {
-        // Colour and alpha are limited to M each, before the one is divided by the other.
-        constexpr Real most = static_cast<Real>(largest) * static_cast<Real>(largest);
+        // Colour and alpha are limited to M each, before the one is divided by the other. Colour passes M only where
+        // alpha does, so its quotient by the limited alpha can be limited instead.
         const Real colour = Real(a) * Real(alphaA) + Real(b) * Real(alphaB);
-        const Real alpha = Real(alphaA) + Real(alphaB);
-        return ownRoundQuotient<T>(colour < most ? colour : most, alpha < Real(largest) ? alpha : Real(largest));
+        const int32_t sum = alphaA + alphaB;
+        const int32_t alpha = sum < largest ? sum : largest;
+        const int32_t sample = ownRoundQuotient(colour, Real(alpha > 1 ? alpha : 1));
+        return static_cast<T>(sample < largest ? sample : largest);
     } else {
-        const Real weightA = Real(alphaA) * Real(ownFactorA<TYPE, T>(alphaB));
-        const Real weightB = Real(alphaB) * Real(ownFactorB<TYPE, T>(alphaA));
-        return ownRoundQuotient<T>(Real(a) * weightA + Real(b) * weightB, weightA + weightB);
+        const Real weightA = Real(alphaA) * ownFactorA<TYPE>(Real(alphaB), Real(largest));
+        const Real weightB = Real(alphaB) * ownFactorB<TYPE>(Real(alphaA), Real(largest));
+        const Real weights = weightA + weightB; // 0 or at least 1; colour is 0 with them
+        return static_cast<T>(ownRoundQuotient(Real(a) * weightA + Real(b) * weightB, weights < 1 ? Real(1) : weights));
     }
 }

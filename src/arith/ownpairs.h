@@ -1,5 +1,5 @@
-// Products of 8-bit samples, formed in 16 bits. A row is taken as pairs of samples in 16-bit words: all lanes of a vector
-// stay where they are, while widening whole samples would move them twice.
+// Products of 8-bit samples, formed in 16 bits. A row is taken as pairs of samples in 16-bit words: every lane of a
+// vector stays in its place, while widening the samples of a whole vector moves them there and back.
 #pragma once
 
 #include <cstring>
@@ -7,43 +7,55 @@
 #include "frame/ownroads.h"
 #include "ownsamples.h"
 
-// The two samples of a word, as numbers. Which of them lies first in memory does not matter.
+// Two samples as numbers. Which of them lies first in memory does not matter.
 template <class T> struct OwnPair {
-    OwnProduct<T> low, high;
+    OwnProduct<T> low;
+    OwnProduct<T> high;
 };
 
-template <class T> inline OwnPair<T> ownLoadPair(const uint8_t* from)
+template <class T> inline OwnPair<T> ownPairOf(uint16_t word)
 {
     using Wide = OwnProduct<T>;
-    uint16_t word;
-    memcpy(&word, from, sizeof word);
     const Wide raised = static_cast<Wide>(static_cast<uint16_t>(word << 8));
     return { static_cast<Wide>(raised >> 8), static_cast<Wide>(static_cast<Wide>(word) >> 8) };
 }
 
-template <class T> inline void ownStorePair(OwnPair<T> pair, uint8_t* to)
-{
-    const uint16_t word = static_cast<uint16_t>((pair.low & 0xFF) | static_cast<uint16_t>(pair.high) << 8);
-    memcpy(to, &word, sizeof word);
-}
-
-// Limited, still in 16 bits.
-template <class T> inline OwnProduct<T> ownLimitedProduct(OwnProduct<T> a, OwnProduct<T> b)
+// The products limited to the samples' range.
+template <class T> inline uint16_t ownProductWord(const OwnPair<T>& a, const OwnPair<T>& b)
 {
     using Wide = OwnProduct<T>;
-    constexpr Wide low = std::numeric_limits<T>::min();
-    constexpr Wide high = std::numeric_limits<T>::max();
-    return std::min(std::max(static_cast<Wide>(a * b), low), high);
+    constexpr Wide least = std::numeric_limits<T>::min();
+    constexpr Wide most = std::numeric_limits<T>::max();
+    const Wide low = std::min(std::max(static_cast<Wide>(a.low * b.low), least), most);
+    const Wide high = std::min(std::max(static_cast<Wide>(a.high * b.high), least), most);
+    return static_cast<uint16_t>((low & 0xFF) | static_cast<uint16_t>(high) << 8);
 }
 
-// The products of two rows, or of one row and a constant where `constant` is given.
-template <class T, class Factor> inline void ownPairRow(const uint8_t* a, uint8_t* d, ptrdiff_t n, Factor factor)
+inline uint16_t ownLoadWord(const uint8_t* from, size_t bytes)
 {
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n / 2; ++i) {
-        const OwnPair<T> pair = ownLoadPair<T>(a + 2 * i);
-        const OwnPair<T> other = factor(pair, i);
-        ownStorePair<T>({ ownLimitedProduct<T>(pair.low, other.low), ownLimitedProduct<T>(pair.high, other.high) },
-                        d + 2 * i);
-    }
+    uint16_t word = 0;
+    memcpy(&word, from, bytes);
+    return word;
+}
+
+// Runs word operations: `op` makes a word of the destination from one of each source, `nSources` being 1 or 2. The last
+// sample of an odd row is half a word.
+template <int nSources, class Op> void ownRunPairs(const OwnWork& work, Op op)
+{
+    const auto row = [op](uint8_t* const* rows, ptrdiff_t n) {
+        const Op operation = op;
+        const uint8_t* const a = rows[0];
+        const uint8_t* const b = rows[nSources - 1];
+        uint8_t* const d = rows[nSources];
+        const ptrdiff_t even = n & ~ptrdiff_t { 1 };
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < even; i += 2) {
+            const uint16_t word = operation(ownLoadWord(a + i, 2), ownLoadWord(b + i, 2));
+            memcpy(d + i, &word, 2);
+        }
+        if (even == n) return;
+        const uint16_t word = operation(ownLoadWord(a + even, 1), ownLoadWord(b + even, 1));
+        memcpy(d + even, &word, 1);
+    };
+    ownRunWork(work, ownRowKernel(row));
 }

@@ -66,10 +66,9 @@ struct OwnMultiplySamples {
         if constexpr (ownIsFloat<T>) {
             return a * b;
         } else if constexpr (std::is_same<T, int16_t>::value) {
-            // Both halves of the product stay in 16 bits: in range, the upper one repeats the sign of the lower one.
-            const int32_t product = int32_t { a } * b;
-            const T upper = static_cast<T>(product >> 16);
-            const T lower = static_cast<T>(product);
+            // Both halves of the product are formed in 16 bits; in range, the upper one repeats the lower one's sign.
+            const T upper = static_cast<T>((int32_t { a } * b) >> 16);
+            const T lower = static_cast<T>(static_cast<uint16_t>(a) * uint32_t { static_cast<uint16_t>(b) });
             return upper == static_cast<T>(lower >> 15) ? lower : ownLimitOnSideOf(static_cast<T>(a ^ b));
         } else {
             using Wide = OwnProduct<T>;

@@ -1,5 +1,15 @@
 #include "owndyadic.h"
+#include "ownpairs.h"
 #include "ownsamples.h"
+
+template <class T> static void ownRunProducts(const OwnWork& work)
+{
+    if constexpr (sizeof(T) == 1) {
+        ownRunPairs<2>(work, [](uint16_t a, uint16_t b) { return ownProductWord(ownPairOf<T>(a), ownPairOf<T>(b)); });
+    } else {
+        ownRunDyadicAs<T>(work, OwnMultiplySamples {});
+    }
+}
 
 void pxkMultiply(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage)
 {
@@ -7,5 +17,5 @@ void pxkMultiply(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage)
     if (srcImageA->depth == PXK_DEPTH_1U) return pxkAnd(srcImageA, srcImageB, dstImage); // on single bits
     OwnWork work;
     if (!ownBeginDyadic(work, OWN_HERE, srcImageA, srcImageB, dstImage, OwnOrders::MUST_AGREE)) return;
-    ownRunDyadic(work, OwnMultiplySamples {});
+    ownForDepth(srcImageA->depth, [&](auto tag) { ownRunProducts<typename decltype(tag)::Sample>(work); });
 }

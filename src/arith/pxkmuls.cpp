@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "ownpairs.h"
 #include "ownsamples.h"
 #include "ownscalar.h"
 
@@ -24,6 +25,15 @@ template <class T> static void ownRunProduct(const OwnWork& work, int64_t factor
     });
 }
 
+// The same at 8 bits: any larger factor takes every sample but 0 beyond the range, as the ends of this interval do.
+template <class T> static void ownRunSmallProduct(const OwnWork& work, int32_t factor)
+{
+    constexpr int32_t most = std::numeric_limits<T>::max() + (std::is_signed<T>::value ? 1 : 0);
+    const OwnProduct<T> cut = static_cast<OwnProduct<T>>(std::min(std::max(factor, -most), most));
+    const OwnPair<T> factors = { cut, cut };
+    ownRunPairs<1>(work, [factors](uint16_t a, uint16_t) { return ownProductWord(ownPairOf<T>(a), factors); });
+}
+
 void pxkMultiplyS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)
 {
     OWN_REFUSE_IF(srcImage == nullptr, PXK_StsBadArg, "srcImage==0");
@@ -37,7 +47,11 @@ void pxkMultiplyS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)
     if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
     ownForDepth(depth, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
-        if constexpr (!ownIsFloat<T>) ownRunProduct<T>(work, value);
+        if constexpr (sizeof(T) == 1) {
+            ownRunSmallProduct<T>(work, value);
+        } else if constexpr (!ownIsFloat<T>) {
+            ownRunProduct<T>(work, value);
+        }
     });
 }
 

@@ -305,8 +305,8 @@ static void ownReadDib32(const OwnDibConversion&, const uint8_t* row, int32_t fi
 template <bool isGray>
 static void ownFindIndices(const OwnDibConversion& c, const uint32_t* work, int32_t count, uint8_t* indices)
 {
-    for (int32_t i = 0; i < count; ++i)
-        indices[i] = isGray ? c.bytes[work[i] & 0xFF] : ownFindNearestColor(c.nearest, work[i]);
+    if (!isGray) return ownFindNearestColors(c.nearest, work, count, indices);
+    for (int32_t i = 0; i < count; ++i) indices[i] = c.bytes[work[i] & 0xFF];
 }
 
 // Any index but 0 sets the bit.
@@ -479,7 +479,9 @@ OwnDibChoice ownChooseToDib(OwnDibConversion* c, PxkBitmapInfoHeader* dib, const
     if (header.biBitCount <= 8) {
         c->nearest = nearest;
         ownPrepareNearest(nearest, ownDibTable(dib), ownDibColorCount(header));
-        for (uint32_t g = 0; isGray && g < 256; ++g) c->bytes[g] = ownFindNearestColor(nearest, 0x010101 * g);
+        uint32_t grays[256];
+        for (uint32_t g = 0; g < 256; ++g) grays[g] = 0x010101 * g;
+        if (isGray) ownFindNearestColors(nearest, grays, 256, c->bytes);
     }
     c->wholeRow = ownShortToDib(c, header.biBitCount, image);
     return ownDibServed;

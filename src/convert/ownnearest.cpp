@@ -2,27 +2,42 @@
 
 #include <cstring>
 
-static constexpr int32_t ownCellBits = 3; // a cell spans 2^3 values of each channel
-static constexpr int32_t ownCellSide = 1 << ownCellBits;
-static constexpr int32_t ownCellsEach = 256 / ownCellSide;
-static constexpr int32_t ownCellCount = ownCellsEach * ownCellsEach * ownCellsEach;
-static constexpr int32_t ownPoolSize = 0xFFFF; // first candidate and their number are 16 bits each
+// Cells of 8 by 8 by 8 colours, listed from the list of the block of 32 by 32 by 32 colours around them.
+static constexpr int32_t ownCellBits = 3, ownBlockBits = 5;
+static constexpr int32_t ownCellCount = 1 << 3 * (8 - ownCellBits);
+static constexpr int32_t ownBlockCount = 1 << 3 * (8 - ownBlockBits);
+
+// A list is its first place in the pool, 20 bits, and its length in the 12 bits above.
+static constexpr int32_t ownPlaceBits = 20;
+static constexpr int32_t ownLongestList = 4095;
+static constexpr int32_t ownPoolSize = 1 << 18;
+
+static void ownForgetLists(OwnNearest* nearest)
+{
+    memset(nearest->cells.get(), 0, (ownCellCount + ownBlockCount) * sizeof(uint32_t));
+    nearest->poolUsed = static_cast<int32_t>(nearest->count); // behind the whole table
+}
+
+static uint32_t ownEntry(const OwnNearest* nearest, int64_t index)
+{
+    const uint8_t* const entry = nearest->table + 4 * index;
+    return entry[0] | static_cast<uint32_t>(entry[1]) << 8 | static_cast<uint32_t>(entry[2]) << 16
+        | static_cast<uint32_t>(index) << 24;
+}
 
 void ownPrepareNearest(OwnNearest* nearest, const uint8_t* table, int64_t count)
 {
     nearest->table = table;
     nearest->count = count;
-    for (int32_t g = 0; g < 256; ++g) {
-        const uint8_t* const entry = table + 4 * g;
-        nearest->isGrayExact[g] = count == 256 && entry[0] == g && entry[1] == g && entry[2] == g;
-    }
-    nearest->candidateCount = 0;
-    nearest->cells = ownBuffer<uint32_t>(ownCellCount);
-    nearest->candidates = ownBuffer<uint32_t>(ownPoolSize);
-    if (nearest->cells && nearest->candidates && count <= ownPoolSize)
-        memset(nearest->cells.get(), 0, ownCellCount * sizeof(uint32_t));
-    else
-        nearest->cells.reset();
+    for (uint32_t g = 0; g < 256; ++g)
+        nearest->isGrayExact[g] = count == 256 && ownEntry(nearest, g) == (0x010101 * g | g << 24);
+    nearest->cells.reset();
+    if (count > ownLongestList) return;
+    nearest->pool = ownBuffer<uint32_t>(ownPoolSize);
+    if (nearest->pool) nearest->cells = ownBuffer<uint32_t>(ownCellCount + ownBlockCount);
+    if (!nearest->cells) return;
+    for (int32_t i = 0; i < count; ++i) nearest->pool[i] = ownEntry(nearest, i);
+    ownForgetLists(nearest);
 }
 
 static int32_t ownChannel(uint32_t color, int32_t channel)
@@ -30,23 +45,15 @@ static int32_t ownChannel(uint32_t color, int32_t channel)
     return static_cast<int32_t>(color >> 8 * channel & 0xFF);
 }
 
-static int32_t ownSquare(int32_t value)
-{
-    return value * value;
-}
-
 // At most 3 * 255 * 255.
 static int32_t ownDistance(uint32_t a, uint32_t b)
 {
-    return ownSquare(ownChannel(a, 0) - ownChannel(b, 0)) + ownSquare(ownChannel(a, 1) - ownChannel(b, 1))
-        + ownSquare(ownChannel(a, 2) - ownChannel(b, 2));
-}
-
-static uint32_t ownEntry(const OwnNearest* nearest, int64_t index)
-{
-    uint32_t color;
-    memcpy(&color, nearest->table + 4 * index, sizeof color);
-    return (color & 0x00FFFFFF) | static_cast<uint32_t>(index) << 24;
+    int32_t sum = 0;
+    for (int32_t c = 0; c < 3; ++c) {
+        const int32_t difference = ownChannel(a, c) - ownChannel(b, c);
+        sum += difference * difference;
+    }
+    return sum;
 }
 
 static uint8_t ownSearchTable(const OwnNearest* nearest, uint32_t color)
@@ -63,74 +70,23 @@ static uint8_t ownSearchTable(const OwnNearest* nearest, uint32_t color)
     return static_cast<uint8_t>(best >> 24);
 }
 
-// Squared distances from an entry to the nearest and the farthest colour of the cell with the given first colour.
-static int32_t ownLeastDistance(uint32_t entry, uint32_t first)
+// ---- lists of cells ------------------------------------------------------------------------------------------------
+
+// By how much the entry's distance is above the rival's where it is so least, over all colours from `first` to `last`.
+// The difference of two squared distances is linear in each channel, so a corner has it.
+static int32_t ownLeastLead(uint32_t entry, uint32_t rival, uint32_t first, uint32_t last)
 {
-    int32_t sum = 0;
+    int32_t lead = 0;
     for (int32_t c = 0; c < 3; ++c) {
-        const int32_t below = ownChannel(first, c) - ownChannel(entry, c);
-        const int32_t above = 1 - ownCellSide - below;
-        const int32_t outside = below > above ? below : above;
-        sum += outside > 0 ? outside * outside : 0;
+        const int32_t a = ownChannel(entry, c), b = ownChannel(rival, c);
+        const int32_t corner = a > b ? ownChannel(last, c) : ownChannel(first, c);
+        lead += (a - b) * (a + b - 2 * corner);
     }
-    return sum;
+    return lead;
 }
 
-static int32_t ownGreatestDistance(uint32_t entry, uint32_t first)
+static uint32_t ownNearestInList(const uint32_t* list, int32_t count, uint32_t color)
 {
-    int32_t sum = 0;
-    for (int32_t c = 0; c < 3; ++c) {
-        const int32_t toFirst = ownSquare(ownChannel(entry, c) - ownChannel(first, c));
-        const int32_t toLast = ownSquare(ownChannel(entry, c) - ownChannel(first, c) - (ownCellSide - 1));
-        sum += toFirst > toLast ? toFirst : toLast;
-    }
-    return sum;
-}
-
-// An entry farther from the whole cell than another one is at worst is nearest to none of the cell's colours.
-// False: no room left.
-static bool ownListCandidates(OwnNearest* nearest, int32_t cell, uint32_t first)
-{
-    int32_t limit = INT32_MAX;
-    for (int64_t i = 0; i < nearest->count; ++i) {
-        const int32_t distance = ownGreatestDistance(ownEntry(nearest, i), first);
-        limit = distance < limit ? distance : limit;
-    }
-    uint32_t* const list = nearest->candidates.get();
-    const int32_t start = nearest->candidateCount;
-    int32_t end = start;
-    for (int64_t i = 0; i < nearest->count; ++i) {
-        const uint32_t entry = ownEntry(nearest, i);
-        if (ownLeastDistance(entry, first) > limit) continue;
-        if (end == ownPoolSize) return false;
-        list[end++] = entry;
-    }
-    nearest->cells[cell] = static_cast<uint32_t>(start) | static_cast<uint32_t>(end - start) << 16;
-    nearest->candidateCount = end;
-    return true;
-}
-
-// A full pool is begun anew: what the picture asks for next is likelier than what it asked for long ago. The pool has
-// room for a whole table.
-static void ownListCell(OwnNearest* nearest, int32_t cell, uint32_t first)
-{
-    if (ownListCandidates(nearest, cell, first)) return;
-    memset(nearest->cells.get(), 0, ownCellCount * sizeof(uint32_t));
-    nearest->candidateCount = 0;
-    static_cast<void>(ownListCandidates(nearest, cell, first));
-}
-
-uint8_t ownFindNearestColor(OwnNearest* nearest, uint32_t color)
-{
-    const int32_t blue = ownChannel(color, 0), green = ownChannel(color, 1), red = ownChannel(color, 2);
-    if (blue == green && green == red && nearest->isGrayExact[blue]) return static_cast<uint8_t>(blue);
-    if (!nearest->cells) return ownSearchTable(nearest, color);
-    const int32_t cell =
-        ((red >> ownCellBits) * ownCellsEach + (green >> ownCellBits)) * ownCellsEach + (blue >> ownCellBits);
-    if (nearest->cells[cell] == 0) ownListCell(nearest, cell, color & 0x00F8F8F8);
-    const uint32_t place = nearest->cells[cell];
-    const uint32_t* const list = nearest->candidates.get() + (place & 0xFFFF);
-    const int32_t count = static_cast<int32_t>(place >> 16);
     uint32_t best = list[0];
     int32_t bestDistance = ownDistance(best, color);
     for (int32_t i = 1; i < count; ++i) {
@@ -138,5 +94,72 @@ uint8_t ownFindNearestColor(OwnNearest* nearest, uint32_t color)
         best = distance < bestDistance ? list[i] : best;
         bestDistance = distance < bestDistance ? distance : bestDistance;
     }
-    return static_cast<uint8_t>(best >> 24);
+    return best;
+}
+
+// What of a list may be nearest to a colour in the cube of the given first colour and size: all but the entries that
+// are everywhere farther than the one nearest to the middle. 0: the pool is full.
+static uint32_t ownListCube(OwnNearest* nearest, uint32_t from, uint32_t first, int32_t bits)
+{
+    const uint32_t last = first + 0x010101u * ((1u << bits) - 1);
+    const uint32_t* const source = nearest->pool.get() + (from & ((1u << ownPlaceBits) - 1));
+    const int32_t count = static_cast<int32_t>(from >> ownPlaceBits);
+    if (ownPoolSize - nearest->poolUsed < count) return 0;
+    const uint32_t rival = ownNearestInList(source, count, first + 0x010101u * (1u << (bits - 1)));
+    uint32_t* const list = nearest->pool.get() + nearest->poolUsed;
+    int32_t length = 0;
+    for (int32_t i = 0; i < count; ++i) {
+        list[length] = source[i];
+        length += ownLeastLead(source[i], rival, first, last) <= 0;
+    }
+    const uint32_t place = static_cast<uint32_t>(nearest->poolUsed) | static_cast<uint32_t>(length) << ownPlaceBits;
+    nearest->poolUsed += length;
+    return place;
+}
+
+// The number of the cube of 2^bits colours a side that a colour lies in.
+static int32_t ownCubeOf(uint32_t color, int32_t bits)
+{
+    const int32_t each = 8 - bits;
+    return (ownChannel(color, 2) >> bits) << 2 * each | (ownChannel(color, 1) >> bits) << each
+        | ownChannel(color, 0) >> bits;
+}
+
+static uint32_t ownFirstOfCube(uint32_t color, int32_t bits)
+{
+    return color & 0x010101u * (0xFFu << bits & 0xFF);
+}
+
+static bool ownListCell(OwnNearest* nearest, uint32_t color)
+{
+    uint32_t* const block = &nearest->cells[ownCellCount + ownCubeOf(color, ownBlockBits)];
+    const uint32_t table = static_cast<uint32_t>(nearest->count) << ownPlaceBits;
+    if (*block == 0) *block = ownListCube(nearest, table, ownFirstOfCube(color, ownBlockBits), ownBlockBits);
+    if (*block == 0) return false;
+    uint32_t* const cell = &nearest->cells[ownCubeOf(color, ownCellBits)];
+    *cell = ownListCube(nearest, *block, ownFirstOfCube(color, ownCellBits), ownCellBits);
+    return *cell != 0;
+}
+
+// ---- searches ------------------------------------------------------------------------------------------------------
+
+static uint8_t ownFindNearestColor(OwnNearest* nearest, uint32_t color)
+{
+    const int32_t blue = ownChannel(color, 0), green = ownChannel(color, 1), red = ownChannel(color, 2);
+    if (blue == green && green == red && nearest->isGrayExact[blue]) return static_cast<uint8_t>(blue);
+    if (!nearest->cells) return ownSearchTable(nearest, color);
+    const int32_t cell = ownCubeOf(color, ownCellBits);
+    if (nearest->cells[cell] == 0 && !ownListCell(nearest, color)) {
+        // Begun anew: what the picture asks for next is likelier than what it asked for long ago. There is room now.
+        ownForgetLists(nearest);
+        if (!ownListCell(nearest, color)) return ownSearchTable(nearest, color);
+    }
+    const uint32_t place = nearest->cells[cell];
+    const uint32_t* const list = nearest->pool.get() + (place & ((1u << ownPlaceBits) - 1));
+    return static_cast<uint8_t>(ownNearestInList(list, static_cast<int32_t>(place >> ownPlaceBits), color) >> 24);
+}
+
+void ownFindNearestColors(OwnNearest* nearest, const uint32_t* colors, int32_t count, uint8_t* indices)
+{
+    for (int32_t i = 0; i < count; ++i) indices[i] = ownFindNearestColor(nearest, colors[i]);
 }

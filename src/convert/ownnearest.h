@@ -1,23 +1,23 @@
-// The entry of a colour table nearest to a colour, for many colours of one picture.
+// The entry of a colour table nearest to a colour, for the many colours of a picture.
 #pragma once
 
 #include "frame/ownbuffer.h"
 
-// The colour cube is cut into cells of 8 by 8 by 8 colours. Of a cell that is asked for the first time all entries are
-// noted that are nearest to some colour in it, so most colours need a few distances instead of one an entry.
+// The colour cube is cut into cells. For a cell that is asked for the first time all entries are listed that are
+// nearest to some colour in it, so that most colours need two or three distances instead of one an entry.
 struct OwnNearest {
     const uint8_t* table;      // four bytes an entry: blue, green, red, reserved
     int64_t count;             // entries, 1 or more
     bool isGrayExact[256];     // entry g is the gray g, in a table of 256
-    OwnBuffer<uint32_t> cells; // by cell: first candidate in the low half, their number in the high half; 0: not asked
-    OwnBuffer<uint32_t> candidates; // blue, green, red and the low eight bits of the index, in the order of indices
-    int32_t candidateCount;
+    OwnBuffer<uint32_t> cells; // by cell, its list in `pool`; 0: not asked for yet. Null: searches walk the table
+    OwnBuffer<uint32_t> pool;  // lists of entries: blue, green, red and the low eight bits of the index, by index
+    int32_t poolUsed;
 };
 
-// Without memory for cells and candidates, or with more entries than they take, every search walks the table.
+// Without memory, or with a table too large for the lists, every search walks the table.
 void ownPrepareNearest(OwnNearest* nearest, const uint8_t* table, int64_t count);
 
-// The low eight bits of the index of the entry with the least sum of squared differences, the lowest index among
-// equals. In a table of 256 a gray that stands at its own index is found there, whatever else is equal. `color`: blue,
-// green and red from the lowest byte on; the topmost byte is not looked at.
-uint8_t ownFindNearestColor(OwnNearest* nearest, uint32_t color);
+// For each colour the low eight bits of the index of the entry with the least sum of squared differences, the lowest
+// index among equals. In a table of 256 a gray that stands at its own index is found there, whatever else is equal.
+// `colors`: blue, green and red from the lowest byte on; the topmost byte is not looked at.
+void ownFindNearestColors(OwnNearest* nearest, const uint32_t* colors, int32_t count, uint8_t* indices);

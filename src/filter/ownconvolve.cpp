@@ -9,6 +9,7 @@
 #include "frame/owndepth.h"
 #include "frame/ownround.h"
 #include "frame/ownrows.h"
+#include "ownsums.h"
 #include "pxk/pxk.h"
 
 // Rows are computed in chunks, so that sums and sources stay in the first-level cache.
@@ -75,6 +76,9 @@ static void ownPlanKernel(OwnConvPlan& plan, const OwnCorrelation& kernel, OwnTa
             if (made.sums == OwnSums::SINGLE || tap.value != 0) taps[made.count++] = tap;
         }
     }
+    const auto isFirstValue = [taps](const OwnTap& tap) { return tap.value == taps[0].value; };
+    made.isBox = made.sums != OwnSums::SINGLE && made.count == kernel.nCols * kernel.nRows
+        && std::all_of(taps, taps + made.count, isFirstValue);
 }
 
 bool ownPlanConvolution(OwnConvPlan& plan, int32_t depth, const OwnCorrelation* kernels, int32_t nKernels,
@@ -433,21 +437,45 @@ template <class T> static void ownConvolveChunk(const OwnConvPlan& plan, const O
     ownConvolveSeveral<T, float>(plan, from, out, n);
 }
 
-template <class T> static void ownConvolveAs(const OwnBand& band, const OwnConvPlan& plan)
+// A single kernel of one coefficient is a multiple of the window's sum, which costs the same whatever the window.
+template <class T> static bool ownConvolveBox(const OwnBand& band, const OwnConvPlan& plan)
 {
+    const int32_t nCols = plan.margins.left + 1 + plan.margins.right;
+    const int32_t nRows = plan.margins.top + 1 + plan.margins.bottom;
+    const int32_t value = plan.kernels[0].taps[0].value;
+    const int32_t shift = plan.kernels[0].shift;
+    return ownWindowSums<T, int32_t>(band, nCols, nRows, [&](int32_t* sums, T* out, ptrdiff_t n) {
+        for (ptrdiff_t i = 0; i < n; ++i) sums[i] = sums[i] * value >> shift;
+        ownApplyMethod(sums, plan.method, n);
+        ownStoreLimited(sums, out, n);
+    });
+}
+
+template <class T> static bool ownConvolveAs(const OwnBand& band, const OwnConvPlan& plan)
+{
+    if constexpr (!std::is_floating_point<T>::value) {
+        constexpr int32_t fewTaps = 9; // fewer than these are cheaper one by one
+        const OwnKernelPlan& kernel = plan.kernels[0];
+        const bool isSquareWide = plan.method == PXK_CONV_SUMSQ && kernel.sums == OwnSums::WIDE;
+        if (plan.nKernels == 1 && kernel.isBox && kernel.count > fewTaps && !isSquareWide) {
+            return ownConvolveBox<T>(band, plan);
+        }
+    }
     for (int32_t y = 0; y < band.height; ++y) {
         T* const out = reinterpret_cast<T*>(band.out[y]);
         for (ptrdiff_t x = 0; x < band.width; x += ownChunk) {
             const OwnChunkRows from = { band.rows + y, x, band.step };
             ownConvolveChunk<T>(plan, from, out + x, std::min(ownChunk, band.width - x));
         }
-        if (plan.depth != PXK_DEPTH_1U) continue;
-        for (ptrdiff_t x = 0; x < band.width; ++x) out[x] = static_cast<T>(out[x] != 0);
     }
+    return true;
 }
 
-void ownConvolveBand(const OwnBand& band, const OwnConvPlan& plan)
+bool ownConvolveBand(const OwnBand& band, const OwnConvPlan& plan)
 {
     const int32_t depth = plan.depth == PXK_DEPTH_1U ? PXK_DEPTH_8U : plan.depth; // bits come as bytes of 0 and 1
-    ownForDepth(depth, [&](auto tag) { ownConvolveAs<typename decltype(tag)::Sample>(band, plan); });
+    bool isGood = false;
+    ownForDepth(depth, [&](auto tag) { isGood = ownConvolveAs<typename decltype(tag)::Sample>(band, plan); });
+    if (plan.depth == PXK_DEPTH_1U) ownLimitBits(band);
+    return isGood;
 }

@@ -22,6 +22,7 @@ struct OwnKernelPlan {
     int32_t count;
     OwnSums sums;
     bool isUnsigned16; // the sum lies in 0 to 65535
+    bool isBox;        // integer sums with one coefficient everywhere
     int32_t shift;
 };
 
@@ -49,5 +50,5 @@ struct OwnCorrelation {
 [[nodiscard]] bool ownPlanConvolution(OwnConvPlan& plan, int32_t depth, const OwnCorrelation* kernels, int32_t nKernels,
                                       int32_t method);
 
-// Computes a band; one-bit rows as bytes.
-void ownConvolveBand(const OwnBand& band, const OwnConvPlan& plan);
+// Computes a band; one-bit rows as bytes. False: out of memory.
+[[nodiscard]] bool ownConvolveBand(const OwnBand& band, const OwnConvPlan& plan);

@@ -33,7 +33,8 @@ template <class Sum> inline void ownRowSums(Sum* powers, Sum* sums, ptrdiff_t wi
     }
 }
 
-// Calls store(sums, output row, width) for every output row of a band of integer samples. Sums must fit Sum.
+// Calls store(sums, output row, width), which may destroy the sums, for every output row of a band of integer samples.
+// Sums must fit Sum.
 template <class T, class Sum, class Store>
 [[nodiscard]] bool ownWindowSums(const OwnBand& band, int32_t nCols, int32_t nRows, const Store& store)
 {

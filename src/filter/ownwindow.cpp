@@ -117,6 +117,14 @@ bool ownSharePixels(const PxkImage* imageA, const PxkImage* imageB)
     return start(imageA) < end(imageB) && start(imageB) < end(imageA);
 }
 
+void ownLimitBits(const OwnBand& band)
+{
+    for (int32_t y = 0; y < band.height; ++y) {
+        uint8_t* const out = band.out[y];
+        for (ptrdiff_t x = 0; x < band.width; ++x) out[x] = out[x] != 0 ? 1 : 0;
+    }
+}
+
 // ---- source rows of a band -----------------------------------------------------------------------------------------
 
 struct OwnBandRows {

@@ -23,6 +23,9 @@ struct OwnBand {
     int32_t step; // samples from a pixel to its neighbour
 };
 
+// One-bit output as bytes: every value but 0 becomes 1.
+void ownLimitBits(const OwnBand& band);
+
 // Computes all output rows of a band. False: out of memory.
 struct OwnBandEngine {
     bool (*call)(const void* self, const OwnBand& band);

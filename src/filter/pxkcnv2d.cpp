@@ -46,10 +46,7 @@ static void ownConvolution(const OwnSite& site, OwnConvImages images, Kernel* co
     if (!ownPlanConvolution(plan, images.srcImage->depth, correlations, nKernels, combineMethod)) {
         return ownReport(site, PXK_StsNoMem, "Allocation failure");
     }
-    const auto engine = [&](const OwnBand& band) {
-        ownConvolveBand(band, plan);
-        return true;
-    };
+    const auto engine = [&](const OwnBand& band) { return ownConvolveBand(band, plan); };
     ownRunConvWork(site, work, plan.margins, ownBandEngine(engine));
 }
 

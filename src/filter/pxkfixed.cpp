@@ -62,9 +62,6 @@ void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filter)
     if (!ownPlanConvolution(plan, srcImage->depth, &correlation, 1, PXK_CONV_SUM)) {
         return OWN_REPORT(PXK_StsNoMem, "Allocation failure");
     }
-    const auto engine = [&](const OwnBand& band) {
-        ownConvolveBand(band, plan);
-        return true;
-    };
+    const auto engine = [&](const OwnBand& band) { return ownConvolveBand(band, plan); };
     ownRunConvWork(OWN_HERE, work, plan.margins, ownBandEngine(engine));
 }

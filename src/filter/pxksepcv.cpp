@@ -141,13 +141,6 @@ template <class Kernel> static const char* ownAxesFault(const Kernel* xKernel, c
     return nullptr;
 }
 
-static void ownLimitBits(const OwnBand& band)
-{
-    for (int32_t y = 0; y < band.height; ++y) {
-        for (ptrdiff_t x = 0; x < band.width; ++x) band.out[y][x] = band.out[y][x] != 0;
-    }
-}
-
 template <class T, class Value>
 static bool ownSeparateDepth(const OwnBand& band, const OwnAxis<Value>& rows, const OwnAxis<Value>& columns,
                              int32_t depth)

@@ -39,7 +39,11 @@ inline void ownReport(const OwnSite& site, int32_t status, const char* text)
 
 // Checks the headers in the order given; reports the first bad one. Never judges by the stored status, which may be
 // stale.
-[[nodiscard]] bool ownGoodHeaders(const OwnSite& site, std::initializer_list<PxkImage*> images);
+[[nodiscard]] int32_t ownHeaderFault(const OwnSite& site, std::initializer_list<PxkImage*> images); // its status, or 0
+[[nodiscard]] inline bool ownGoodHeaders(const OwnSite& site, std::initializer_list<PxkImage*> images)
+{
+    return ownHeaderFault(site, images) == PXK_StsOk;
+}
 
 #define OWN_REFUSE_BAD_HEADERS(...)                                                                                    \
     do {                                                                                                               \

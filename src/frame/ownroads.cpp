@@ -381,10 +381,24 @@ static void ownRunBitBlock(const OwnBitRow& row, ptrdiff_t start, ptrdiff_t n, c
     }
 }
 
+// As ownIsShifted of samples, for rows that start at the same bit of a byte.
+static bool ownIsShifted(const OwnBitRow& row, ptrdiff_t bytes)
+{
+    for (int32_t d = row.nSources; d < row.count; ++d) {
+        const uintptr_t start = reinterpret_cast<uintptr_t>(row.operands[d].first);
+        for (int32_t k = 0; k < d; ++k) {
+            const uintptr_t other = reinterpret_cast<uintptr_t>(row.operands[k].first);
+            const uintptr_t distance = start > other ? start - other : other - start;
+            if (distance != 0 && distance < static_cast<uintptr_t>(bytes)) return true;
+        }
+    }
+    return false;
+}
+
 static void ownRunBitRow(const OwnBitRow& row, ptrdiff_t n, const OwnBits* mask)
 {
     const int32_t phase = row.operands[row.count - 1].bit;
-    bool isAligned = mask == nullptr;
+    bool isAligned = mask == nullptr && !ownIsShifted(row, ownBytesOfBits(phase, n));
     for (int32_t k = 0; k < row.count; ++k) isAligned = isAligned && row.operands[k].bit == phase;
     constexpr ptrdiff_t mostStaged = 8192; // up to here one block is quicker than two around bytes in place
     ptrdiff_t start = 0;
@@ -406,11 +420,13 @@ static void ownRunBitRow(const OwnBitRow& row, ptrdiff_t n, const OwnBits* mask)
     }
 }
 
-static bool ownBitRowsTouch(const OwnView* views, int32_t count)
+// True when rows of whole bytes lie one behind the other, so that they can be run as one.
+static bool ownBitRowsTouch(const OwnBitRow& row, const OwnView& view)
 {
-    bool isTouching = true;
-    for (int32_t k = 0; k < count; ++k) {
-        isTouching = isTouching && views[k].bit == 0 && views[k].rowStep * 8 == views[0].width;
+    bool isTouching = !ownIsShifted(row, view.rowStep * view.height);
+    for (int32_t k = 0; k < row.count; ++k) {
+        const OwnBits& bits = row.operands[k];
+        isTouching = isTouching && bits.bit == 0 && bits.rowStep * 8 == view.width;
     }
     return isTouching;
 }
@@ -422,19 +438,14 @@ static void ownRunBits(const OwnView* views, int32_t count, int32_t nDestination
     row.kernel = &kernel;
     row.count = count;
     row.nSources = count - nDestinations;
-    // Without a mask, rows of whole bytes that touch each other are one row.
-    const bool isOneRow = mask == nullptr && ownBitRowsTouch(views, count);
-    const ptrdiff_t width = static_cast<ptrdiff_t>(views[0].width) * (isOneRow ? views[0].height : 1);
-    for (int32_t y = 0; y < (isOneRow ? 1 : views[0].height); ++y) {
-        for (int32_t k = 0; k < count; ++k) {
-            row.operands[k] = { views[k].first + y * views[k].rowStep, views[k].rowStep, views[k].bit };
-        }
-        if (mask == nullptr) {
-            ownRunBitRow(row, width, nullptr);
-        } else {
-            const OwnBits maskRow = ownBitsAt(*mask, 0, y);
-            ownRunBitRow(row, width, &maskRow);
-        }
+    for (int32_t k = 0; k < count; ++k) row.operands[k] = { views[k].first, views[k].rowStep, views[k].bit };
+    const ptrdiff_t width = views[0].width;
+    if (mask == nullptr && ownBitRowsTouch(row, views[0])) return ownRunBitRow(row, width * views[0].height, nullptr);
+    for (int32_t y = 0; y < views[0].height; ++y) {
+        OwnBits maskRow;
+        if (mask != nullptr) maskRow = ownBitsAt(*mask, 0, y);
+        ownRunBitRow(row, width, mask != nullptr ? &maskRow : nullptr);
+        for (int32_t k = 0; k < count; ++k) row.operands[k].first += row.operands[k].rowStep;
     }
 }
 
@@ -461,7 +472,10 @@ bool ownBeginWork(OwnWork& work, const OwnSite& site, std::initializer_list<OwnO
         masks[k] = images[k]->maskROI;
     }
     const OwnMaskCode code = ownCombineMasks({ masks[0], masks[1], masks[2] }, work.mask);
-    if (code == OWN_MASK_NO_MEMORY) ownReport(site, PXK_StsNoMem, "Out of memory");
+    if (code == OWN_MASK_NO_MEMORY) {
+        work.status = PXK_StsNoMem;
+        ownReport(site, work.status, "Out of memory");
+    }
     if (code == OWN_MASK_NO_MEMORY || code == OWN_MASK_EMPTY) return false;
     const OwnSize size = ownCommonSize({ images[0], images[1], images[2], images[3] });
     work.size = { std::min(size.width, work.mask.size.width), std::min(size.height, work.mask.size.height) };
@@ -503,6 +517,11 @@ struct OwnSweep {
     OwnHeldTile held[4];
 };
 
+static bool ownIsTurned(const OwnWork& work, int32_t k)
+{
+    return work.turnsDestination && k == work.count - 1;
+}
+
 // The largest patch from work position (x, y) on that stays inside one tile of each tiled image.
 static OwnSize ownPatchSize(const OwnSweep& sweep, int32_t x, int32_t y)
 {
@@ -511,7 +530,9 @@ static OwnSize ownPatchSize(const OwnSweep& sweep, int32_t x, int32_t y)
         const PxkTileInfo* const tiles = sweep.work.operands[k].image->tileInfo;
         if (tiles == nullptr) continue;
         size.width = std::min(size.width, tiles->width - (sweep.regions[k].x + x) % tiles->width);
-        size.height = std::min(size.height, tiles->height - (sweep.regions[k].y + y) % tiles->height);
+        const int32_t rowsBelow = tiles->height - (sweep.regions[k].y + y) % tiles->height;
+        const int32_t rowsAbove = (sweep.regions[k].y + sweep.work.size.height - 1 - y) % tiles->height + 1;
+        size.height = std::min(size.height, ownIsTurned(sweep.work, k) ? rowsAbove : rowsBelow);
     }
     return size;
 }
@@ -520,9 +541,13 @@ static bool ownRunPatch(OwnSweep& sweep, const OwnRect& rect, const OwnPatchRunn
 {
     const OwnWork& work = sweep.work;
     OwnPatch patch = {};
+    patch.x = rect.x;
+    patch.y = rect.y;
     for (int32_t k = 0; k < work.count; ++k) {
         PxkImage* const image = work.operands[k].image;
-        OwnRect place = { sweep.regions[k].x + rect.x, sweep.regions[k].y + rect.y, rect.width, rect.height };
+        const bool isTurned = ownIsTurned(work, k);
+        const int32_t y = isTurned ? work.size.height - rect.y - rect.height : rect.y;
+        OwnRect place = { sweep.regions[k].x + rect.x, sweep.regions[k].y + y, rect.width, rect.height };
         OwnBlock block;
         if (const PxkTileInfo* const tiles = image->tileInfo) {
             const int32_t mode = k == work.count - 1 ? PXK_TILE_WRITE : PXK_TILE_READ;
@@ -536,7 +561,12 @@ static bool ownRunPatch(OwnSweep& sweep, const OwnRect& rect, const OwnPatchRunn
         } else {
             block = ownImageBlock(image);
         }
-        patch.views[k] = ownBlockView(image, block, place);
+        OwnView& view = patch.views[k];
+        view = ownBlockView(image, block, place);
+        if (isTurned) {
+            view.first += (rect.height - 1) * view.rowStep;
+            view.rowStep = -view.rowStep;
+        }
     }
     if (work.mask.isGiven) {
         patch.maskBits = ownBitsAt(work.mask.bits, rect.x, rect.y);
@@ -567,7 +597,7 @@ bool ownSweepPatches(const OwnWork& work, const OwnPatchRunner& runner)
 static bool ownIsBlockRun(const OwnWork& work)
 {
     const PxkImage* const destination = work.operands[work.count - 1].image;
-    bool isSame = !work.mask.isGiven;
+    bool isSame = !work.mask.isGiven && !work.turnsDestination;
     for (int32_t k = 0; k < work.count; ++k) {
         const PxkImage* const image = work.operands[k].image;
         isSame = isSame && image->tileInfo == nullptr && ownSameBlock(image, destination);

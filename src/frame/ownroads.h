@@ -56,6 +56,8 @@ struct OwnWork {
     int32_t count;
     OwnMask mask;
     OwnSize size;
+    bool turnsDestination = false; // its rows are taken from the last one upward
+    int32_t status = PXK_StsOk;    // what ownBeginWork reported
 };
 
 // Joins the masks of all images and takes the common size. False: nothing to do, or out of memory, which was reported.
@@ -66,6 +68,8 @@ struct OwnPatch {
     OwnView views[4];
     OwnBits maskBits;
     const OwnBits* mask; // null without a mask
+    int32_t x;           // of the first pixel, in the work
+    int32_t y;
 };
 
 // A function that handles one patch.

@@ -157,15 +157,15 @@ int32_t pxkCheckImageHeader(PxkImage* image)
     return fault;
 }
 
-bool ownGoodHeaders(const OwnSite& site, std::initializer_list<PxkImage*> images)
+int32_t ownHeaderFault(const OwnSite& site, std::initializer_list<PxkImage*> images)
 {
     for (PxkImage* image : images) {
         const int32_t fault = pxkCheckImageHeader(image);
         if (fault == PXK_StsOk) continue;
         ownReport(site, fault, "Incorrect Image");
-        return false;
+        return fault;
     }
-    return true;
+    return PXK_StsOk;
 }
 
 // ---- making and filling --------------------------------------------------------------------------------------------

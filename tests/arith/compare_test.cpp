@@ -225,6 +225,27 @@ TEST(Compare, manyChannels)
     expectNoReports();
 }
 
+// Longer than any block that is taken at a time.
+TEST(Compare, longRows)
+{
+    startReports();
+    for (const int32_t channels : { 1, 3, 4 }) {
+        PictureSpec spec(PXK_DEPTH_8U, 3000, 2, channels);
+        spec.hasAlpha = channels == 4;
+        const PicturePtr a = Picture::make(spec, 1), bits = Picture::make(PictureSpec(PXK_DEPTH_1U, 3000, 2), 2);
+        a->setRegion(13, 0, 2900, 2);
+        bits->setRegion(5, 0, 2950, 2);
+        for (const bool isMasked : { false, true }) {
+            if (isMasked) bits->setMask(Picture::make(PictureSpec(PXK_DEPTH_1U, 2990, 2), 3));
+            const PicturePtr want = bits->copy();
+            modelCompare(*a, nullptr, *want, isGreater, 20);
+            pxkGreaterS(*a, *bits, 20);
+            EXPECT_TRUE(samePicture(*want, *bits)) << channels << " channels, mask " << isMasked;
+        }
+    }
+    expectNoReports();
+}
+
 TEST(Compare, knownAnswers)
 {
     const auto bitOf = [](float a, float b, float epsilon) {

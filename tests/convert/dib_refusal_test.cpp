@@ -61,7 +61,8 @@ void expectRefusals(const std::vector<Refusal>& refusals, bool isTo)
             depth(PXK_DEPTH_8U, 3)(a);
             r.spoil(a);
             Random random(1);
-            Bitmap bitmap(a.header, isSep, random, false, 256);
+            Bitmap bitmap(bitmapHeader(5, 4, 8), isSep, random);
+            bitmap.setHeader(a.header);
             const auto bitmapBefore = bitmap.copy();
             const PicturePtr pictureBefore = a.picture->copy();
             PxkBitmapInfoHeader* const dib = a.hasDib ? bitmap.dib() : nullptr;

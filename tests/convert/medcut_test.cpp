@@ -106,7 +106,9 @@ TEST(Medcut, refuses)
         Bitmap bitmap(bitmapHeader(1, 1, bits), true, random, false, 256);
         const auto before = bitmap.copy();
         const int32_t result = ownMedcutPalette(bitmap.dib(), &image->header);
-        if (result == 0) EXPECT_TRUE(bitmap.sameAs(*before));
+        if (result == 0) {
+            EXPECT_TRUE(bitmap.sameAs(*before));
+        }
         return result;
     };
     EXPECT_EQ(resultOf(8, 3, "BGR"), 1);

@@ -121,10 +121,11 @@ TEST(RleDecode, knownStreams)
         startReports();
         const OwnBuffer<uint8_t> got = ownDecompressRLESep(&header, stream.data());
         ASSERT_EQ(got != nullptr, *k.fault == 0);
-        if (got)
+        if (got) {
             EXPECT_EQ(std::vector<uint8_t>(got.get(), got.get() + k.rows.size()), k.rows);
-        else
-            expectReports({ { -5, "ownDecompressRLESep", faultText(k.isRle8, k.fault) } });
+            continue;
+        }
+        expectReports({ { -5, "ownDecompressRLESep", faultText(k.isRle8, k.fault) } });
     }
 }
 
@@ -212,7 +213,9 @@ void expectCoded(bool isRle8, const std::vector<std::vector<uint8_t>>& rows)
     EXPECT_EQ(ownCompressRLESep(&header, bits.data), 0);
     expectNoReports();
     EXPECT_TRUE(bits.guardsIntact());
-    if (isRle8) EXPECT_EQ(header.biCompression == PXK_BI_RLE8, code.size() < plain.size());
+    if (isRle8) {
+        EXPECT_EQ(header.biCompression == PXK_BI_RLE8, code.size() < plain.size());
+    }
     if (header.biCompression == 0) {
         EXPECT_EQ(std::vector<uint8_t>(bits.data, bits.data + bits.size), plain);
         EXPECT_EQ(header.biSizeImage, 0xABCDu);
@@ -220,7 +223,9 @@ void expectCoded(bool isRle8, const std::vector<std::vector<uint8_t>>& rows)
     }
     ASSERT_LT(header.biSizeImage, plain.size());
     const std::vector<uint8_t> stream(bits.data, bits.data + header.biSizeImage);
-    if (isRle8) EXPECT_EQ(stream, code);
+    if (isRle8) {
+        EXPECT_EQ(stream, code);
+    }
     const model::Decoded decoded = model::decodeRle(isRle8, width, height, stream, false);
     EXPECT_EQ(decoded.fault, "");
     EXPECT_EQ(decoded.consumed, stream.size());

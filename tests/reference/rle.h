@@ -50,9 +50,11 @@ inline Decoded decodeRle(bool isRle8, int32_t width, int32_t height, const std::
             if (x % 2 != 0) --address;
         }
     };
-    for (;;) {
-        if (x > width || y > height || isOutside) d.fault = "biHeight or biWidth";
-        if (!d.fault.empty()) return d;
+    while (d.fault.empty()) {
+        if (x > width || y > height || isOutside) {
+            d.fault = "biHeight or biWidth";
+            break;
+        }
         const int32_t first = s[at++];
         if (first != 0) {
             const uint8_t value = s[at++];
@@ -80,6 +82,7 @@ inline Decoded decodeRle(bool isRle8, int32_t width, int32_t height, const std::
             if ((at + isOdd) % 2 != 0) ++at;
         }
     }
+    return d;
 }
 
 // Rows of one byte a pixel, as they are stored.

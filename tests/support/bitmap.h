@@ -2,8 +2,11 @@
 // library.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
+
+#include <gtest/gtest.h>
 
 #include "picture.h"
 

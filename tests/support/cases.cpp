@@ -84,7 +84,8 @@ void forEachCase(const Axes& axes, const std::function<void(const Case&)>& run)
 
 static const int32_t aligns[] = { 4, 8, 16, 32 };
 
-static void chooseChannels(PictureSpec& spec, Channels channels, bool isThree, Random& random)
+// `several`: the number of processed channels of unlike images: 1, 3 or 5.
+static void chooseChannels(PictureSpec& spec, Channels channels, int32_t several, Random& random)
 {
     const auto coiOf = [&](int32_t n) { spec.roi.coi = random.between(1, spec.channels = n); };
     switch (channels) {
@@ -94,11 +95,11 @@ static void chooseChannels(PictureSpec& spec, Channels channels, bool isThree, R
         spec.channels = 4;
         spec.hasAlpha = true;
         break;
-    case Channels::COI: coiOf(3); break;
+    case Channels::COI: coiOf(several == 5 ? 6 : 3); break; // some operations compare the numbers of all channels
     case Channels::UNLIKE:
         spec.hasAlpha = random.oneIn(2);
-        if (isThree) {
-            spec.channels = spec.hasAlpha ? 4 : 3;
+        if (several > 1) {
+            spec.channels = several + (spec.hasAlpha ? 1 : 0);
         } else if (random.oneIn(2)) {
             coiOf(random.between(1, 4)); // alpha may be the channel of interest
         } else {
@@ -150,17 +151,26 @@ static PicturePtr makeMask(int32_t width, int32_t height, Random& random)
     return mask;
 }
 
-static PictureSpec chooseImage(const Case& c, int32_t width, int32_t height, bool isThree, int32_t align, bool isTiled,
-                               Random& random)
+static PictureSpec chooseImage(const Case& c, int32_t width, int32_t height, int32_t several, int32_t align,
+                               bool isTiled, Random& random)
 {
     PictureSpec spec(c.depth);
     spec.order = c.order == Order::MIXED ? random.below(2) : int32_t(c.order);
     spec.align = align != 0 ? align : random.oneOf(aligns);
-    chooseChannels(spec, c.channels, isThree, random);
+    chooseChannels(spec, c.channels, several, random);
     chooseArea(spec, c.region, width, height, random);
     if (!isTiled && align == 0 && random.oneIn(4)) spec.extraStep = spec.align;
     if (isTiled) spec.tiled(8 * random.between(1, 4), 8 * random.between(1, 2));
     return spec;
+}
+
+// Mostly a few words of samples; now and then as much as passes through several blocks of a long row.
+static int32_t chooseWidth(const Case& c, Random& random)
+{
+    const bool isBits = c.depth == PXK_DEPTH_1U;
+    if (random.oneIn(4)) return random.between(1, 9);
+    if (random.oneIn(isBits ? 60 : 12)) return random.between(100, c.tiling != 0 ? 400 : isBits ? 40000 : 1600);
+    return random.between(1, isBits ? 150 : 45);
 }
 
 static bool isIn(ImageSet set, size_t k)
@@ -171,17 +181,16 @@ static bool isIn(ImageSet set, size_t k)
 Scene makeScene(const Case& c, size_t count, const std::function<void(PictureSpec&, size_t)>& adjust, bool nonFinite)
 {
     Random random(c.seed);
-    const int32_t width =
-        random.oneIn(4) ? random.between(1, 9) : random.between(1, c.depth == PXK_DEPTH_1U ? 150 : 45);
-    const int32_t height = random.between(1, c.tiling != 0 ? 19 : 7);
-    const bool isThree = random.oneIn(2);
+    const int32_t width = chooseWidth(c, random);
+    const int32_t height = random.between(1, width > 150 ? 2 : c.tiling != 0 ? 19 : 7);
+    const int32_t several = random.oneOf({ 1, 1, 1, 3, 3, 5 });
     const int32_t align = random.oneIn(3) ? 0 : random.oneOf(aligns);
     const int32_t tileWidth = 8 * random.between(1, 3), tileHeight = 8 * random.between(1, 2);
     PicturePtr sharedMask;
     if ((c.masks & SHARED) != 0) sharedMask = makeMask(width, height, random);
     Scene scene;
     for (size_t k = 0; k < count; ++k) {
-        PictureSpec spec = chooseImage(c, width, height, isThree, align, isIn(c.tiling, k), random);
+        PictureSpec spec = chooseImage(c, width, height, several, align, isIn(c.tiling, k), random);
         if (isIn(c.tiling, k) && (c.tiling & SHARED) != 0) spec.tiled(tileWidth, tileHeight);
         if (adjust) adjust(spec, k);
         const bool isLast = k + 1 == count;

@@ -29,8 +29,8 @@ enum class Order { PIXEL, PLANE, MIXED };
 // sizes. INNER: regions at offsets of their own. PAST: regions that reach past the right and bottom edge.
 enum class Region { WHOLE, COVER, OWN, INNER, PAST };
 
-// ONE; THREE; ALPHA: four with alpha; COI: a channel of interest of three, another in each image; UNLIKE: the same
-// number of processed channels chosen in different ways.
+// ONE; THREE; ALPHA: four with alpha; COI: a channel of interest of three or six, another in each image; UNLIKE: the
+// same number of processed channels, up to five, chosen in different ways.
 enum class Channels { ONE, THREE, ALPHA, COI, UNLIKE };
 
 // Which image the destination, the last image, is: one of its own; the first or second one; all images are one; another

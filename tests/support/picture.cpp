@@ -530,11 +530,12 @@ void fillMask(Picture& mask, Random& random)
 {
     fillBytes(mask, random);
     const int32_t style = random.below(5);
+    const int32_t runLength = random.oneOf({ 10, 150 });
     uint32_t bit = 1;
     if (style == 0) return;
     fillSamples(mask, [&] {
         if (style == 1) return random.oneIn(12) ? 0u : 1u;
-        if (style == 2) return bit ^= random.oneIn(10) ? 1u : 0u;
+        if (style == 2) return bit ^= random.oneIn(runLength) ? 1u : 0u;
         return style == 3 ? 1u : random.oneIn(12) ? 1u : 0u;
     });
 }

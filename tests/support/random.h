@@ -1,7 +1,9 @@
 // The only source of chance in the tests: the same numbers on every system, from a seed.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
 class Random {
 public:
@@ -22,6 +24,7 @@ public:
     int32_t below(int32_t limit) { return static_cast<int32_t>((next() >> 32) % static_cast<uint32_t>(limit)); }
     int32_t between(int32_t low, int32_t high) { return low + below(high - low + 1); }
     bool oneIn(int32_t n) { return below(n) == 0; }
+    template <class T> T oneOf(std::initializer_list<T> items) { return items.begin()[below(int32_t(items.size()))]; }
     template <class T, size_t N> T oneOf(const T (&items)[N]) { return items[below(static_cast<int32_t>(N))]; }
 
 private:

@@ -123,7 +123,8 @@ inline PxkBitmapInfoHeader fuzzHeader(FuzzInput* input)
 inline PxkImage fuzzImage(FuzzInput* input, int32_t width, int32_t height)
 {
     static const char words[][5] = { "G\0\0", "GRAY", "BGR", "BGRA", "RGB", "RGBA", "XYZ", "BGR" };
-    static const int32_t depths[] = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U, PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_32F };
+    static const int32_t depths[] = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U,
+                                      PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_32F };
     static const int32_t channels[] = { 1, 3, 4, 3, 1, 2 };
     PxkImage image = {};
     image.headerSize = sizeof image;

@@ -1,6 +1,7 @@
 # Shared by ./demo and ./check: what has to be installed, and long work with a sign of life.
 # shellcheck shell=bash
 
+# shellcheck disable=SC2034 # used by those who read this file
 build_packages=(g++ cmake ninja-build)
 
 as_root() {

@@ -24,20 +24,20 @@ install_wine32() {
 # A small i386 system with Wine in it, made aside and put in place when it is complete. About 1.7 GB.
 make_i386_root() {
     local root=$i386_root.new
-    install_packages debootstrap debian-archive-keyring
     mkdir -p "$(dirname "$root")"
-    as_root rm -rf --one-file-system "$root"
-    as_root debootstrap --arch=i386 --variant=minbase bookworm "$root"
     # shellcheck disable=SC2016 # expanded by the inner shell
-    as_root unshare --mount bash -c '
-        set -e
-        mount -t proc proc "$1/proc"
-        export DEBIAN_FRONTEND=noninteractive
-        chroot "$1" apt-get update
-        chroot "$1" apt-get install -y --no-install-recommends wine wine32
-        chroot "$1" apt-get clean
-    ' bash "$root"
-    as_root mv "$root" "$i386_root"
+    install_packages debootstrap debian-archive-keyring &&
+        as_root rm -rf --one-file-system "$root" &&
+        as_root debootstrap --arch=i386 --variant=minbase bookworm "$root" &&
+        as_root unshare --mount bash -c '
+            set -e
+            mount -t proc proc "$1/proc"
+            export DEBIAN_FRONTEND=noninteractive
+            chroot "$1" apt-get update
+            chroot "$1" apt-get install -y --no-install-recommends wine wine32
+            chroot "$1" apt-get clean
+        ' bash "$root" &&
+        as_root mv "$root" "$i386_root"
 }
 
 provide_wine32() {

@@ -248,9 +248,8 @@ static bool ownReduce(const OwnDibCall& call, const PxkImage* image, PxkImage* r
     source.roi = nullptr;
     source.maskROI = nullptr;
     pxkAllocateImage(reduced, 0, 0);
-    static_cast<void>(source);
-    static_cast<void>(dither);
-    static_cast<void>(bits);
+    pxkReduceBits(&source, reduced, 0, dither, bits);
+    if (pxkGetErrStatus() == PXK_StsOk) return true;
     ownReport(call.site, PXK_StsInternal, "Dithering can't be produced");
     return false;
 }

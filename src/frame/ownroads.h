@@ -39,7 +39,8 @@ struct OwnCopyRow {
 constexpr int32_t ownMostOperands = 12;
 
 // Runs the kernel over views of one width, one height and one number of channels (one-bit views among others: one
-// channel). Only pixels whose mask bit is 1 change.
+// channel). Only pixels whose mask bit is 1 change. Channels of the same pixels that are operands of their own are
+// moved together, whole pixels at a time, when they follow each other in the order of the channels.
 void ownRunViews(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
                  const OwnRowKernel& kernel);
 

@@ -32,7 +32,7 @@ static Bitmap makeBitmap(const PxkImage* image, uint16_t bitCount, uint32_t comp
 // Converts the photo to the bitmap, measured, and shows the bitmap as read back.
 #define SHOW_BITMAP(...)                                                                                               \
     do {                                                                                                               \
-        MEASURE(s, __VA_ARGS__);                                                                                       \
+        s.measure(#__VA_ARGS__, [&] { __VA_ARGS__; });                                                                 \
         pxkConvertFromDIB(dib, out);                                                                                   \
         s.picture(out);                                                                                                \
     } while (false)
@@ -44,7 +44,7 @@ const Exhibit exhibits[] = {
           PxkBitmapInfoHeader* dib = headerOf(bitmap);
           SHOW_BITMAP(pxkConvertToDIB(photo, dib, PXK_DITHER_NONE, PXK_PALETTE_FIXED));
       } },
-    { "16 fixed colours, dithered", "With Floyd and Steinberg in front.",
+    { "16 fixed colours, dithered", "After a reduction to four bits a channel by Floyd and Steinberg.",
       [](Stage& s, PxkImage* photo, PxkImage* out) {
           Bitmap bitmap = makeBitmap(photo, 4);
           PxkBitmapInfoHeader* dib = headerOf(bitmap);
@@ -56,7 +56,7 @@ const Exhibit exhibits[] = {
           PxkBitmapInfoHeader* dib = headerOf(bitmap);
           SHOW_BITMAP(pxkConvertToDIB(photo, dib, PXK_DITHER_NONE, PXK_PALETTE_MEDCUT));
       } },
-    { "16 colours of the picture, dithered", "Median cut and Stucki.",
+    { "16 colours of the picture, dithered", "Median cut after a reduction by Stucki.",
       [](Stage& s, PxkImage* photo, PxkImage* out) {
           Bitmap bitmap = makeBitmap(photo, 4);
           PxkBitmapInfoHeader* dib = headerOf(bitmap);
@@ -74,12 +74,13 @@ const Exhibit exhibits[] = {
           PxkBitmapInfoHeader* dib = headerOf(bitmap);
           SHOW_BITMAP(pxkConvertToDIB(photo, dib, PXK_DITHER_NONE, PXK_PALETTE_MEDCUT));
       } },
-    { "Black and white", "A bitmap of one bit a pixel, with error diffusion.",
+    { "Black and white", "The picture reduced to bits first, then a bitmap of one bit a pixel.",
       [](Stage& s, PxkImage*, PxkImage*) {
-          PxkImage *gray = s.gray, *out = s.like(gray);
+          PxkImage *gray = s.gray, *bits = s.like(s.ellipse), *out = s.like(gray);
           Bitmap bitmap = makeBitmap(gray, 1);
           PxkBitmapInfoHeader* dib = headerOf(bitmap);
-          SHOW_BITMAP(pxkConvertToDIB(gray, dib, PXK_DITHER_FS, PXK_PALETTE_FIXED));
+          SHOW_BITMAP(pxkReduceBits(gray, bits, 0, PXK_DITHER_FS, 0);
+                      pxkConvertToDIB(bits, dib, PXK_DITHER_NONE, PXK_PALETTE_FIXED));
       } },
     { "16 bits a pixel", "Five bits a channel; read back, the low bits are 0.",
       [](Stage& s, PxkImage* photo, PxkImage* out) {

@@ -51,42 +51,45 @@ static int32_t ownErrorOf(int32_t value, const OwnLevels& levels)
     return sample - ownQuantise(sample, levels.largest, (1 << levels.stepBits) - 1);
 }
 
-// What a pixel adds to its neighbour and to the one after that, before the shift.
-struct OwnPush {
-    int32_t near;
-    int32_t far;
-};
-
-template <class Weights> static OwnPush ownPushOf(int32_t error)
-{
-    return { error * Weights::right[0] * Weights::unit, error * Weights::right[1] * Weights::unit };
-}
-
-// From the sum of a sample and its share to what the pixel hands on: worked out for 16-bit samples, looked up for 8-bit
-// ones.
+// What a pixel hands on to the next one (near) and to the one after that (far), in units of 1 / 65536, by the sum of
+// the sample and its share: worked out for 16-bit samples, looked up for 8-bit ones.
 template <class T, class Weights> struct OwnPushes {
     OwnLevels levels;
     explicit OwnPushes(const OwnLevels& of)
         : levels(of)
     {
     }
-    OwnPush operator()(int32_t value) const { return ownPushOf<Weights>(ownErrorOf(value, levels)); }
+    int32_t near(ptrdiff_t value) const { return push(value, Weights::right[0]); }
+    int32_t far(ptrdiff_t value) const { return push(value, Weights::right[1]); }
+
+private:
+    int32_t push(ptrdiff_t value, int32_t weight) const
+    {
+        return ownErrorOf(static_cast<int32_t>(value), levels) * (weight * Weights::unit);
+    }
 };
 
 template <class Weights> struct OwnPushes<uint8_t, Weights> {
     static constexpr int32_t margin = 64;
-    OwnPush table[256 + 2 * margin];
+    int32_t nearTable[256 + 2 * margin];
+    int32_t farTable[256 + 2 * margin];
     explicit OwnPushes(const OwnLevels& levels)
     {
-        for (int32_t i = 0; i < 256 + 2 * margin; ++i) table[i] = ownPushOf<Weights>(ownErrorOf(i - margin, levels));
+        for (int32_t i = 0; i < 256 + 2 * margin; ++i) {
+            const int32_t error = ownErrorOf(i - margin, levels);
+            nearTable[i] = error * (Weights::right[0] * Weights::unit);
+            farTable[i] = error * (Weights::right[1] * Weights::unit);
+        }
     }
-    OwnPush operator()(int32_t value) const { return table[value + margin]; }
+    int32_t near(ptrdiff_t value) const { return nearTable[value + margin]; }
+    int32_t far(ptrdiff_t value) const { return farTable[value + margin]; }
 };
 
 // ---- the three parts of a step -------------------------------------------------------------------------------------
 
-static constexpr int32_t ownLanes = 4;
-static constexpr int32_t ownChunk = 64;
+// As many rows as hide each other's waiting: a look-up waits longer than arithmetic, which needs more registers.
+template <class T> constexpr int32_t ownLanes = sizeof(T) == 1 ? 6 : 4;
+static constexpr int32_t ownLargestChunk = 64; // samples
 
 // A row's chunk under way. Pointers are to its first sample; those to errors and sums have 2 gaps of zeros, or of
 // earlier samples, in front.
@@ -130,34 +133,35 @@ static void ownTakeShares(const OwnLane<T>& lane, ptrdiff_t n, ptrdiff_t gap, in
     }
 }
 
-// One pixel next to the other: what was handed on stays in registers.
-template <class T, class Pushes> static void ownChainPixels(OwnLane<T>* lanes, const Pushes& pushes)
+// One pixel next to the other: the value that the next one waits for stays in a register.
+template <class T, class Weights>
+static void ownChainPixels(const OwnLane<T>* lanes, ptrdiff_t n, const OwnPushes<T, Weights>& pushes)
 {
-    OwnWide<T>* sums[ownLanes];
-    OwnPush last[ownLanes];
-    int32_t far[ownLanes];
-    for (int32_t k = 0; k < ownLanes; ++k) {
+    OwnWide<T>* sums[ownLanes<T>];
+    ptrdiff_t last[ownLanes<T>];
+    for (int32_t k = 0; k < ownLanes<T>; ++k) {
         sums[k] = lanes[k].sums;
-        last[k] = pushes(sums[k][-1]);
-        far[k] = pushes(sums[k][-2]).far;
+        last[k] = sums[k][-1];
     }
-    for (ptrdiff_t i = 0; i < ownChunk; ++i) {
-        for (int32_t k = 0; k < ownLanes; ++k) {
-            const int32_t value = sums[k][i] + ((last[k].near + far[k]) >> 16);
-            sums[k][i] = static_cast<OwnWide<T>>(value);
-            far[k] = last[k].far;
-            last[k] = pushes(value);
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        for (int32_t k = 0; k < ownLanes<T>; ++k) {
+            int32_t push = pushes.near(last[k]);
+            if constexpr (Weights::right[1] != 0) push += pushes.far(sums[k][i - 2]);
+            last[k] = sums[k][i] + (push >> 16);
+            sums[k][i] = static_cast<OwnWide<T>>(last[k]);
         }
     }
 }
 
-template <class T, class Pushes> static void ownChainSamples(OwnLane<T>* lanes, ptrdiff_t gap, const Pushes& pushes)
+template <class T, class Weights>
+static void ownChainSamples(const OwnLane<T>* lanes, ptrdiff_t n, ptrdiff_t gap, const OwnPushes<T, Weights>& pushes)
 {
-    for (ptrdiff_t i = 0; i < ownChunk; ++i) {
-        for (int32_t k = 0; k < ownLanes; ++k) {
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        for (int32_t k = 0; k < ownLanes<T>; ++k) {
             OwnWide<T>* const sums = lanes[k].sums + i;
-            const int32_t share = (pushes(sums[-gap]).near + pushes(sums[-2 * gap]).far) >> 16;
-            sums[0] = static_cast<OwnWide<T>>(sums[0] + share);
+            int32_t push = pushes.near(sums[-gap]);
+            if constexpr (Weights::right[1] != 0) push += pushes.far(sums[-2 * gap]);
+            sums[0] = static_cast<OwnWide<T>>(sums[0] + (push >> 16));
         }
     }
 }
@@ -168,12 +172,15 @@ static void ownGiveLevels(const OwnLane<T>& lane, ptrdiff_t n, const OwnLevels& 
     using Wide = OwnWide<T>;
     const Wide* const sums = lane.sums;
     Wide* const errors = lane.errors;
-    const int32_t largest = levels.largest;
+    const Wide largest = static_cast<Wide>(levels.largest);
     const int32_t lowBits = (1 << levels.stepBits) - 1;
+    const Wide half = static_cast<Wide>(lowBits >> 1);
+    const Wide step = static_cast<Wide>(~lowBits);
     OWN_IVDEP
     for (ptrdiff_t i = 0; i < n; ++i) {
-        const Wide sample = std::min(std::max(sums[i], Wide(0)), static_cast<Wide>(largest));
-        const Wide level = static_cast<Wide>(ownQuantise(sample, largest, lowBits));
+        const Wide sample = std::min(std::max(sums[i], Wide(0)), largest);
+        const Wide raised = static_cast<Wide>(sample + half);
+        const Wide level = std::min(static_cast<Wide>(raised & step), largest);
         errors[i] = static_cast<Wide>(sample - level);
         to[i] = static_cast<Out>(level >> outShift);
     }
@@ -181,31 +188,37 @@ static void ownGiveLevels(const OwnLane<T>& lane, ptrdiff_t n, const OwnLevels& 
 
 // ---- rows ----------------------------------------------------------------------------------------------------------
 
-static constexpr int32_t ownErrorRows = ownLanes + 2; // under way, and two above the last of them
+// Those under way, and two above the last of them.
+template <class T> constexpr int32_t ownErrorRows = ownLanes<T> + 2;
 
 // Where working memory holds what, in items of the wide type. Every row of errors or sums has 2 gaps of zeros in front
 // and behind.
 struct OwnDiffusionLayout {
+    int32_t chunk;  // samples, a multiple of 16
     int64_t chunks; // of a row
     int64_t errorStep;
     int64_t sumStep;
     int64_t items;
 };
 
-static OwnDiffusionLayout ownLayout(const OwnDiffusion& diffusion)
+template <class T> static OwnDiffusionLayout ownLayout(const OwnDiffusion& diffusion)
 {
     OwnDiffusionLayout layout;
     const int64_t frame = 2 * static_cast<int64_t>(diffusion.gap);
-    layout.chunks = (static_cast<int64_t>(diffusion.rowSamples) + ownChunk - 1) / ownChunk;
+    // Lanes are about two chunks apart, and a narrow image should have room for all of them.
+    const int32_t fitting = (diffusion.rowSamples / (2 * ownLanes<T>)+15) / 16 * 16;
+    layout.chunk = std::min(std::max(fitting, 16), ownLargestChunk);
+    layout.chunks = (static_cast<int64_t>(diffusion.rowSamples) + layout.chunk - 1) / layout.chunk;
     layout.errorStep = diffusion.rowSamples + 2 * frame;
-    layout.sumStep = layout.chunks * ownChunk + frame;
-    layout.items = ownErrorRows * layout.errorStep + ownLanes * layout.sumStep + frame + ownChunk;
+    layout.sumStep = layout.chunks * layout.chunk + frame;
+    layout.items = ownErrorRows<T> * layout.errorStep + ownLanes<T> * layout.sumStep + frame + layout.chunk;
     return layout;
 }
 
 int64_t ownDiffusionBytes(const OwnDiffusion& diffusion)
 {
-    return ownLayout(diffusion).items * (diffusion.depth == PXK_DEPTH_8U ? 2 : 4);
+    if (diffusion.depth == PXK_DEPTH_8U) return ownLayout<uint8_t>(diffusion).items * sizeof(OwnWide<uint8_t>);
+    return ownLayout<uint16_t>(diffusion).items * sizeof(OwnWide<uint16_t>);
 }
 
 template <class T, class Weights> struct OwnDiffuser {
@@ -213,7 +226,7 @@ template <class T, class Weights> struct OwnDiffuser {
     const OwnView& from;
     const OwnView& to;
     OwnDiffusionLayout layout;
-    OwnWide<T>* errorRows; // row y is at y modulo ownErrorRows; those above the image are zeros
+    OwnWide<T>* errorRows; // row y is at y modulo ownErrorRows<T>; those above the image are zeros
     OwnWide<T>* sumRows;   // one a lane
     OwnWide<T>* idle;      // zeros, which every idle lane turns into zeros
     OwnPushes<T, Weights> pushes;
@@ -222,26 +235,26 @@ template <class T, class Weights> struct OwnDiffuser {
         : diffusion(what)
         , from(source)
         , to(destination)
-        , layout(ownLayout(what))
+        , layout(ownLayout<T>(what))
         , pushes(what.levels)
     {
         memset(memory, 0, static_cast<size_t>(ownDiffusionBytes(what)));
         OwnWide<T>* const items = reinterpret_cast<OwnWide<T>*>(memory);
         const ptrdiff_t frame = 2 * static_cast<ptrdiff_t>(what.gap);
         errorRows = items + frame;
-        sumRows = errorRows + ownErrorRows * layout.errorStep;
-        idle = sumRows + ownLanes * layout.sumStep;
+        sumRows = errorRows + ownErrorRows<T> * layout.errorStep;
+        idle = sumRows + ownLanes<T> * layout.sumStep;
     }
 
     OwnWide<T>* errorsOf(int64_t y, ptrdiff_t x) const
     {
-        return errorRows + (y + ownErrorRows) % ownErrorRows * layout.errorStep + x;
+        return errorRows + (y + ownErrorRows<T>) % ownErrorRows<T> * layout.errorStep + x;
     }
 
     OwnLane<T> laneAt(int32_t lane, int64_t y, int64_t chunk) const
     {
         if (y < 0 || y >= diffusion.height || chunk >= layout.chunks) return { {}, {}, {}, {}, {}, idle, 0 };
-        const ptrdiff_t x = static_cast<ptrdiff_t>(chunk) * ownChunk;
+        const ptrdiff_t x = static_cast<ptrdiff_t>(chunk) * layout.chunk;
         OwnLane<T> at;
         at.from = reinterpret_cast<const T*>(from.first + y * from.rowStep) + x;
         at.to = to.first + y * to.rowStep + (to.sampleBytes == 0 ? x / 8 : x * to.sampleBytes);
@@ -249,25 +262,25 @@ template <class T, class Weights> struct OwnDiffuser {
         at.twoAbove = errorsOf(y - 2, x);
         at.errors = errorsOf(y, x);
         at.sums = sumRows + lane * layout.sumStep + x;
-        at.n = std::min<ptrdiff_t>(ownChunk, diffusion.rowSamples - x);
+        at.n = std::min<ptrdiff_t>(layout.chunk, diffusion.rowSamples - x);
         return at;
     }
 
-    // The loop's length is a constant for all chunks but a row's last one.
+    // In wide images the loop's length is a constant for all chunks but a row's last one.
     void takeShares(const OwnLane<T>& lane) const
     {
         const ptrdiff_t gap = diffusion.gap;
         const int32_t largest = diffusion.levels.largest;
-        if (lane.n == ownChunk) return ownTakeShares<T, Weights>(lane, ownChunk, gap, largest);
+        if (lane.n == ownLargestChunk) return ownTakeShares<T, Weights>(lane, ownLargestChunk, gap, largest);
         ownTakeShares<T, Weights>(lane, lane.n, gap, largest);
-        std::fill(lane.sums + lane.n, lane.sums + ownChunk, OwnWide<T>(0));
+        std::fill(lane.sums + lane.n, lane.sums + layout.chunk, OwnWide<T>(0));
     }
 
     void giveLevels(const OwnLane<T>& lane) const
     {
         const OwnLevels& levels = diffusion.levels;
         if (to.sampleBytes == 0) {
-            uint8_t highestBits[ownChunk];
+            uint8_t highestBits[ownLargestChunk];
             ownGiveLevels(lane, lane.n, levels, highestBits, 8 * static_cast<int32_t>(sizeof(T)) - 1);
             ownPackBits(highestBits, lane.to, to.bit, lane.n);
         } else {
@@ -277,32 +290,40 @@ template <class T, class Weights> struct OwnDiffuser {
 
     void runStep(OwnLane<T>* lanes) const
     {
-        for (int32_t k = 0; k < ownLanes; ++k) {
+        for (int32_t k = 0; k < ownLanes<T>; ++k) {
             if (lanes[k].n > 0) takeShares(lanes[k]);
         }
         if (diffusion.gap == 1) {
-            ownChainPixels(lanes, pushes);
+            ownChainPixels(lanes, layout.chunk, pushes);
         } else {
-            ownChainSamples(lanes, diffusion.gap, pushes);
+            ownChainSamples(lanes, layout.chunk, diffusion.gap, pushes);
         }
-        for (int32_t k = 0; k < ownLanes; ++k) {
+        for (int32_t k = 0; k < ownLanes<T>; ++k) {
             if (lanes[k].n > 0) giveLevels(lanes[k]);
         }
     }
 
-    // Lane k does rows k, k + ownLanes, ... one after the other, `delay` chunks behind lane k - 1; its next row begins
-    // when the last lane is that far ahead, too.
+    // Lane k does rows k, k + ownLanes<T>, ... one after the other, `delay` chunks behind lane k - 1; its next row
+    // begins when the last lane is that far ahead, too.
     void run() const
     {
-        const int64_t delay = 1 + (ownChunk - 1 + 2 * static_cast<int64_t>(diffusion.gap)) / ownChunk;
-        const int64_t period = std::max(layout.chunks, ownLanes * delay);
-        const int64_t rounds = (static_cast<int64_t>(diffusion.height) + ownLanes - 1) / ownLanes;
-        const int64_t steps = rounds * period + (ownLanes - 1) * delay;
+        const int64_t delay = 1 + (layout.chunk - 1 + 2 * static_cast<int64_t>(diffusion.gap)) / layout.chunk;
+        const int64_t period = std::max(layout.chunks, ownLanes<T> * delay);
+        const int64_t rounds = (static_cast<int64_t>(diffusion.height) + ownLanes<T> - 1) / ownLanes<T>;
+        const int64_t steps = rounds * period + (ownLanes<T> - 1) * delay;
+        int64_t rows[ownLanes<T>];
+        int64_t chunks[ownLanes<T>];
+        for (int32_t k = 0; k < ownLanes<T>; ++k) {
+            rows[k] = k == 0 ? 0 : k - ownLanes<T>; // a lane waits in a row above the image
+            chunks[k] = k == 0 ? 0 : period - k * delay;
+        }
         for (int64_t step = 0; step < steps; ++step) {
-            OwnLane<T> lanes[ownLanes];
-            for (int32_t k = 0; k < ownLanes; ++k) {
-                const int64_t place = step - k * delay;
-                lanes[k] = laneAt(k, place < 0 ? -1 : place / period * ownLanes + k, place % period);
+            OwnLane<T> lanes[ownLanes<T>];
+            for (int32_t k = 0; k < ownLanes<T>; ++k) {
+                lanes[k] = laneAt(k, rows[k], chunks[k]);
+                if (++chunks[k] < period) continue;
+                chunks[k] = 0;
+                rows[k] += ownLanes<T>;
             }
             runStep(lanes);
         }

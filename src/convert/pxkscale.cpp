@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "frame/ownround.h"
@@ -81,36 +82,91 @@ int32_t pxkScale(PxkImage* srcImage, PxkImage* dstImage)
 
 // ---- integer to float and back -------------------------------------------------------------------------------------
 
-// Distances from minVal are formed first: a float less a float loses next to nothing in double, while v times the
-// factor plus one offset would lose the ends of the range where they lie close together.
-template <class D> struct OwnScaleToInteger {
-    double least;  // minVal
-    double factor; // of the integer range to the float range
+// Range of the integers of type T; both ends are exact in a double.
+template <class T> struct OwnIntegerRange {
+    static constexpr double low = std::numeric_limits<T>::min();
+    static constexpr double high = std::numeric_limits<T>::max();
+    static constexpr double width = high - low;
+};
 
-    // A NaN takes the way of what is below the range, also one that infinite ends bring about.
+// A linear map in double. Its rounding errors are some 2^-51 of the largest product, so it serves as long as the float
+// range is not too far from 0 for its width.
+struct OwnLine {
+    double factor;
+    double offset;
+
+    double operator()(double x) const { return x * factor + offset; }
+};
+
+template <class D> struct OwnScaleToInteger {
+    float minVal;
+    float maxVal;
+    OwnLine line;
+
     D operator()(float sample) const
     {
-        constexpr double low = std::numeric_limits<D>::min();
-        constexpr double high = std::numeric_limits<D>::max();
-        const double scaled = (sample - least) * factor + low;
-        const double atLeast = scaled > low ? scaled : low;
-        return static_cast<D>(ownRoundEven(atLeast < high ? atLeast : high));
+        const float atLeast = sample > minVal ? sample : minVal; // a NaN counts as minVal
+        return static_cast<D>(ownRoundEven(line(atLeast < maxVal ? atLeast : maxVal)));
     }
 };
 
-// A weighted mean of both ends: each is met where the other's weight is 0, however unlike their sizes are.
-template <class S> struct OwnScaleToFloat {
-    double least; // minVal and maxVal, divided by the integer range
-    double most;
+// For any range: a float less minVal loses next to nothing. Infinite ends, which make NaNs, give the lowest value.
+template <class D> struct OwnScaleDistance {
+    double minVal;
+    double factor;
+
+    D operator()(float sample) const
+    {
+        using Range = OwnIntegerRange<D>;
+        const double scaled = (sample - minVal) * factor + Range::low;
+        const double atLeast = scaled > Range::low ? scaled : Range::low;
+        return static_cast<D>(ownRoundEven(atLeast < Range::high ? atLeast : Range::high));
+    }
+};
+
+// The other way for any range, as a weighted mean of both ends: each is met where the other's weight is 0, however
+// unlike their sizes are.
+template <class S> struct OwnWeightEnds {
+    double minShare; // minVal and maxVal, divided by the integer range
+    double maxShare;
 
     float operator()(S sample) const
     {
-        constexpr double low = std::numeric_limits<S>::min();
-        constexpr double high = std::numeric_limits<S>::max();
+        using Range = OwnIntegerRange<S>;
         const double x = sample;
-        return static_cast<float>(most * (x - low) + least * (high - x));
+        return static_cast<float>(maxShare * (x - Range::low) + minShare * (Range::high - x));
     }
 };
+
+template <class D>
+static int32_t ownScaleToInteger(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, float minVal,
+                                 float maxVal)
+{
+    using Range = OwnIntegerRange<D>;
+    const double least = minVal;
+    const double factor = Range::width / (maxVal - least);
+    const OwnLine line = { factor, Range::low - least * factor };
+    const double largestProduct = std::max(std::fabs(least), std::fabs(static_cast<double>(maxVal))) * factor;
+    if (largestProduct <= 4 * Range::width) { // never for infinite ends
+        return ownRunDepthsAs<float, D>(site, srcImage, dstImage, OwnScaleToInteger<D> { minVal, maxVal, line });
+    }
+    return ownRunDepthsAs<float, D>(site, srcImage, dstImage, OwnScaleDistance<D> { least, factor });
+}
+
+template <class S>
+static int32_t ownScaleToFloat(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, float minVal, float maxVal)
+{
+    using Range = OwnIntegerRange<S>;
+    const double minShare = minVal / Range::width;
+    const double maxShare = maxVal / Range::width;
+    const OwnLine line = { (maxVal - static_cast<double>(minVal)) / Range::width,
+                           minShare * Range::high - maxShare * Range::low };
+    const auto onLine = [line](S sample) { return static_cast<float>(line(sample)); };
+    const bool keepsEnds =
+        onLine(std::numeric_limits<S>::min()) == minVal && onLine(std::numeric_limits<S>::max()) == maxVal;
+    if (keepsEnds) return ownRunDepthsAs<S, float>(site, srcImage, dstImage, onLine);
+    return ownRunDepthsAs<S, float>(site, srcImage, dstImage, OwnWeightEnds<S> { minShare, maxShare });
+}
 
 static const char* ownScaleFloatFault(const PxkImage* srcImage, const PxkImage* dstImage, float minVal, float maxVal)
 {
@@ -134,20 +190,11 @@ int32_t pxkScaleFP(PxkImage* srcImage, PxkImage* dstImage, float minVal, float m
     OWN_REFUSE_IF(fault != nullptr, PXK_StsBadArg, fault, PXK_StsBadArg);
     const OwnSite site = OWN_HERE;
     const bool isFromFloat = srcImage->depth == PXK_DEPTH_32F;
-    const int32_t depth = isFromFloat ? dstImage->depth : srcImage->depth;
-    const double least = minVal;
-    const double most = maxVal;
     int32_t status = PXK_StsOk;
-    ownForIntegerDepth(depth, [&](auto tag) {
+    ownForIntegerDepth(isFromFloat ? dstImage->depth : srcImage->depth, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
-        constexpr double range = static_cast<double>(std::numeric_limits<T>::max()) - std::numeric_limits<T>::min();
-        if (isFromFloat) {
-            const OwnScaleToInteger<T> scale = { least, range / (most - least) };
-            status = ownRunDepthsAs<float, T>(site, srcImage, dstImage, scale);
-        } else {
-            const OwnScaleToFloat<T> scale = { least / range, most / range };
-            status = ownRunDepthsAs<T, float>(site, srcImage, dstImage, scale);
-        }
+        status = isFromFloat ? ownScaleToInteger<T>(site, srcImage, dstImage, minVal, maxVal)
+                             : ownScaleToFloat<T>(site, srcImage, dstImage, minVal, maxVal);
     });
     return status;
 }

@@ -43,7 +43,6 @@ template <class T> static bool ownTryNetwork(const OwnBand& band, const OwnRank&
     case 9: ownNetworkBand<9, T>(band, rank); return true;
     case 15: ownNetworkBand<15, T>(band, rank); return true;
     case 25: ownNetworkBand<25, T>(band, rank); return true;
-    case 49: ownNetworkBand<49, T>(band, rank); return true;
     default: return false;
     }
 }

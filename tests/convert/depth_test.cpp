@@ -356,7 +356,8 @@ void expectRefusal(const char* func, const Operation& operation, Picture* src, P
     startReports();
     EXPECT_EQ(operation(src != nullptr ? &src->header : nullptr, dst != nullptr ? &dst->header : nullptr), status);
     expectReports({ { report.status, func, report.context } });
-    if (dst != nullptr) EXPECT_TRUE(samePicture(*want, *dst));
+    if (dst == nullptr) return;
+    EXPECT_TRUE(samePicture(*want, *dst));
 }
 
 void expectBadArgument(const char* func, const Operation& operation, const PicturePtr& src, const PicturePtr& dst,
@@ -524,7 +525,10 @@ TEST(Depth, refusedTiles)
 {
     const auto expectRefusedTiles = [](const Scene& scene, const char* func, const Operation& operation,
                                        const std::function<void(Scene&)>& model) {
-        const auto run = [&](Scene& s) { EXPECT_EQ(operation(s[0], s[1]), pxkGetErrStatus()); };
+        const auto run = [&](Scene& s) {
+            const int32_t status = operation(s[0], s[1]);
+            EXPECT_EQ(status, pxkGetErrStatus());
+        };
         expectEachRefusedTileReported(scene, { func, { "srcImage", "dstImage" }, run, model, "NULL" });
     };
     Case c;

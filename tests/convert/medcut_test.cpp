@@ -59,13 +59,13 @@ TEST(Medcut, matchesModel)
     }
 }
 
-// 300 colours on one line. Boxes of a single cell hand their mark on, and the passes end with fewer boxes than wanted.
+// Black is most of the picture, so the first split parts it off alone, and its mark goes on to the rest: nothing may be
+// split any more, with 2 boxes of 16.
 TEST(Medcut, endsWhenNoBoxMayBeSplit)
 {
     Random random(1);
     const PicturePtr image = colorPicture(PictureSpec(PXK_DEPTH_8U, 100, 100, 3), "BGR", random);
     image->setAll(0);
-    // One dominant cell at the low end of every later box: each split parts off a single cell and marks the rest.
     for (int32_t x = 0; x < 60; ++x) image->setNumber(x, 0, 2, 4 * (x % 60) + 4);
     expectTable(*image, 4);
     Bitmap bitmap(bitmapHeader(1, 1, 4), true, random);

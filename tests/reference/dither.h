@@ -65,6 +65,7 @@ inline int64_t floorDivided(int64_t a, int64_t b)
 
 inline int64_t reduce(int64_t v, int32_t from, int32_t to)
 {
+    if (from == to) return v;
     if (to == PXK_DEPTH_1U) return v >= (from == PXK_DEPTH_32S ? 1 : from == PXK_DEPTH_16U ? 32768 : 128) ? 1 : 0;
     if (from == PXK_DEPTH_32S) {
         return to == PXK_DEPTH_16U ? floorDivided(v, 65536) + 32768 : floorDivided(v, 16777216) + 128;

@@ -14,6 +14,12 @@ inline void fuzzExpect(bool isGood)
     if (!isGood) __builtin_trap();
 }
 
+// Reads a byte that no result depends on.
+inline void fuzzTouch(volatile uint8_t& byte)
+{
+    static_cast<void>(static_cast<uint8_t>(byte));
+}
+
 inline int32_t fuzzHandler(int32_t status, const char*, const char*, const char*, int32_t)
 {
     return status;
@@ -140,7 +146,8 @@ inline PxkImage fuzzImage(FuzzInput* input, int32_t width, int32_t height)
     image.height = height;
     const int64_t samples = static_cast<int64_t>(width) * (image.dataOrder == 0 ? image.nChannels : 1);
     const int64_t step = ((samples * (image.depth & 63) + 7) / 8 + image.align - 1) / image.align * image.align;
-    image.widthStep = static_cast<int32_t>(step);
-    image.imageSize = static_cast<int32_t>(step * height * (image.dataOrder == 0 ? 1 : image.nChannels));
+    const int64_t size = step * height * (image.dataOrder == 0 ? 1 : image.nChannels);
+    image.widthStep = step <= INT32_MAX ? static_cast<int32_t>(step) : INT32_MAX;
+    image.imageSize = size <= INT32_MAX ? static_cast<int32_t>(size) : INT32_MAX;
     return image;
 }

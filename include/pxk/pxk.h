@@ -1005,7 +1005,47 @@ PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIteration
 #define PXK_DITHER_STUCKI 8 /**< error diffusion of Stucki */
 #define PXK_DITHER_BAYER 16 /**< ordered, with a matrix of 4 by 4 thresholds */
 
-/** Converts an image to a lower or equal depth and to bitCount significant bits a sample. */
+/**
+ * Converts an image to a lower or equal depth, with noise in front and dithering behind where they are asked for: 32S
+ * to 16U, 8U, 1U; 16U to 16U, 8U, 1U; 8U to 8U, 1U. Works on the smaller width and height of both images, on all
+ * channels, alpha included, each for itself. Masks do not count. The source is never changed; at equal depth it may be
+ * the destination. The result does not depend on tiles. Runs on whatever status is stored.
+ *
+ * The depth falls without rounding: the high bits of a sample, of 32S after adding 2^31; the bit is 1 from 1 (32S),
+ * 32768 (16U), 128 (8U) on.
+ *
+ * jitterType, 0 to 8, is how far noise may move a sample, in steps of 1 / 16 of the range at 8U and 1 / 256 at 16U; at
+ * 32S in steps of the result. Samples of the topmost step stay as they are; a sample that would leave the range is only
+ * rounded at random, upward when it has few bits below the step. The noise comes from the C runtime's rand: 2048
+ * numbers are drawn at each call with a jitterType other than 0. It repeats when srand is given the same seed.
+ *
+ * ditherType is one of PXK_DITHER_...; all but PXK_DITHER_NONE leave bitCount significant bits in each sample of the
+ * destination (of a gray source with a one-bit destination: in the source's samples, which then become bits as above).
+ * A negative bitCount is 0, one above the destination's bits is half of them. Levels are multiples of the step and the
+ * largest sample: bitCount 1 has the levels 0, 128 and 255 at 8U, so to one-bit images it renders gray 128 as white.
+ * With bitCount 0 the levels are 0 and 255, and tone is kept. Errors go from the top row down, always from left to
+ * right.
+ *
+ * Reports -5 "(jitterType<0)||( jitterType >= 9)"; "Incorrect Image"; -5 "src & dst roi must be NULL",
+ * "(src->nChannels != dst->nChannels)||(src->dataOrder != dst->dataOrder)||(src->origin != dst->origin)", "Jittering is
+ * incompatible with dithering operation for 1U destination image", and with dithering "colorModel, (channelSeq)  must
+ * be RGB,(RGB,BGR) or GRAY,(G) when dithering mode is set on" (colorModel "RGB" with channelSeq "RGB" or "BGR", or
+ * "Gray" or "GRAY" with a channelSeq that begins with G). Then, -5 under the name of the stage, before anything is
+ * written:
+ * - ownReduceBits: "Error output depth. 32S to 16U,8U,1U conversion is valid now", "Error output depth. 16U to 8U,1U
+ *   conversion is valid now", "Error output depth. 8U to 1U conversion is valid now", "Error input depth. 32S,16U,8U
+ *   input is valid now";
+ * - ownjitter_rect, the same with noise: "Error output depth for 32S input. Conversion to 16U,8U,1U is valid now",
+ *   "Error output depth for 16U input. Conversion to 8U,1U is valid now", "Error output depth. 8U to 1U conversion is
+ *   valid now", "Error output depth for 8U input. Conversion to 1U is valid now";
+ * - own_dither_rect, for what is to be dithered: "Error output depth for color dithering. 16U,8U is valid now", "Error
+ *   output depth for gray image dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U", "Erroneous dither
+ *   option"; own_dither_tiled_errprop, where errors cross tiles: the first of them, or "Error depth for gray image
+ *   dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U".
+ * Error diffusion needs memory: -4 "no memory for error propagation dithering errors array" (tiled), or "no memory for
+ * errr array" under the row kernel's name, such as owncbDither_Gray_Floyd_PX, with nothing written. A refused tile is
+ * -5 "(src->tileInfo->tileData == NULL)" or "(dst->tileInfo->tileData == NULL)".
+ */
 PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
                            int32_t bitCount);
 

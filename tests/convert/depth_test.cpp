@@ -47,10 +47,12 @@ enum class Origins { EQUAL, ANY };
 Scene makePair(const Case& c, int32_t toDepth, Size size, Origins origins)
 {
     Random random(c.seed ^ 0xDE97);
+    const bool isMany = c.channels == Channels::THREE && random.oneIn(3); // more than are moved together
     const int32_t origin = random.below(2), otherOrigin = origins == Origins::ANY ? random.below(2) : origin;
     PictureSpec first;
     return makeScene(c, 2, [&](PictureSpec& spec, size_t k) {
         spec.origin = k == 0 ? origin : otherOrigin;
+        if (isMany) spec.channels = 6;
         if (k == 0) {
             first = spec;
             return;

@@ -292,8 +292,9 @@ PXK_API void pxkFree(void* block);
  * bytes each, copied as they are. `roi`, `maskROI` and `tileInfo` are held by pointer and stay the caller's. Returns
  * null after reporting "Incorrect data-ins" with, in this order of tests: -10 (width or height below 1), -15 (nChannels
  * below 1), -16 (not one channel at depth 1), -14 (a null text), -17 (depth), -18 (alphaChannel neither 0 nor
- * nChannels), -19 (dataOrder), -20 (origin neither 0 nor 1), -21 (align), -117, -26 or the status less 100 (mask not of
- * depth 1, tiled, or bad), -10 (an image of 2^31 bytes or more). Returns null without a report when out of memory.
+ * nChannels), -19 (dataOrder), -20 (origin neither 0 nor 1), -21 (align), -10 (pixels, or a tile, of 2^31 bytes or
+ * more), -117, -26 or the status less 100 (mask not of depth 1, tiled, or bad). Returns null without a report when out
+ * of memory.
  */
 PXK_API PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t depth, const char* colorModel,
                                        const char* channelSeq, int32_t dataOrder, int32_t origin, int32_t align,
@@ -620,9 +621,10 @@ PXK_API PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
  * Reports, in this order, -5 with the failed condition as text (here with what pxkConvertFromDIBSep returns): dib, in
  * the Sep form dibHeader or dibData, null (-5); image null (-9); alphaChannel below 0 or above nChannels (-18);
  * dataOrder (-19); origin (-20); align (-21); height, width, imageSize (-10) or widthStep (-13) below 1; biSize,
- * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then -10 "Image size is too small", -14 "image->channelSeq unsupport", -4 "Not enough memory to allocate data for
- * destination image", -5 "Bit-field mask is zero", -3 "Impossible to decompress RLE DIB" after the decoder's own
- * report, and -3 "<unknown>" for a biBitCount, or a pair of nChannels and depth, that is not served.
+ * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then -10 "Image size
+ * is too small", -14 "image->channelSeq unsupport", -4 "Not enough memory to allocate data for destination image", -5
+ * "Bit-field mask is zero", -3 "Impossible to decompress RLE DIB" after the decoder's own report, and -3 "<unknown>"
+ * for a biBitCount, or a pair of nChannels and depth, that is not served.
  */
 PXK_API void pxkConvertFromDIB(PxkBitmapInfoHeader* dib, PxkImage* image);
 PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibData, PxkImage* image);
@@ -635,10 +637,11 @@ PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibDa
  * (8 for bitmaps of 8 bits and more). paletteConversion, for bitmaps below 16 bits: PXK_PALETTE_KEEP;
  * PXK_PALETTE_FIXED, which stores a gray ramp for one channel and a fixed set of colours otherwise when the table has
  * 2, 16 or 256 entries, else nothing; PXK_PALETTE_MEDCUT, which stores up to 2^biBitCount colours and their number in
- * biClrUsed (and walks the rows by widthStep). In the plain form the bits stand behind the table as it is after this step. A pixel gets the entry with
- * the least sum of squared differences of red, green and blue, the lowest index among equals. Fields of 16 bits are cut
- * to their width; those of 32 bits are shifted only, and without masks the top byte is 0. PXK_BI_RLE8 and PXK_BI_RLE4
- * code the bits in place and set biSizeImage; bits that would not shrink stay and biCompression becomes 0.
+ * biClrUsed (and walks the rows by widthStep). In the plain form the bits stand behind the table as it is after this
+ * step. A pixel gets the entry with the least sum of squared differences of red, green and blue, the lowest index among
+ * equals. Fields of 16 bits are cut to their width; those of 32 bits are shifted only, and without masks the top byte
+ * is 0. PXK_BI_RLE8 and PXK_BI_RLE4 code the bits in place and set biSizeImage; bits that would not shrink stay and
+ * biCompression becomes 0.
  *
  * Both run on whatever status is stored. pxkConvertToDIBSep returns 0 or a status, which is not always the reported
  * one.
@@ -846,8 +849,9 @@ typedef struct PxkConvKernelFP {
 } PxkConvKernelFP;
 
 /**
- * Makes a kernel from nRows rows of nCols coefficients, which are copied. (anchorX, anchorY) is the coefficient that meets the
- * pixel itself. Release it with pxkDeleteConvKernel or pxkDeleteConvKernelFP. Returns null after reporting -5 "(values == 0)",
+ * Makes a kernel from nRows rows of nCols coefficients, which are copied. (anchorX, anchorY) is the coefficient that
+ * meets the pixel itself. Release it with pxkDeleteConvKernel or pxkDeleteConvKernelFP. Returns null after reporting -5
+ * "(values == 0)",
  * "(nRows<=0 || nCols<=0)", "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)" or -4 "Allocation failure".
  */
 PXK_API PxkConvKernel* pxkCreateConvKernel(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
@@ -860,12 +864,13 @@ PXK_API PxkConvKernelFP* pxkCreateConvKernelFP(int32_t nCols, int32_t nRows, int
                                                const float* values);
 
 /**
- * Gives back what a kernel was made from; `values` has room for nCols nRows coefficients (the Char form keeps their low 8 bits).
- * Reports -5 "kernel==0", "ownBadKernel((OwnConvKernel*)kernel)", then "nRows==0" and "nCols==0", then "anchorX==0" and
- * "anchorY==0", then "values==0", "nShiftR==0"; a negative stored status ends the call silently behind each pair.
+ * Gives back what a kernel was made from; `values` has room for nCols nRows coefficients (the Char form keeps their low
+ * 8 bits). Reports -5 "kernel==0", "ownBadKernel((OwnConvKernel*)kernel)", then "nRows==0" and "nCols==0", then
+ * "anchorX==0" and "anchorY==0", then "values==0", "nShiftR==0"; a negative stored status ends the call silently behind
+ * each pair.
  */
-PXK_API void pxkGetConvKernel(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
-                              int32_t* anchorY, int32_t* values, int32_t* nShiftR);
+PXK_API void pxkGetConvKernel(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX, int32_t* anchorY,
+                              int32_t* values, int32_t* nShiftR);
 PXK_API void pxkGetConvKernelChar(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
                                   int32_t* anchorY, int8_t* values, int32_t* nShiftR);
 PXK_API void pxkGetConvKernelFP(PxkConvKernelFP* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
@@ -876,20 +881,22 @@ PXK_API void pxkDeleteConvKernel(PxkConvKernel* kernel);
 PXK_API void pxkDeleteConvKernelFP(PxkConvKernelFP* kernel);
 
 /**
- * Convolves with one to ten kernels and combines their results per pixel (PXK_CONV_...). With the caller's coefficients K and
- * anchor (ax, ay) a kernel gives the sum over u, v of K[v][u] src(x + ax - u, y + ay - v), shifted right by nShiftR. With one
- * kernel method 1 squares, 2 takes the absolute value, and all others give the plain result. The result is limited to the
- * depth's range; at depth 1U bits count as 0 and 1, and a result above 0 gives 1. Depths 1U, 8U, 8S, 16U, 16S, 32S.
+ * Convolves with one to ten kernels and combines their results per pixel (PXK_CONV_...). With the caller's coefficients
+ * K and anchor (ax, ay) a kernel gives the sum over u, v of K[v][u] src(x + ax - u, y + ay - v), shifted right by
+ * nShiftR. With one kernel method 1 squares, 2 takes the absolute value, and all others give the plain result. The
+ * result is limited to the depth's range; at depth 1U bits count as 0 and 1, and a result above 0 gives 1. Depths 1U,
+ * 8U, 8S, 16U, 16S, 32S.
  *
- * Sums are exact in 32-bit integers where coefficients have 16 bits and no sum can leave 32 bits; otherwise, and always at 32S,
- * they are kept in single precision and rounded to nearest even. Sums of squares of kernels whose sums fit 16 bits wrap in 32.
- * Beyond the image the border modes hold, constants limited to the depth; the edge of a region is none. Pixels selected by the
- * masks of both images change. Source and destination may be one image.
+ * Sums are exact in 32-bit integers where coefficients have 16 bits and no sum can leave 32 bits; otherwise, and always
+ * at 32S, they are kept in single precision and rounded to nearest even. Sums of squares of kernels whose sums fit 16
+ * bits wrap in 32. Beyond the image the border modes hold, constants limited to the depth; the edge of a region is
+ * none. Pixels selected by the masks of both images change. Source and destination may be one image.
  *
  * Reports "Incorrect Image"; -11 "Bad ROI offsets" (a region that starts outside its image); -5 "kernel==0",
- * "(nKernels<=0 || nKernels>10)", "Inadmissible method", "kernel[i]==0", "Bad kernel structure", "Uncompatible images" (depths,
- * orders or channels differ), "32F images can be processed only with FP kernel", "FP kernel can be used only for 32F image",
- * "One of the COI is not defined", "No channel to operate"; -4 "Allocation failure", also for a refused tile.
+ * "(nKernels<=0 || nKernels>10)", "Inadmissible method", "kernel[i]==0", "Bad kernel structure", "Uncompatible images"
+ * (depths, orders or channels differ), "32F images can be processed only with FP kernel", "FP kernel can be used only
+ * for 32F image", "One of the COI is not defined", "No channel to operate"; -4 "Allocation failure", also for a refused
+ * tile.
  */
 PXK_API void pxkConvolve2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel** kernel, int32_t nKernels,
                            int32_t combineMethod);
@@ -899,10 +906,11 @@ PXK_API void pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKern
                              int32_t combineMethod);
 
 /**
- * Convolves rows with xKernel (one row) and the result with yKernel (one column); one of the two may be null, which leaves that
- * axis alone. The row kernel's shifted sums are kept in 32 bits without limiting, the column kernel's are limited to the depth.
- * 32S and coefficients whose sums could leave 32 bits are computed in double precision and rounded to nearest even at the end.
- * Images, borders and reports as pxkConvolve2D, then -5 "(xKernel == 0) && (yKernel == 0)", "Bad kernel structure",
+ * Convolves rows with xKernel (one row) and the result with yKernel (one column); one of the two may be null, which
+ * leaves that axis alone. The row kernel's shifted sums are kept in 32 bits without limiting, the column kernel's are
+ * limited to the depth. 32S and coefficients whose sums could leave 32 bits are computed in double precision and
+ * rounded to nearest even at the end. Images, borders and reports as pxkConvolve2D, then -5 "(xKernel == 0) && (yKernel
+ * == 0)", "Bad kernel structure",
  * "(xKernel->nRows != 1)", "(yKernel->nCols != 1)".
  */
 PXK_API void pxkConvolveSep2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel* xKernel, PxkConvKernel* yKernel);
@@ -925,16 +933,17 @@ PXK_API void pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvK
 #define PXK_FILTER_SHARPEN_3x3 10  /**< -1 everywhere, 16 in the middle, over 8 */
 
 /**
- * Applies a fixed filter, its middle on the pixel, at every depth; integer sums are shifted right, floats multiplied by the
- * power of two. Images, borders and reports as pxkConvolve2D and pxkConvolve2DFP; -5 "(filter < 0) || (filter > 10)".
+ * Applies a fixed filter, its middle on the pixel, at every depth; integer sums are shifted right, floats multiplied by
+ * the power of two. Images, borders and reports as pxkConvolve2D and pxkConvolve2DFP; -5 "(filter < 0) || (filter >
+ * 10)".
  */
 PXK_API void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filter);
 
 /**
- * The mean of the nCols by nRows window round each pixel, (anchorX, anchorY) as for the rank filters. Integer depths round to
- * nearest, halves upward; 32F is summed in double precision and rounded once, and no sample outside a window touches its mean.
- * Source and destination may be one image. Masks, borders and reports as the rank filters; 1U is refused with -5
- * "srcImage->depth==1", 32F is taken.
+ * The mean of the nCols by nRows window round each pixel, (anchorX, anchorY) as for the rank filters. Integer depths
+ * round to nearest, halves upward; 32F is summed in double precision and rounded once, and no sample outside a window
+ * touches its mean. Source and destination may be one image. Masks, borders and reports as the rank filters; 1U is
+ * refused with -5 "srcImage->depth==1", 32F is taken.
  */
 PXK_API void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
                      int32_t anchorY);
@@ -943,15 +952,16 @@ PXK_API void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int3
 /**
  * @name Rank filters
  *
- * One sample of the nCols by nRows window round each pixel, chosen by its rank; (anchorX, anchorY) is the window's pixel that
- * the result belongs to, counted from its upper left corner. Depths 1U, 8U, 8S, 16U, 16S, 32S. Beyond the image the border
- * modes hold; the edge of a region is none. Pixels selected by the masks of both images change.
+ * One sample of the nCols by nRows window round each pixel, chosen by its rank; (anchorX, anchorY) is the window's
+ * pixel that the result belongs to, counted from its upper left corner. Depths 1U, 8U, 8S, 16U, 16S, 32S. Beyond the
+ * image the border modes hold; the edge of a region is none. Pixels selected by the masks of both images change.
  *
- * All report "Incorrect Image"; -5 "(anchorX>=nCols)||(anchorX<0)", "(anchorY>=nRows)||(anchorY<0)", "(srcImage==dstImage)",
- * "srcImage->depth!=dstImage->depth", "srcImage->depth==32", "srcImage->nChannels!=dstImage->nChannels",
- * "srcImage->alphaChannel!=dstImage->alphaChannel", unless the depth is 1U "srcImage->dataOrder!=dstImage->dataOrder", and
- * "Number of interset channel input and output Image is not equal.". Behind these checks a negative stored status ends the
- * call silently, and so do a shortage of memory and a refused tile, with part of the destination written.
+ * All report "Incorrect Image"; -5 "(anchorX>=nCols)||(anchorX<0)", "(anchorY>=nRows)||(anchorY<0)",
+ * "(srcImage==dstImage)", "srcImage->depth!=dstImage->depth", "srcImage->depth==32",
+ * "srcImage->nChannels!=dstImage->nChannels", "srcImage->alphaChannel!=dstImage->alphaChannel", unless the depth is 1U
+ * "srcImage->dataOrder!=dstImage->dataOrder", and "Number of interset channel input and output Image is not equal.".
+ * Behind these checks a negative stored status ends the call silently, and so do a shortage of memory and a refused
+ * tile, with part of the destination written.
  */
 
 /** The largest sample. */
@@ -963,8 +973,8 @@ PXK_API void pxkMinFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols,
                           int32_t anchorY);
 
 /**
- * The middle sample, of an even number the upper one of the two in the middle. At depth 1U the bit that at least half of the
- * window has, so that a tie gives 1.
+ * The middle sample, of an even number the upper one of the two in the middle. At depth 1U the bit that at least half
+ * of the window has, so that a tie gives 1.
  */
 PXK_API void pxkMedianFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
                              int32_t anchorY);
@@ -973,14 +983,15 @@ PXK_API void pxkMedianFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCo
 /**
  * @name Morphology
  *
- * One pass of a square window of side 2 nIterations + 1 (it is no loop count) over images of depth 1U, 8U or 16U. The window
- * sees the region and a ring of one sample round it, real samples where the image has them and samples by the border modes
- * beyond the image; everything farther out repeats the ring. Masks of both images limit what is written, not what is read.
- * Source and destination may be one image. The stored status is set to 0 on entry.
+ * One pass of a square window of side 2 nIterations + 1 (it is no loop count) over images of depth 1U, 8U or 16U. The
+ * window sees the region and a ring of one sample round it, real samples where the image has them and samples by the
+ * border modes beyond the image; everything farther out repeats the ring. Masks of both images limit what is written,
+ * not what is read. Source and destination may be one image. The stored status is set to 0 on entry.
  *
- * All report under the name ownMorph: "Incorrect Image"; -5 "Illegal number of of iterations" (below 1), "Illegal image depth",
- * "SRC and DST depth are different", "SRC and DST order are different", "SRC and DST orign are different", "SRC and DST number
- * of channels are different". When memory is short or a tile is refused the status is -4 and nothing is reported.
+ * All report under the name ownMorph: "Incorrect Image"; -5 "Illegal number of of iterations" (below 1), "Illegal image
+ * depth", "SRC and DST depth are different", "SRC and DST order are different", "SRC and DST orign are different", "SRC
+ * and DST number of channels are different". When memory is short or a tile is refused the status is -4 and nothing is
+ * reported.
  */
 
 /** The largest sample of the window. */

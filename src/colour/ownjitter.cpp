@@ -3,21 +3,21 @@
 
 #include "ownreduce.h"
 
-// How a sample of one depth is jittered towards another.
-struct OwnJitterRule {
-    int64_t guard; // samples from here on stay as they are
-    int64_t lowBits;
-    int64_t multiplier;
-    int64_t bump;
+// How a sample of one depth is jittered towards another. Products with 32S samples need 64 bits.
+template <class Wide> struct OwnJitterRule {
+    Wide guard; // samples from here on stay as they are
+    Wide lowBits;
+    Wide multiplier;
+    Wide bump;
     int32_t stepBits;
-    int64_t largest;
+    Wide largest;
 };
 
 // The bump of signed samples is one less than a step. Not to be repaired.
-static constexpr OwnJitterRule ownJitter8U = { 240, 15, 17, 16, 4, 255 };
-static constexpr OwnJitterRule ownJitter16U = { 65280, 255, 257, 256, 8, 65535 };
-static constexpr OwnJitterRule ownJitter32STo16U = { 0x7FFF0000, 0xFFFF, 65537, 65535, 16, INT32_MAX };
-static constexpr OwnJitterRule ownJitter32STo8U = { 0x7F000000, 0xFFFFFF, 16777217, 0xFFFFFF, 24, INT32_MAX };
+static constexpr OwnJitterRule<int32_t> ownJitter8U = { 240, 15, 17, 16, 4, 255 };
+static constexpr OwnJitterRule<int32_t> ownJitter16U = { 65280, 255, 257, 256, 8, 65535 };
+static constexpr OwnJitterRule<int64_t> ownJitter32STo16U = { 0x7FFF0000, 0xFFFF, 65537, 65535, 16, INT32_MAX };
+static constexpr OwnJitterRule<int64_t> ownJitter32STo8U = { 0x7F000000, 0xFFFFFF, 16777217, 0xFFFFFF, 24, INT32_MAX };
 
 void ownDrawNoise(OwnNoise& noise, int32_t jitterType)
 {
@@ -28,8 +28,8 @@ void ownDrawNoise(OwnNoise& noise, int32_t jitterType)
 
 // The two numbers for a sample: `shift` is for its displacement, `round` decides whether it is bumped.
 struct OwnDraw {
-    int64_t shift;
-    int64_t round;
+    int32_t shift;
+    int32_t round;
 };
 
 static OwnDraw ownDrawAt(const OwnNoise& noise, uint32_t x, uint32_t y)
@@ -38,13 +38,15 @@ static OwnDraw ownDrawAt(const OwnNoise& noise, uint32_t x, uint32_t y)
              noise.table[(x + noise.shuffle[x & 1023] + 4 * y) & 1023] };
 }
 
-static int64_t ownJittered(int64_t sample, const OwnDraw& draw, int64_t amount, const OwnJitterRule& rule)
+template <class Wide>
+static Wide ownJittered(Wide sample, const OwnDraw& draw, int32_t amount, const OwnJitterRule<Wide>& rule)
 {
-    if (sample >= rule.guard) return sample;
-    const int64_t shift = (((2 * amount * draw.shift + 512) >> 10) - amount) * (INT64_C(1) << rule.stepBits);
-    if ((sample & rule.lowBits) <= (draw.round * rule.multiplier) >> 10) sample += rule.bump;
-    const int64_t moved = sample + shift;
-    return moved >= 0 && moved <= rule.largest ? moved : sample;
+    const Wide steps = ((2 * amount * draw.shift + 512) >> 10) - amount;
+    const bool isBumped = (sample & rule.lowBits) <= (draw.round * rule.multiplier) >> 10;
+    const Wide bumped = sample + (isBumped ? rule.bump : 0);
+    const Wide moved = bumped + steps * (Wide(1) << rule.stepBits);
+    const Wide result = moved >= 0 && moved <= rule.largest ? moved : bumped;
+    return sample >= rule.guard ? sample : result;
 }
 
 // Towards one bit the rule is one of fractions with 10 binary places, which 64-bit integers in units of 1 / 1024 hold
@@ -66,7 +68,7 @@ static void ownJitterBy(const OwnNoise& noise, T* samples, ptrdiff_t n, uint32_t
 {
     for (ptrdiff_t i = 0; i < n; ++i) {
         const OwnDraw draw = ownDrawAt(noise, x + static_cast<uint32_t>(i), y);
-        samples[i] = static_cast<T>(ownJittered(samples[i], draw, noise.amount, rule));
+        samples[i] = static_cast<T>(ownJittered<Wide>(samples[i], draw, noise.amount, rule));
     }
 }
 

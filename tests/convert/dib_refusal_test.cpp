@@ -257,6 +257,30 @@ TEST(DibTranslate, refuses)
     expectRefusal(changed([](auto& h) { h.biWidth = h.biHeight = INT32_MAX, h.biBitCount = 24; }), badSize);
 }
 
+// Colour to one bit and alpha cannot be reduced; a status from before counts as a failure of the reduction.
+TEST(DibTo, refusesWhatCannotBeReduced)
+{
+    Random random(1);
+    const auto expectFailure = [&](int32_t bits, int32_t channels, int32_t staleStatus, int32_t returned, Report last) {
+        Arguments a;
+        depth(PXK_DEPTH_8U, channels)(a);
+        memcpy(a.picture->header.colorModel, channels == 4 ? "RGBA" : "RGB", 4);
+        if (channels == 4) a.picture->header.alphaChannel = 4;
+        const Bitmap bitmap(bitmapHeader(5, 4, bits), true, random);
+        startReports();
+        pxkSetErrStatus(staleStatus);
+        EXPECT_EQ(convertTo(a.image, bitmap, PXK_DITHER_FS), returned);
+        ASSERT_FALSE(recordedReports().empty());
+        EXPECT_EQ(recordedReports().back(), last);
+        EXPECT_EQ(recordedReports().size(), staleStatus != 0 ? 1u : 2u);
+    };
+    const Report notReduced = { -3, "pxkConvertToDIBSep", "Dithering can't be produced" };
+    expectFailure(1, 3, 0, -4, { -4, "pxkConvertToDIBSep", "Not enough memory to allocate header for temporal image" });
+    expectFailure(8, 4, 0, -3, notReduced);
+    expectFailure(8, 3, -7, -3, notReduced);
+    startReports();
+}
+
 // ---- what a status from before does --------------------------------------------------------------------------------
 
 TEST(DibStale, stopsThePlainFormFromABitmapOnly)

@@ -189,6 +189,42 @@ TEST(DibTo, countsTheTableAfterTheCut)
     EXPECT_EQ(bitmap.pixel(1, 0), 0u);
 }
 
+// ---- dithering -----------------------------------------------------------------------------------------------------
+
+// The table comes from the image as it is, the indices from the image reduced to the bitmap's bits. A region on the
+// image does not count.
+TEST(DibTo, reducesTheImageFirst)
+{
+    startReports();
+    Random random(3);
+    for (const int32_t bits : { 1, 4, 8, 24 })
+        for (const int32_t channels : { 1, 3 })
+            for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_16U })
+                for (const int32_t dither : { 2, 4, 8, 16 })
+                    for (const int32_t palette : { PXK_PALETTE_FIXED, PXK_PALETTE_MEDCUT }) {
+                        if (bits == 1 && channels == 3) continue;
+                        SCOPED_TRACE(std::to_string(bits) + " bits, " + std::to_string(channels) + " channels, "
+                                     + depthName(depth) + ", dither " + std::to_string(dither) + ", palette "
+                                     + std::to_string(palette));
+                        const PicturePtr image = Picture::make(PictureSpec(depth, 37, 9, channels), random);
+                        memcpy(image->header.colorModel, channels == 1 ? "GRAY" : "RGB", 4);
+                        memcpy(image->header.channelSeq, channels == 1 ? "G\0\0" : "BGR", 4);
+                        Bitmap got(bitmapHeader(37, 9, bits), true, random);
+                        const auto want = got.copy();
+                        const PicturePtr reduced = Picture::make(
+                            PictureSpec(bits == 1 ? PXK_DEPTH_1U : PXK_DEPTH_8U, 37, 9, channels), random);
+                        memcpy(reduced->header.colorModel, image->header.colorModel, 4);
+                        memcpy(reduced->header.channelSeq, image->header.channelSeq, 4);
+                        pxkReduceBits(*image, *reduced, 0, dither, bits == 24 ? 8 : bits);
+                        EXPECT_EQ(convertTo(*image, *want, 1, palette), 0);
+                        EXPECT_EQ(convertTo(*reduced, *want), 0);
+                        image->setRegion(3, 2, 5, 4);
+                        EXPECT_EQ(convertTo(*image, got, dither, palette), 0);
+                        EXPECT_TRUE(got.sameAs(*want));
+                        expectNoReports();
+                    }
+}
+
 // ---- images of bitmaps ---------------------------------------------------------------------------------------------
 
 namespace {

@@ -19,8 +19,8 @@ typedef struct BitmapFile {
 } BitmapFile;
 
 /**
- * Reads a file, or a file's bytes. Stores 0 as the library's status first. Returns null and fills `file`, or returns why
- * it could not and leaves nothing to release. Bytes may be released after the call.
+ * Reads a file, or a file's bytes. Stores 0 as the library's status first. Returns null and fills `file`, or returns
+ * why it could not and leaves nothing to release. Bytes may be released after the call.
  */
 const char* readBitmap(BitmapFile* file, const char* path);
 const char* readBitmapBytes(BitmapFile* file, const void* bytes, size_t length);

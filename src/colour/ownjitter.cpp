@@ -38,15 +38,17 @@ static OwnDraw ownDrawAt(const OwnNoise& noise, uint32_t x, uint32_t y)
              noise.table[(x + noise.shuffle[x & 1023] + 4 * y) & 1023] };
 }
 
+// Conditions are masks: noise can't be predicted, so branches on it would be missed half the time.
 template <class Wide>
 static Wide ownJittered(Wide sample, const OwnDraw& draw, int32_t amount, const OwnJitterRule<Wide>& rule)
 {
     const Wide steps = ((2 * amount * draw.shift + 512) >> 10) - amount;
-    const bool isBumped = (sample & rule.lowBits) <= (draw.round * rule.multiplier) >> 10;
-    const Wide bumped = sample + (isBumped ? rule.bump : 0);
-    const Wide moved = bumped + steps * (Wide(1) << rule.stepBits);
-    const Wide result = moved >= 0 && moved <= rule.largest ? moved : bumped;
-    return sample >= rule.guard ? sample : result;
+    const Wide isBumped = (sample & rule.lowBits) <= (draw.round * rule.multiplier) >> 10 ? 1 : 0;
+    const Wide bumped = sample + (rule.bump & -isBumped);
+    const Wide shift = steps * (Wide(1) << rule.stepBits);
+    const Wide isInside = (bumped + shift >= 0 ? 1 : 0) & (bumped + shift <= rule.largest ? 1 : 0);
+    const Wide isBelowGuard = sample < rule.guard ? 1 : 0;
+    return sample + ((bumped - sample + (shift & -isInside)) & -isBelowGuard);
 }
 
 // Towards one bit the rule is one of fractions with 10 binary places, which 64-bit integers in units of 1 / 1024 hold
@@ -62,9 +64,9 @@ static int32_t ownJitteredToBit(int64_t sample, const OwnDraw& draw, int64_t amo
     return (isInside ? moved : sample * one) >= one ? 1 : 0;
 }
 
-template <class T>
+template <class T, class Wide>
 static void ownJitterBy(const OwnNoise& noise, T* samples, ptrdiff_t n, uint32_t x, uint32_t y,
-                        const OwnJitterRule& rule)
+                        const OwnJitterRule<Wide>& rule)
 {
     for (ptrdiff_t i = 0; i < n; ++i) {
         const OwnDraw draw = ownDrawAt(noise, x + static_cast<uint32_t>(i), y);

@@ -157,15 +157,15 @@ template <class S>
 static int32_t ownScaleToFloat(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, float minVal, float maxVal)
 {
     using Range = OwnIntegerRange<S>;
-    const double minShare = minVal / Range::width;
-    const double maxShare = maxVal / Range::width;
-    const OwnLine line = { (maxVal - static_cast<double>(minVal)) / Range::width,
-                           minShare * Range::high - maxShare * Range::low };
+    const double least = minVal;
+    const double most = maxVal;
+    const OwnLine line = { (most - least) / Range::width, (least * Range::high - most * Range::low) / Range::width };
     const auto onLine = [line](S sample) { return static_cast<float>(line(sample)); };
     const bool keepsEnds =
         onLine(std::numeric_limits<S>::min()) == minVal && onLine(std::numeric_limits<S>::max()) == maxVal;
     if (keepsEnds) return ownRunDepthsAs<S, float>(site, srcImage, dstImage, onLine);
-    return ownRunDepthsAs<S, float>(site, srcImage, dstImage, OwnWeightEnds<S> { minShare, maxShare });
+    return ownRunDepthsAs<S, float>(site, srcImage, dstImage,
+                                    OwnWeightEnds<S> { least / Range::width, most / Range::width });
 }
 
 static const char* ownScaleFloatFault(const PxkImage* srcImage, const PxkImage* dstImage, float minVal, float maxVal)

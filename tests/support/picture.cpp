@@ -82,11 +82,12 @@ static size_t pagesFor(size_t size)
     return (size + guardBytes + pageBytes() - 1) / pageBytes();
 }
 
-// Mappings are dear, so free ones wait for the next block of as many pages.
+// Mappings are dear, so free ones wait for the next block of as many pages. Each thread has its own, so that a
+// sanitizer of threads sees what the library does and not this.
 static std::vector<uint8_t*>& freePages(size_t pages)
 {
-    static std::map<size_t, std::vector<uint8_t*>>* const lists = new std::map<size_t, std::vector<uint8_t*>>;
-    return (*lists)[pages];
+    static thread_local std::map<size_t, std::vector<uint8_t*>> lists;
+    return lists[pages];
 }
 
 Block::Block(size_t size)

@@ -24,8 +24,14 @@ inline std::ostream& operator<<(std::ostream& out, const Report& report)
 
 inline std::vector<Report>& recordedReports()
 {
+#ifdef _WIN32
+    // MinGW frees a thread's variables before it runs their destructors, so this one has none to run.
+    static thread_local std::vector<Report>* const reports = new std::vector<Report>;
+    return *reports;
+#else
     static thread_local std::vector<Report> reports;
     return reports;
+#endif
 }
 
 inline int32_t recordReport(int32_t status, const char* func, const char* context, const char* file, int32_t line)

@@ -1063,10 +1063,30 @@ PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitte
 /* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */
 #if defined(__cplusplus) && __cplusplus >= 201103L
+#define PXK_IS_AT(record, field, with4, with8)                                                                         \
+    static_assert(offsetof(record, field) == (sizeof(void*) == 4 ? (with4) : (with8)), #record "." #field)
 static_assert(sizeof(PxkROI) == 20, "PxkROI");
 static_assert(sizeof(PxkImage) == (sizeof(void*) == 4 ? 112 : 144), "PxkImage");
 static_assert(sizeof(PxkBitmapInfoHeader) == 40, "PxkBitmapInfoHeader");
 static_assert(sizeof(PxkTileInfo) == (sizeof(void*) == 4 ? 20 : 32), "PxkTileInfo");
+PXK_IS_AT(PxkImage, depth, 16, 16);
+PXK_IS_AT(PxkImage, dataOrder, 28, 28);
+PXK_IS_AT(PxkImage, height, 44, 44);
+PXK_IS_AT(PxkImage, roi, 48, 48);
+PXK_IS_AT(PxkImage, maskROI, 52, 56);
+PXK_IS_AT(PxkImage, userTag, 56, 64);
+PXK_IS_AT(PxkImage, tileInfo, 60, 72);
+PXK_IS_AT(PxkImage, imageSize, 64, 80);
+PXK_IS_AT(PxkImage, imageData, 68, 88);
+PXK_IS_AT(PxkImage, widthStep, 72, 96);
+PXK_IS_AT(PxkImage, borderMode, 76, 100);
+PXK_IS_AT(PxkImage, borderConst, 92, 116);
+PXK_IS_AT(PxkImage, imageDataBase, 108, 136);
+PXK_IS_AT(PxkTileInfo, id, 4, 8);
+PXK_IS_AT(PxkTileInfo, tileData, 8, 16);
+PXK_IS_AT(PxkTileInfo, width, 12, 24);
+PXK_IS_AT(PxkTileInfo, height, 16, 28);
+#undef PXK_IS_AT
 #endif
 
 #ifdef __cplusplus

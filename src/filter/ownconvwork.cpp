@@ -57,13 +57,7 @@ bool ownBeginConvWork(const OwnSite& site, const OwnConvImages& images, OwnConvW
     ownNormalizeBorderConsts(&work.source);
     OwnWindowWork& window = work.window;
     window = {};
-    window.source = &work.source;
-    window.destination = images.dstImage;
-    window.isInPlace = ownSharePixels(images.srcImage, images.dstImage);
-    window.sourceRect = ownRegionRect(images.srcImage);
-    window.destinationRect = ownRegionRect(images.dstImage);
-    window.sourceRect.width = window.destinationRect.width = size.width;
-    window.sourceRect.height = window.destinationRect.height = size.height;
+    ownPlaceWindow(window, &work.source, images.dstImage, size);
     window.mask = work.mask.bitsOrNull();
     window.bitRows = OwnBitRows::AS_BYTES;
     window.ring = ownRingNone;

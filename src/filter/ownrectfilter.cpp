@@ -66,13 +66,7 @@ void ownRunRectFilter(const OwnRectFilter& filter, OwnBitRows bitRows, const Own
     const OwnSize size = { std::min(common.width, mask.size.width), std::min(common.height, mask.size.height) };
     if (size.isEmpty()) return;
     OwnWindowWork work = {};
-    work.source = filter.srcImage;
-    work.destination = filter.dstImage;
-    work.isInPlace = ownSharePixels(filter.srcImage, filter.dstImage);
-    work.sourceRect = ownRegionRect(filter.srcImage);
-    work.destinationRect = ownRegionRect(filter.dstImage);
-    work.sourceRect.width = work.destinationRect.width = size.width;
-    work.sourceRect.height = work.destinationRect.height = size.height;
+    ownPlaceWindow(work, filter.srcImage, filter.dstImage, size);
     work.mask = mask.bitsOrNull();
     work.margins = { filter.anchorX, filter.anchorY, filter.nCols - 1 - filter.anchorX,
                      filter.nRows - 1 - filter.anchorY };

@@ -117,6 +117,17 @@ bool ownSharePixels(const PxkImage* imageA, const PxkImage* imageB)
     return start(imageA) < end(imageB) && start(imageB) < end(imageA);
 }
 
+void ownPlaceWindow(OwnWindowWork& work, PxkImage* source, PxkImage* destination, OwnSize size)
+{
+    work.source = source;
+    work.destination = destination;
+    work.isInPlace = ownSharePixels(source, destination);
+    work.sourceRect = ownRegionRect(source);
+    work.destinationRect = ownRegionRect(destination);
+    work.sourceRect.width = work.destinationRect.width = size.width;
+    work.sourceRect.height = work.destinationRect.height = size.height;
+}
+
 void ownLimitBits(const OwnBand& band)
 {
     for (int32_t y = 0; y < band.height; ++y) {

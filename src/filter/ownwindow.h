@@ -62,6 +62,9 @@ struct OwnWindowWork {
 // True when writing one image may change what is read from the other: one record of tiles, or overlapping blocks.
 bool ownSharePixels(const PxkImage* imageA, const PxkImage* imageB);
 
+// Images, rectangles of this size at each image's region, and whether pixels are shared.
+void ownPlaceWindow(OwnWindowWork& work, PxkImage* source, PxkImage* destination, OwnSize size);
+
 // Brings source rows to the engine and its output to the processed channels of the destination. A tiled destination is
 // walked tile by tile; a tiled source is fetched, for each destination tile if the destination is tiled too, otherwise
 // at once; in place all is fetched before the first write. False: out of memory, or a tile was refused; nothing was

@@ -30,6 +30,17 @@ constexpr int ranOn = 42;
     _exit(isRight ? ranOn : 99);
 }
 
+// A bare container may have no pseudo terminals; what needs one is skipped there, and says so.
+bool hasTerminals()
+{
+    const int master = posix_openpt(O_RDWR | O_NOCTTY);
+    if (master != -1) close(master);
+    return master != -1;
+}
+
+#define SKIP_WITHOUT_TERMINALS()                                                                                       \
+    if (!hasTerminals()) GTEST_SKIP() << "no pseudo terminals: is /dev/pts mounted?"
+
 // One pseudo terminal: what is typed is not echoed, lines end in a line feed.
 class Terminal {
 public:
@@ -152,6 +163,7 @@ const std::string parentUnasked = parent + okCancel + "OK (no terminal to ask)\n
 
 TEST(PosixBox, answersOnATerminal)
 {
+    SKIP_WITHOUT_TERMINALS();
     const struct {
         int32_t mode;
         std::string keys, shown;
@@ -179,6 +191,7 @@ TEST(PosixBox, answersOnATerminal)
 
 TEST(PosixBox, terminalInOtherStates)
 {
+    SKIP_WITHOUT_TERMINALS();
     const Outcome raw = onTerminal(PXK_ErrModeLeaf, "", [] {
         termios settings;
         tcgetattr(0, &settings);
@@ -209,6 +222,7 @@ TEST(PosixBox, terminalInOtherStates)
 
 TEST(PosixBox, textsOfAnyLength)
 {
+    SKIP_WITHOUT_TERMINALS();
     const std::string func(700, 'f'), context(5000, 'c'), file(900, 'a');
     const Outcome outcome = withoutTerminal(PXK_ErrModeLeaf, [&](int pipe) {
         dup2(pipe, 0);
@@ -235,6 +249,7 @@ TEST(PosixBox, textsOfAnyLength)
 
 TEST(PosixBox, neverWaitsWhereNobodyCanBeAsked)
 {
+    SKIP_WITHOUT_TERMINALS();
     int silent[2]; // a pipe that stays open, and that nobody writes to
     ASSERT_EQ(pipe(silent), 0);
     const Terminal terminal, other;
@@ -270,6 +285,7 @@ TEST(PosixBox, neverWaitsWhereNobodyCanBeAsked)
 // A job in the background would be stopped by the terminal if it read from it.
 TEST(PosixBox, backgroundJobIsNotStopped)
 {
+    SKIP_WITHOUT_TERMINALS();
     const Terminal terminal;
     const pid_t shell = startChild([&] {
         terminal.become();

@@ -26,20 +26,20 @@ bool ownGoodComparison(const OwnSite& site, PxkImage* srcImage, PxkImage* dstIma
 }
 
 // Channels are operands of their own here, as many at a time as a kernel takes; a bit stays 1 while all of them agree.
-static void ownComparePatch(const OwnPatch& patch, int32_t nSources, const OwnCompareRow& row)
+static void ownComparePiece(const OwnPiece& piece, int32_t nSources, const OwnCompareRow& row)
 {
-    const int32_t nChannels = patch.views[0].nChannels;
+    const int32_t nChannels = piece.views[0].nChannels;
     const int32_t most = (ownMostOperands - 1) / nSources;
     for (int32_t start = 0; start < nChannels; start += most) {
         const int32_t count = std::min(most, nChannels - start);
         OwnView views[ownMostOperands];
         for (int32_t k = 0; k < nSources * count; ++k) {
-            views[k] = ownChannelView(patch.views[k / count], start + k % count);
+            views[k] = ownChannelView(piece.views[k / count], start + k % count);
         }
-        views[nSources * count] = patch.views[nSources];
+        views[nSources * count] = piece.views[nSources];
         const bool isFurther = start > 0;
         const auto call = [&](uint8_t* const* rows, ptrdiff_t n) { row.call(row.self, rows, n, count, isFurther); };
-        ownRunViews(views, nSources * count + 1, 1, patch.mask, ownRowKernel(call, isFurther));
+        ownRunViews(views, nSources * count + 1, 1, piece.mask, ownRowFunction(call, isFurther));
     }
 }
 
@@ -47,8 +47,8 @@ static void ownRunComparison(const OwnSite& site, std::initializer_list<OwnOpera
 {
     OwnWork work;
     if (!ownBeginWork(work, site, operands)) return;
-    const auto onPatch = [&](const OwnPatch& patch) { ownComparePatch(patch, work.count - 1, row); };
-    ownSweepPatches(work, ownPatchRunner(onPatch));
+    const auto onPiece = [&](const OwnPiece& piece) { ownComparePiece(piece, work.count - 1, row); };
+    ownSweepPieces(work, ownPieceRunner(onPiece));
 }
 
 void ownRunComparison(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage,

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "frame/owndepth.h"
-#include "frame/ownroads.h"
+#include "frame/ownwork.h"
 
 // Headers, depths and channels, in the order of the arguments; a null srcImageB is no operand. False: reported.
 [[nodiscard]] bool ownGoodComparison(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "frame/owndepth.h"
-#include "frame/ownroads.h"
+#include "frame/ownwork.h"
 #include "ownorders.h"
 
 // The first fault of depths and data orders, or of the processed channels, as the text to report, or null.
@@ -26,7 +26,7 @@ template <class T, class Op> inline void ownDyadicRow(uint8_t* const* rows, ptrd
 template <class T, class Op> void ownRunDyadicAs(const OwnWork& work, Op op)
 {
     const auto row = [op](uint8_t* const* rows, ptrdiff_t n) { ownDyadicRow<T>(rows, n, op); };
-    ownRunWork(work, ownRowKernel(row));
+    ownRunWork(work, ownRowFunction(row));
 }
 
 // Runs an arithmetic operation on samples of the depth's own type.

@@ -36,7 +36,7 @@ void ownRunFill(const OwnWork& work, int32_t value)
         const auto row = [sample](uint8_t* const* rows, ptrdiff_t n) {
             std::fill_n(reinterpret_cast<T*>(rows[1]), n, sample);
         };
-        ownRunWork(work, ownRowKernel(row));
+        ownRunWork(work, ownRowFunction(row));
     });
 }
 
@@ -46,5 +46,5 @@ void ownRunCopy(const OwnWork& work)
     const auto row = [sampleBytes](uint8_t* const* rows, ptrdiff_t n) {
         memmove(rows[1], rows[0], static_cast<size_t>(n * sampleBytes));
     };
-    ownRunWork(work, ownRowKernel(row));
+    ownRunWork(work, ownRowFunction(row));
 }

@@ -7,7 +7,7 @@
 #include <type_traits>
 
 #include "frame/owndepth.h"
-#include "frame/ownroads.h"
+#include "frame/ownwork.h"
 #include "ownorders.h"
 
 // Headers, depths, data orders and processed channels, in this order. False: reported.
@@ -34,7 +34,7 @@ template <class T, class Op> inline void ownScalarRow(uint8_t* const* rows, ptrd
 template <class T, class Op> void ownRunScalarAs(const OwnWork& work, Op op)
 {
     const auto row = [op](uint8_t* const* rows, ptrdiff_t n) { ownScalarRow<T>(rows, n, op); };
-    ownRunWork(work, ownRowKernel(row));
+    ownRunWork(work, ownRowFunction(row));
 }
 
 // A constant as samples of a depth see it: its low bits, and at depth 1 eight pixels of its lowest bit.

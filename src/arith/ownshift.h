@@ -35,5 +35,5 @@ template <class Op> void ownRunWords(const OwnWork& work, Op op)
         word = operation(word);
         memcpy(d + 8 * words, &word, rest);
     };
-    ownRunWork(work, ownRowKernel(row));
+    ownRunWork(work, ownRowFunction(row));
 }

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "frame/ownroads.h"
+#include "frame/ownwork.h"
 #include "ownscaled.h"
 
 // What a sample is multiplied by. Float alpha runs from 0 to 1, and the product is a plain one.
@@ -45,10 +45,10 @@ static void ownPreMultiplyRows(uint8_t* const* rows, int32_t count, ptrdiff_t n,
 // Channels are operands of their own, as many at a time as a kernel takes, with alpha as the last of them: where it is
 // only read it is stored as it was.
 template <class T>
-static void ownPreMultiplyPatch(const PxkImage* image, const OwnPatch& patch, const OwnPreMultiplication& how,
+static void ownPreMultiplyPiece(const PxkImage* image, const OwnPiece& piece, const OwnPreMultiplication& how,
                                 T constant)
 {
-    const OwnView& colours = patch.views[0];
+    const OwnView& colours = piece.views[0];
     const int32_t nColours = how.hasColours ? colours.nChannels : 0;
     const int32_t nAlphas = how.needsAlpha() ? 1 : 0;
     constexpr int32_t most = ownMostOperands - 1;
@@ -58,7 +58,7 @@ static void ownPreMultiplyPatch(const PxkImage* image, const OwnPatch& patch, co
         for (int32_t c = 0; c < count; ++c) views[c] = ownChannelView(colours, start + c);
         if (nAlphas != 0) views[count] = ownAlphaView(image, colours);
         const auto row = [&](uint8_t* const* rows, ptrdiff_t n) { ownPreMultiplyRows(rows, count, n, how, constant); };
-        ownRunViews(views, count + nAlphas, count + nAlphas, patch.mask, ownRowKernel(row, true));
+        ownRunViews(views, count + nAlphas, count + nAlphas, piece.mask, ownRowFunction(row, true));
     }
 }
 
@@ -82,8 +82,8 @@ template <class T> static void ownPreMultiply(const OwnWork& work, int32_t alpha
     const OwnPreMultiplication how = { hasColours, setsAlpha, isConstant };
     if (!hasColours && !setsAlpha) return;
     const T constant = isConstant ? ownAlphaSample<T>(alphaValue) : T { 0 };
-    const auto onPatch = [&](const OwnPatch& patch) { ownPreMultiplyPatch<T>(image, patch, how, constant); };
-    ownSweepPatches(work, ownPatchRunner(onPatch));
+    const auto onPiece = [&](const OwnPiece& piece) { ownPreMultiplyPiece<T>(image, piece, how, constant); };
+    ownSweepPieces(work, ownPieceRunner(onPiece));
 }
 
 void pxkPreMultiplyAlpha(PxkImage* image, int32_t alphaValue)

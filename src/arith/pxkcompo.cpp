@@ -87,12 +87,12 @@ static OwnCompositeTargets ownCompositeTargets(const PxkImage* dstImage)
 }
 
 template <class T>
-static void ownCompositePatch(const OwnWork& work, const OwnPatch& patch, const OwnCompositeRows<T>& how)
+static void ownCompositePiece(const OwnWork& work, const OwnPiece& piece, const OwnCompositeRows<T>& how)
 {
     // Three colours fit with all alphas; more of them take several rounds, the last one with the result's alpha.
     constexpr int32_t mostColours = 3;
     const OwnCompositeTargets targets = ownCompositeTargets(work.operands[2].image);
-    const int32_t nColours = targets.colours ? patch.views[2].nChannels : 0;
+    const int32_t nColours = targets.colours ? piece.views[2].nChannels : 0;
     for (int32_t start = 0; start < std::max(nColours, 1); start += mostColours) {
         const int32_t count = std::min(mostColours, nColours - start);
         const bool writesAlpha = targets.alpha && start + count == nColours;
@@ -102,15 +102,15 @@ static void ownCompositePatch(const OwnWork& work, const OwnPatch& patch, const 
             for (int32_t c = 0; c < count; ++c) views[k++] = ownChannelView(view, start + c);
         };
         for (int32_t source = 0; source < 2; ++source) {
-            addColours(patch.views[source]);
-            if (!how.isConstant) views[k++] = ownAlphaView(work.operands[source].image, patch.views[source]);
+            addColours(piece.views[source]);
+            if (!how.isConstant) views[k++] = ownAlphaView(work.operands[source].image, piece.views[source]);
         }
-        addColours(patch.views[2]);
-        if (writesAlpha) views[k++] = ownAlphaView(work.operands[2].image, patch.views[2]);
+        addColours(piece.views[2]);
+        if (writesAlpha) views[k++] = ownAlphaView(work.operands[2].image, piece.views[2]);
         const auto row = [&](uint8_t* const* rows, ptrdiff_t n) {
             ownCompositeSamples(how, rows, count, writesAlpha, n);
         };
-        ownRunViews(views, k, count + (writesAlpha ? 1 : 0), patch.mask, ownRowKernel(row));
+        ownRunViews(views, k, count + (writesAlpha ? 1 : 0), piece.mask, ownRowFunction(row));
     }
 }
 
@@ -123,8 +123,8 @@ template <class T> static void ownRunComposition(const OwnWork& work, const OwnC
     const OwnRange range = { 0, ownLargest<T> };
     std::fill_n(how.constantA, how.mostConstant, static_cast<T>(ownLimit(composition.alphaA, range)));
     std::fill_n(how.constantB, how.mostConstant, static_cast<T>(ownLimit(composition.alphaB, range)));
-    const auto onPatch = [&](const OwnPatch& patch) { ownCompositePatch<T>(work, patch, how); };
-    ownSweepPatches(work, ownPatchRunner(onPatch));
+    const auto onPiece = [&](const OwnPiece& piece) { ownCompositePiece<T>(work, piece, how); };
+    ownSweepPieces(work, ownPieceRunner(onPiece));
 }
 
 // The first argument fault, as the text to report, or null.

@@ -1,5 +1,5 @@
 #include "owndyadic.h"
-#include "ownpairs.h"
+#include "ownbytepairs.h"
 #include "ownsamples.h"
 
 template <class T> static void ownRunProducts(const OwnWork& work)

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "ownpairs.h"
+#include "ownbytepairs.h"
 #include "ownsamples.h"
 #include "ownscalar.h"
 

@@ -2,13 +2,13 @@
 #include "ownscalar.h"
 #include "ownscaled.h"
 
-// Products go patch by patch, not as one run over the whole block: the padding of rows stays as it is.
+// Products go piece by piece, not as one run over the whole block: the padding of rows stays as it is.
 template <class Row> static void ownRunRows(const OwnWork& work, const Row& row)
 {
-    const auto onPatch = [&](const OwnPatch& patch) {
-        ownRunViews(patch.views, work.count, 1, patch.mask, ownRowKernel(row));
+    const auto onPiece = [&](const OwnPiece& piece) {
+        ownRunViews(piece.views, work.count, 1, piece.mask, ownRowFunction(row));
     };
-    ownSweepPatches(work, ownPatchRunner(onPatch));
+    ownSweepPieces(work, ownPieceRunner(onPiece));
 }
 
 void pxkMultiplyScale(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage)

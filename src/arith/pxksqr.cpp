@@ -1,4 +1,4 @@
-#include "ownpairs.h"
+#include "ownbytepairs.h"
 #include "ownsamples.h"
 #include "ownscalar.h"
 

@@ -8,8 +8,8 @@
 
 #include "frame/ownbits.h"
 #include "frame/owndepth.h"
-#include "frame/ownrows.h"
-#include "ownreduce.h"
+#include "frame/ownivdep.h"
+#include "ownreduc.h"
 
 // Weights in units of unit / 65536; a sum of weighted errors is cut off to an integer, towards minus infinity. From a
 // pixel they go to the next two on its row, and to five pixels of the next row and of the row after that, from two to

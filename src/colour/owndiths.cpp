@@ -1,6 +1,6 @@
 // Ordered dithering.
-#include "frame/ownrows.h"
-#include "ownreduce.h"
+#include "frame/ownivdep.h"
+#include "ownreduc.h"
 
 // Thresholds by column and row, each modulo 4: the sixteenths of 3856 in the order of a 4 by 4 Bayer matrix.
 static constexpr int32_t ownMatrix[4][4] = {

@@ -1,8 +1,8 @@
 // Noise in front of a reduction.
 #include <cstdlib>
 
-#include "frame/ownrows.h"
-#include "ownreduce.h"
+#include "frame/ownivdep.h"
+#include "ownreduc.h"
 
 // How a sample of one depth is jittered towards another. Products with 32S samples need 64 bits.
 template <class Wide> struct OwnJitterRule {

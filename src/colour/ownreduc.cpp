@@ -4,8 +4,8 @@
 #include "frame/ownbits.h"
 #include "frame/ownbuffer.h"
 #include "frame/owndepth.h"
-#include "frame/ownroads.h"
-#include "ownreduce.h"
+#include "frame/ownwork.h"
+#include "ownreduc.h"
 
 // ---- checks --------------------------------------------------------------------------------------------------------
 
@@ -196,9 +196,9 @@ static bool ownReducePlainly(const OwnReduction& reduction, PxkImage* from, PxkI
             OWN_IVDEP
             for (ptrdiff_t i = 0; i < n; ++i) target[i] = Reduce {}(source[i]);
         };
-        const OwnRowKernel kernel = ownRowKernel(row);
-        const auto onPatch = [&](const OwnPatch& patch) { ownRunViews(patch.views, 2, 1, nullptr, kernel); };
-        isDone = ownSweepPatches(work, ownPatchRunner(onPatch));
+        const OwnRowFunction kernel = ownRowFunction(row);
+        const auto onPiece = [&](const OwnPiece& piece) { ownRunViews(piece.views, 2, 1, nullptr, kernel); };
+        isDone = ownSweepPieces(work, ownPieceRunner(onPiece));
     });
     return isDone;
 }
@@ -232,15 +232,15 @@ static void ownReduceBlock(const OwnReduction& reduction, const typename Pair::S
     }
 }
 
-template <class Pair> static void ownReducePatch(const OwnReduction& reduction, const OwnPatch& patch)
+template <class Pair> static void ownReducePiece(const OwnReduction& reduction, const OwnPiece& piece)
 {
     using Source = typename Pair::Source;
-    const OwnView& from = patch.views[0];
-    const OwnView& to = patch.views[1];
+    const OwnView& from = piece.views[0];
+    const OwnView& to = piece.views[1];
     const bool isPixelOrder = reduction.source.dataOrder == PXK_DATA_ORDER_PIXEL;
     const int32_t together = isPixelOrder ? from.nChannels : 1; // in a row
     const ptrdiff_t rowSamples = static_cast<ptrdiff_t>(from.width) * together;
-    const uint32_t x = static_cast<uint32_t>(patch.x) * static_cast<uint32_t>(together);
+    const uint32_t x = static_cast<uint32_t>(piece.x) * static_cast<uint32_t>(together);
     for (int32_t plane = 0; plane < (isPixelOrder ? 1 : from.nChannels); ++plane) {
         for (int32_t y = 0; y < from.height; ++y) {
             const uint8_t* const source = from.first + plane * from.channelStep + y * from.rowStep;
@@ -249,7 +249,7 @@ template <class Pair> static void ownReducePatch(const OwnReduction& reduction, 
                 ownReduceBlock<Pair>(reduction, reinterpret_cast<const Source*>(source) + i,
                                      target + (to.sampleBytes == 0 ? i / 8 : i * to.sampleBytes),
                                      std::min<ptrdiff_t>(ownBlockSamples, rowSamples - i), x + static_cast<uint32_t>(i),
-                                     static_cast<uint32_t>(patch.y + y));
+                                     static_cast<uint32_t>(piece.y + y));
             }
         }
     }
@@ -264,8 +264,8 @@ static bool ownReducePoints(const OwnReduction& reduction, PxkImage* from, PxkIm
     const OwnWork work = ownWorkOf(reduction, from, to);
     bool isDone = false;
     ownForReductionPair(from->depth, to->depth, [&](auto pair) {
-        const auto onPatch = [&](const OwnPatch& patch) { ownReducePatch<decltype(pair)>(reduction, patch); };
-        isDone = ownSweepPatches(work, ownPatchRunner(onPatch));
+        const auto onPiece = [&](const OwnPiece& piece) { ownReducePiece<decltype(pair)>(reduction, piece); };
+        isDone = ownSweepPieces(work, ownPieceRunner(onPiece));
     });
     return isDone;
 }
@@ -283,7 +283,7 @@ static void ownDiffuseImage(const OwnReduction& reduction, const OwnDiffusion& d
     }
 }
 
-static const char* ownRowKernelName(const OwnDiffusion& diffusion, OwnModel model)
+static const char* ownRowStageName(const OwnDiffusion& diffusion, OwnModel model)
 {
     const bool is8U = diffusion.depth == PXK_DEPTH_8U;
     const bool isFloyd = diffusion.ditherType == PXK_DITHER_FS;
@@ -342,7 +342,7 @@ static void ownDiffuseReduction(OwnReduction& reduction)
     if (reduction.isTiled()) return ownDiffuseTiled(reduction, diffusion, memory.get());
     if (!memory) {
         OwnSite kernel = reduction.site;
-        kernel.func = ownRowKernelName(diffusion, reduction.model);
+        kernel.func = ownRowStageName(diffusion, reduction.model);
         return ownReport(kernel, PXK_StsNoMem, "no memory for errr array");
     }
     PxkImage* const source = &reduction.source;

@@ -91,12 +91,12 @@ void ownSetStandardPalette(PxkBitmapInfoHeader* dib, bool isGray)
 // ---- fields --------------------------------------------------------------------------------------------------------
 
 // The first run of ones in a mask. Bits above it do not count, but still pass the mask.
-struct OwnMaskRun {
+struct OwnMaskStretch {
     int32_t shift;
     int32_t width;
 };
 
-static OwnMaskRun ownMaskRun(uint32_t mask)
+static OwnMaskStretch ownMaskRun(uint32_t mask)
 {
     const int32_t shift = __builtin_ctz(mask);
     const uint32_t behind = ~(mask >> shift);
@@ -111,8 +111,8 @@ struct OwnMasks {
 // none: alpha is the whole pixel then.
 static uint32_t ownAlphaMask(const OwnMasks& masks)
 {
-    const OwnMaskRun blue = ownMaskRun(masks.blue), green = ownMaskRun(masks.green), red = ownMaskRun(masks.red);
-    OwnMaskRun top = green.shift > blue.shift ? green : blue;
+    const OwnMaskStretch blue = ownMaskRun(masks.blue), green = ownMaskRun(masks.green), red = ownMaskRun(masks.red);
+    OwnMaskStretch top = green.shift > blue.shift ? green : blue;
     if (red.shift > top.shift) top = red;
     const int32_t shift = (top.shift + top.width) & 31;
     return (0xFFFFFFFFu >> shift) << shift;
@@ -146,7 +146,7 @@ template <class F> static bool ownMakeFields(PxkBitmapInfoHeader* dib, OwnDibFie
 bool ownFieldsToBytes(PxkBitmapInfoHeader* dib, OwnDibFields* fields)
 {
     return ownMakeFields(dib, fields, [](uint32_t mask) -> OwnDibField {
-        const OwnMaskRun run = ownMaskRun(mask);
+        const OwnMaskStretch run = ownMaskRun(mask);
         return run.width >= 8 ? OwnDibField { mask, run.shift + run.width - 8, 0 }
                               : OwnDibField { mask, run.shift, 8 - run.width };
     });
@@ -157,7 +157,7 @@ bool ownFieldsFromBytes(PxkBitmapInfoHeader* dib, OwnDibFields* fields)
     const PxkBitmapInfoHeader header = ownLoadDib(dib);
     const bool isFitted = header.biBitCount == 16;
     const bool isMade = ownMakeFields(dib, fields, [=](uint32_t mask) -> OwnDibField {
-        const OwnMaskRun run = ownMaskRun(mask);
+        const OwnMaskStretch run = ownMaskRun(mask);
         if (!isFitted) return { mask, 0, run.shift };
         return run.width >= 8 ? OwnDibField { mask, 0, run.shift + run.width - 8 }
                               : OwnDibField { mask, 8 - run.width, run.shift };

@@ -1,4 +1,4 @@
-#include "owndepths.h"
+#include "frame/ownconversion.h"
 
 // What a level beyond the depth's range is refused with; 32S holds every level.
 struct OwnLevelTexts {

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "owndepths.h"
+#include "frame/ownconversion.h"
 
 // The sample limited to the range of D, in its own width: the limits are those ends of both ranges that lie inside.
 template <class D> struct OwnSaturate {
@@ -47,7 +47,7 @@ int32_t pxkConvert(PxkImage* srcImage, PxkImage* dstImage)
     const bool isTurned = srcImage->origin != dstImage->origin; // the picture keeps its orientation
     if (srcImage->depth == dstImage->depth) {
         const OwnCopyRow copy = { ownSampleBytes(srcImage->depth) };
-        return ownRunDepths(site, srcImage, dstImage, ownRowKernel(copy), isTurned);
+        return ownRunDepths(site, srcImage, dstImage, ownRowFunction(copy), isTurned);
     }
     int32_t status = PXK_StsOk;
     if (dstImage->depth == PXK_DEPTH_1U) {

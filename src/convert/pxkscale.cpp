@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "frame/ownround.h"
-#include "owndepths.h"
+#include "frame/ownconversion.h"
 
 // ---- integer to integer --------------------------------------------------------------------------------------------
 

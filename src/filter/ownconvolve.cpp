@@ -8,7 +8,7 @@
 
 #include "frame/owndepth.h"
 #include "frame/ownround.h"
-#include "frame/ownrows.h"
+#include "frame/ownivdep.h"
 #include "ownsums.h"
 #include "pxk/pxk.h"
 

@@ -1,6 +1,6 @@
 #include "ownextrema.h"
 
-#include "ownblocks.h"
+#include "ownrowblocks.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,7 +8,7 @@
 #include "frame/ownbits.h"
 #include "frame/ownbuffer.h"
 #include "frame/owndepth.h"
-#include "frame/ownrows.h"
+#include "frame/ownivdep.h"
 
 struct OwnLargest {
     template <class T> T operator()(T a, T b) const { return a > b ? a : b; }

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "frame/ownrows.h"
+#include "frame/ownivdep.h"
 
 // The exchanges must all be inlined, or the samples stay in memory and nothing becomes a vector.
 #define OWN_FLATTEN __attribute__((always_inline))

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "frame/ownbuffer.h"
-#include "frame/ownrows.h"
+#include "frame/ownivdep.h"
 #include "ownwindow.h"
 
 // Sums of `count` neighbours along a row: sums of 1, 2, 4, ... neighbours are made in `powers`, which holds width +

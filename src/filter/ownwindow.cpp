@@ -7,7 +7,7 @@
 #include "frame/ownbuffer.h"
 #include "frame/owndepth.h"
 #include "frame/ownrect.h"
-#include "frame/ownroads.h"
+#include "frame/ownwork.h"
 
 // Source rows of a band stay in the second-level cache together.
 static constexpr int64_t ownBandBytes = 256 * 1024;
@@ -172,7 +172,7 @@ static void ownBuildRow(const OwnPass& pass, OwnView view, int32_t y, const OwnR
         packed.pixelStep = pixelBytes;
         const OwnView views[2] = { view, packed };
         const OwnCopyRow copyRow = { view.sampleBytes };
-        ownRunViews(views, 2, 1, nullptr, ownRowKernel(copyRow));
+        ownRunViews(views, 2, 1, nullptr, ownRowFunction(copyRow));
     }
     const size_t size = static_cast<size_t>(pixelBytes);
     for (ptrdiff_t i = 0; i < before; ++i) memcpy(to + i * pixelBytes, middle, size);
@@ -254,7 +254,7 @@ static bool ownRunBand(const OwnPass& pass, const OwnRect& output, const OwnView
     if (isDirect) return true;
     const OwnView views[2] = { stage, destination };
     const OwnCopyRow copyRow = { stage.sampleBytes };
-    ownRunViews(views, 2, 1, mask, ownRowKernel(copyRow));
+    ownRunViews(views, 2, 1, mask, ownRowFunction(copyRow));
     return true;
 }
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "frame/owndepth.h"
-#include "ownblocks.h"
+#include "ownrowblocks.h"
 #include "ownrectfilter.h"
 #include "ownsums.h"
 

@@ -4,7 +4,7 @@
 
 #include "frame/ownborder.h"
 #include "frame/ownregion.h"
-#include "frame/ownruns.h"
+#include "frame/ownpixelcopy.h"
 
 // What a pixel is in the caller's buffer: a sample, or the samples of all channels.
 static int32_t ownRowPixelBytes(const PxkImage* image, int32_t channel)
@@ -30,7 +30,7 @@ static void ownCopyBlockRun(const PxkImage* image, const OwnBlock& block, int32_
     const int32_t toBytes = ownRowPixelBytes(image, channel);
     const bool isPixelOrder = image->dataOrder == PXK_DATA_ORDER_PIXEL;
     if (image->nChannels == 1 || (isPixelOrder && channel == ownAllChannels)) {
-        const OwnRunCopies copies = ownRunCopies(toBytes);
+        const OwnPixelCopies copies = ownPixelCopies(toBytes);
         return (isForward ? copies.forward : copies.backward)(row, x, buffer, position, count, toBytes);
     }
     const int32_t sampleBytes = ownSampleBytes(image->depth);
@@ -76,14 +76,14 @@ static void ownFillRun(const PxkImage* image, int32_t side, int32_t channel, uin
 {
     const OwnConstant constant = ownConstant(image->depth, ownBorderConstant(image, side));
     const ptrdiff_t pixelSamples = channel == ownAllChannels ? image->nChannels : 1;
-    ownRunCopies(constant.sampleBytes)
+    ownPixelCopies(constant.sampleBytes)
         .still(constant.bytes, 0, buffer, position * pixelSamples, count * pixelSamples, constant.sampleBytes);
 }
 
 bool ownBorderRow(PxkImage* image, int32_t x, int32_t y, int32_t channel, uint8_t* buffer, int32_t count)
 {
     const int32_t pixelBytes = ownRowPixelBytes(image, channel);
-    const OwnRunCopy spread = ownRunCopies(pixelBytes).still;
+    const OwnPixelCopy spread = ownPixelCopies(pixelBytes).still;
     for (int32_t position = 0; position < count;) {
         const int64_t column = static_cast<int64_t>(x) + position;
         const int32_t rest = static_cast<int32_t>(column % image->width);

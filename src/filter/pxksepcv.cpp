@@ -5,7 +5,7 @@
 
 #include "frame/owndepth.h"
 #include "frame/ownround.h"
-#include "frame/ownrows.h"
+#include "frame/ownivdep.h"
 #include "ownconvwork.h"
 #include "ownkernel.h"
 

@@ -6,7 +6,7 @@
 
 // A stretch of a row of every operand, starting at bit `phase` of a byte of the last one.
 struct OwnBitRow {
-    const OwnRowKernel* kernel;
+    const OwnRowFunction* kernel;
     int32_t count;
     int32_t nSources;
     OwnBits operands[ownMostOperands];
@@ -92,7 +92,7 @@ static bool ownBitRowsTouch(const OwnBitRow& row, const OwnView& view)
 }
 
 void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                const OwnRowKernel& kernel)
+                const OwnRowFunction& kernel)
 {
     OwnBitRow row = {};
     row.kernel = &kernel;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "ownrows.h"
+#include "ownivdep.h"
 
 void ownAlignBits(const uint8_t* from, int32_t fromBit, uint8_t* to, int32_t toBit, ptrdiff_t n)
 {

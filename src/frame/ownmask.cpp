@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "ownbits.h"
-#include "ownrows.h"
+#include "ownivdep.h"
 
 // ---- combining -----------------------------------------------------------------------------------------------------
 
@@ -61,27 +61,27 @@ OwnMaskCode ownCombineMasks(std::initializer_list<const PxkImage*> masks, OwnMas
 
 // ---- runs ----------------------------------------------------------------------------------------------------------
 
-static OwnMaskRun::Kind ownKindOfBits(const OwnBits& row, ptrdiff_t start, int32_t n)
+static OwnMaskStretch::Kind ownKindOfBits(const OwnBits& row, ptrdiff_t start, int32_t n)
 {
     const ptrdiff_t position = row.bit + start;
     const uint64_t word = ownLoadBits(row.first + position / 8, static_cast<int32_t>(position % 8), n);
-    if (word == 0) return OwnMaskRun::NONE;
+    if (word == 0) return OwnMaskStretch::NONE;
     const uint64_t all = n == 64 ? UINT64_MAX : ~(UINT64_MAX >> n);
-    return word == all ? OwnMaskRun::ALL : OwnMaskRun::MIXED;
+    return word == all ? OwnMaskStretch::ALL : OwnMaskStretch::MIXED;
 }
 
-OwnMaskRun ownNextMaskRun(const OwnBits& row, ptrdiff_t start, ptrdiff_t n, ptrdiff_t mostMixed)
+OwnMaskStretch ownNextMaskStretch(const OwnBits& row, ptrdiff_t start, ptrdiff_t n, ptrdiff_t mostMixed)
 {
     const auto wordAt = [n](ptrdiff_t position) { return static_cast<int32_t>(std::min<ptrdiff_t>(64, n - position)); };
-    OwnMaskRun run = { ownKindOfBits(row, start, wordAt(start)), wordAt(start) };
+    OwnMaskStretch run = { ownKindOfBits(row, start, wordAt(start)), wordAt(start) };
     while (start + run.length < n) {
         const ptrdiff_t next = start + run.length;
         const int32_t count = wordAt(next);
-        if (run.kind == OwnMaskRun::MIXED && run.length + count > mostMixed) break;
+        if (run.kind == OwnMaskStretch::MIXED && run.length + count > mostMixed) break;
         if (ownKindOfBits(row, next, count) != run.kind) break;
         run.length += count;
     }
-    if (run.kind == OwnMaskRun::MIXED) run.length = std::min(run.length, mostMixed);
+    if (run.kind == OwnMaskStretch::MIXED) run.length = std::min(run.length, mostMixed);
     return run;
 }
 

@@ -28,7 +28,7 @@ enum OwnMaskCode {
 [[nodiscard]] OwnMaskCode ownCombineMasks(std::initializer_list<const PxkImage*> masks, OwnMask& result);
 
 // A stretch of a mask row.
-struct OwnMaskRun {
+struct OwnMaskStretch {
     enum Kind { NONE, ALL, MIXED };
     Kind kind;
     ptrdiff_t length; // pixels
@@ -36,7 +36,7 @@ struct OwnMaskRun {
 
 // The longest stretch of one kind that starts at pixel `start` of a row of n pixels, found a machine word at a time; a
 // mixed one ends after `mostMixed` pixels.
-OwnMaskRun ownNextMaskRun(const OwnBits& row, ptrdiff_t start, ptrdiff_t n, ptrdiff_t mostMixed);
+OwnMaskStretch ownNextMaskStretch(const OwnBits& row, ptrdiff_t start, ptrdiff_t n, ptrdiff_t mostMixed);
 
 // Which bytes of a pixel change: the first selectedBytes of every pixelBytes. Both are equal unless channels are left
 // out.

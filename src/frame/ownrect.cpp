@@ -5,7 +5,7 @@
 
 #include "ownborder.h"
 #include "ownimage.h"
-#include "ownruns.h"
+#include "ownpixelcopy.h"
 
 // ---- tiles ---------------------------------------------------------------------------------------------------------
 
@@ -66,8 +66,8 @@ static uint8_t* ownBufferRow(const OwnRectBuffer& buffer, int32_t plane, int32_t
 static void ownCopyPart(const OwnBlock& source, const OwnWalk& columns, const OwnWalk& rows,
                         const OwnRectBuffer& buffer, int32_t bufX, int32_t bufY)
 {
-    const OwnRunCopies copies = ownRunCopies(buffer.pixelBytes);
-    const OwnRunCopy copy = columns.step > 0 ? copies.forward : copies.backward;
+    const OwnPixelCopies copies = ownPixelCopies(buffer.pixelBytes);
+    const OwnPixelCopy copy = columns.step > 0 ? copies.forward : copies.backward;
     for (int32_t plane = 0; plane < buffer.planes; ++plane) {
         const uint8_t* from = source.data + plane * source.planeStep + rows.from * source.rowStep;
         uint8_t* to = ownBufferRow(buffer, plane, bufY);
@@ -183,7 +183,7 @@ static void ownFillStretch(const OwnFetch& fetch, const OwnStretch& columns, con
     const int32_t unitSamples = fetch.buffer.pixelBytes != 0 ? fetch.buffer.pixelBytes / constant.sampleBytes : 1;
     const ptrdiff_t first = static_cast<ptrdiff_t>(columns.start - fetch.rect.x) * unitSamples;
     const ptrdiff_t count = static_cast<ptrdiff_t>(columns.count()) * unitSamples;
-    const OwnRunCopy fill = ownRunCopies(constant.sampleBytes).still;
+    const OwnPixelCopy fill = ownPixelCopies(constant.sampleBytes).still;
     ownForBufferRows(fetch, rows.bufY, rows.count(),
                      [&](uint8_t* row) { fill(constant.bytes, 0, row, first, count, constant.sampleBytes); });
 }
@@ -191,7 +191,7 @@ static void ownFillStretch(const OwnFetch& fetch, const OwnStretch& columns, con
 // Columns after the first `period` ones repeat them. Each copy doubles what there is.
 static void ownRepeatColumns(const OwnFetch& fetch, const OwnStretch& columns, int64_t period, const OwnFetchRows& rows)
 {
-    const OwnRunCopy copy = ownRunCopies(fetch.buffer.pixelBytes).forward;
+    const OwnPixelCopy copy = ownPixelCopies(fetch.buffer.pixelBytes).forward;
     const ptrdiff_t first = static_cast<ptrdiff_t>(columns.start - fetch.rect.x);
     const ptrdiff_t count = static_cast<ptrdiff_t>(columns.count());
     ownForBufferRows(fetch, rows.bufY, rows.count(), [&](uint8_t* row) {
@@ -209,7 +209,7 @@ static bool ownReadRun(const OwnFetch& fetch, const OwnBorderRun& columns, int32
                                  down.from + down.step * (down.count - 1) };
     if (!ownReadRect(fetch.image, corners, fetch.buffer, bufX, rows.bufY)) return false;
     if (columns.step != 0 || columns.count == 1) return true;
-    const OwnRunCopy spread = ownRunCopies(fetch.buffer.pixelBytes).still;
+    const OwnPixelCopy spread = ownPixelCopies(fetch.buffer.pixelBytes).still;
     ownForBufferRows(fetch, rows.bufY, rows.count(), [&](uint8_t* row) {
         spread(row, bufX, row, static_cast<ptrdiff_t>(bufX) + 1, columns.count - 1, fetch.buffer.pixelBytes);
     });

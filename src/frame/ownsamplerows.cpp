@@ -57,7 +57,7 @@ static void ownScatter(const uint8_t* from, uint8_t* to, ptrdiff_t step, int32_t
 // One row of every operand, as pixels of `unitSamples` contiguous samples of which the first `selectedSamples` take
 // part.
 struct OwnSampleRow {
-    const OwnRowKernel* kernel;
+    const OwnRowFunction* kernel;
     int32_t count;
     int32_t nSources;
     int32_t unitSamples;
@@ -202,11 +202,11 @@ static void ownRunSampleRow(const OwnSampleRow& row, ptrdiff_t n, const OwnBits*
     }
     const ptrdiff_t mostMixed = ownStageBytes / (4 * row.unitSamples);
     for (ptrdiff_t start = 0; start < n;) {
-        const OwnMaskRun run = ownNextMaskRun(*mask, start, n, mostMixed);
-        if (run.kind == OwnMaskRun::ALL && isDirect) {
+        const OwnMaskStretch run = ownNextMaskStretch(*mask, start, n, mostMixed);
+        if (run.kind == OwnMaskStretch::ALL && isDirect) {
             ownRunDirect(row, start, run.length);
-        } else if (run.kind != OwnMaskRun::NONE) {
-            ownRunStaged(row, start, run.length, run.kind == OwnMaskRun::MIXED ? mask : nullptr, isShifted);
+        } else if (run.kind != OwnMaskStretch::NONE) {
+            ownRunStaged(row, start, run.length, run.kind == OwnMaskStretch::MIXED ? mask : nullptr, isShifted);
         }
         start += run.length;
     }
@@ -288,7 +288,7 @@ static void ownPlaceRow(OwnSampleRow& row, const OwnView* views, int32_t channel
 }
 
 void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                   const OwnRowKernel& kernel)
+                   const OwnRowFunction& kernel)
 {
     const int32_t nChannels = views[0].nChannels;
     OwnSampleRow row = {};

@@ -1,7 +1,7 @@
 #include "ownsplit.h"
 
 #include "owndepth.h"
-#include "ownrows.h"
+#include "ownivdep.h"
 
 // The channels of a pixel are read and written in one turn of the loop: so the compiler moves whole pixels and permutes
 // them, instead of gathering single samples.

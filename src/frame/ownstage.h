@@ -1,7 +1,7 @@
 // How views reach a row kernel: in place, or through blocks on the stack where they do not lie as a kernel wants them.
 #pragma once
 
-#include "ownroads.h"
+#include "ownwork.h"
 
 // Samples are staged in blocks of this many bytes an operand, which stay in the first-level cache together.
 constexpr ptrdiff_t ownStageBytes = 4096;
@@ -19,6 +19,6 @@ inline void ownBlend(uint8_t* target, const uint8_t* result, const uint8_t* mask
 
 // The two halves of ownRunViews: samples, with one-bit views among them as bytes; and one-bit views alone.
 void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                   const OwnRowKernel& kernel);
+                   const OwnRowFunction& kernel);
 void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                const OwnRowKernel& kernel);
+                const OwnRowFunction& kernel);

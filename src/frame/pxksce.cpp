@@ -4,7 +4,7 @@
 
 #include "owndepth.h"
 #include "ownrect.h"
-#include "ownroads.h"
+#include "ownwork.h"
 
 // ---- traversal -----------------------------------------------------------------------------------------------------
 
@@ -33,7 +33,7 @@ struct OwnTransfer {
     int32_t nDestinations;
     OwnSize size;
     const OwnBits* mask;
-    OwnRowKernel kernel;
+    OwnRowFunction kernel;
 };
 
 static void ownRunPiece(const OwnTransfer& transfer, const OwnBlock* blocks, const OwnRect* places,
@@ -68,7 +68,7 @@ static bool ownStoreFetched(const OwnTransfer& transfer, const OwnBlock& fetched
                             1,
                             { piece.width, piece.height },
                             transfer.mask != nullptr ? &maskBits : nullptr,
-                            ownRowKernel(copyRow) });
+                            ownRowFunction(copyRow) });
 }
 
 // One piece: the part of the work inside one tile of the grid image, which is the last tiled party.
@@ -201,7 +201,7 @@ void pxkCopy(PxkImage* srcImage, PxkImage* dstImage)
                   1,
                   {},
                   nullptr,
-                  ownRowKernel(copyRow) });
+                  ownRowFunction(copyRow) });
 }
 
 void pxkExchange(PxkImage* ImageA, PxkImage* ImageB)
@@ -226,7 +226,7 @@ void pxkExchange(PxkImage* ImageA, PxkImage* ImageB)
                   2,
                   {},
                   nullptr,
-                  ownRowKernel(exchangeRows, true) });
+                  ownRowFunction(exchangeRows, true) });
 }
 
 template <class T> static void ownSetSamples(const OwnSite& site, PxkImage* image, T value)
@@ -235,7 +235,7 @@ template <class T> static void ownSetSamples(const OwnSite& site, PxkImage* imag
         T* const samples = reinterpret_cast<T*>(rows[0]);
         for (ptrdiff_t i = 0; i < n; ++i) samples[i] = value;
     };
-    ownTraverse({ site, { ownPartyOf(image, PXK_TILE_WRITE) }, 1, 1, {}, nullptr, ownRowKernel(setRow) });
+    ownTraverse({ site, { ownPartyOf(image, PXK_TILE_WRITE) }, 1, 1, {}, nullptr, ownRowFunction(setRow) });
 }
 
 void pxkSet(PxkImage* image, int32_t fillValue)

@@ -1,24 +1,24 @@
-// The roads by which pixels reach a row kernel, each written once: memory, and the patch sweep over tiles.
+// The roads by which pixels reach a row kernel, each written once: memory, and the piece sweep over tiles.
 #pragma once
 
 #include <cstring>
 
 #include "ownmask.h"
 #include "ownreport.h"
-#include "ownrows.h"
+#include "ownivdep.h"
 #include "ownview.h"
 
 // A row kernel: takes n contiguous samples of each image, sources first, destinations last, and never sees masks, gaps,
 // bit offsets or strides. One-bit images beside others are presented as bytes of 0 and 1; where all images are one-bit,
 // n counts bytes of eight pixels each. Destination samples hold their old values only for a kernel that says `updates`.
-struct OwnRowKernel {
+struct OwnRowFunction {
     void (*call)(const void* self, uint8_t* const* rows, ptrdiff_t n);
     const void* self;
     bool updates;
 };
 
 // Refers to the function object, which must live as long as the kernel is used.
-template <class F> OwnRowKernel ownRowKernel(const F& rowFunction, bool updates = false)
+template <class F> OwnRowFunction ownRowFunction(const F& rowFunction, bool updates = false)
 {
     const auto call = [](const void* self, uint8_t* const* rows, ptrdiff_t n) {
         (*static_cast<const F*>(self))(rows, n);
@@ -42,7 +42,7 @@ constexpr int32_t ownMostOperands = 12;
 // channel). Only pixels whose mask bit is 1 change. Channels of the same pixels that are operands of their own are
 // moved together, whole pixels at a time, when they follow each other in the order of the channels.
 void ownRunViews(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                 const OwnRowKernel& kernel);
+                 const OwnRowFunction& kernel);
 
 // An image of a point-wise operation, and the words for a tile that its function refused.
 struct OwnOperand {
@@ -64,8 +64,8 @@ struct OwnWork {
 // Joins the masks of all images and takes the common size. False: nothing to do, or out of memory, which was reported.
 [[nodiscard]] bool ownBeginWork(OwnWork& work, const OwnSite& site, std::initializer_list<OwnOperand> operands);
 
-// What a patch of the work looks like to the operation: one view for each image, and the mask's bits there.
-struct OwnPatch {
+// What a piece of the work looks like to the operation: one view for each image, and the mask's bits there.
+struct OwnPiece {
     OwnView views[4];
     OwnBits maskBits;
     const OwnBits* mask; // null without a mask
@@ -73,22 +73,22 @@ struct OwnPatch {
     int32_t y;
 };
 
-// A function that handles one patch.
-struct OwnPatchRunner {
-    void (*call)(const void* self, const OwnPatch& patch);
+// A function that handles one piece.
+struct OwnPieceRunner {
+    void (*call)(const void* self, const OwnPiece& piece);
     const void* self;
 };
 
-template <class F> OwnPatchRunner ownPatchRunner(const F& onPatch)
+template <class F> OwnPieceRunner ownPieceRunner(const F& onPiece)
 {
-    return { [](const void* self, const OwnPatch& patch) { (*static_cast<const F*>(self))(patch); }, &onPatch };
+    return { [](const void* self, const OwnPiece& piece) { (*static_cast<const F*>(self))(piece); }, &onPiece };
 }
 
-// Cuts the work into the largest patches that stay inside the current tile of every tiled image; images in memory alone
-// are one patch. A tile is asked for before its pixels are touched and released once. False: a tile was refused,
+// Cuts the work into the largest pieces that stay inside the current tile of every tiled image; images in memory alone
+// are one piece. A tile is asked for before its pixels are touched and released once. False: a tile was refused,
 // reported.
-bool ownSweepPatches(const OwnWork& work, const OwnPatchRunner& runner);
+bool ownSweepPieces(const OwnWork& work, const OwnPieceRunner& runner);
 
 // Runs a kernel that treats all channels alike: whole images of one shape in one run with their row padding, all else
-// in patches.
-void ownRunWork(const OwnWork& work, const OwnRowKernel& kernel);
+// in pieces.
+void ownRunWork(const OwnWork& work, const OwnRowFunction& kernel);

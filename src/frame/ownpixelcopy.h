@@ -5,17 +5,17 @@
 #include <cstdint>
 
 // Pixels x on of row `from` become n pixels of row `to`, from toX on. The two stretches share no pixel.
-using OwnRunCopy = void (*)(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n,
+using OwnPixelCopy = void (*)(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n,
                             ptrdiff_t pixelBytes);
 
-struct OwnRunCopies {
-    OwnRunCopy forward;  // pixels x, x + 1, ...
-    OwnRunCopy backward; // pixels x, x - 1, ...
-    OwnRunCopy still;    // pixel x again and again
+struct OwnPixelCopies {
+    OwnPixelCopy forward;  // pixels x, x + 1, ...
+    OwnPixelCopy backward; // pixels x, x - 1, ...
+    OwnPixelCopy still;    // pixel x again and again
 };
 
 // The copies for pixels of so many bytes, 0 for one-bit rows; they take the same pixelBytes.
-OwnRunCopies ownRunCopies(int32_t pixelBytes);
+OwnPixelCopies ownPixelCopies(int32_t pixelBytes);
 
 // A sample's value as a row of one sample, which `still` spreads.
 struct OwnConstant {

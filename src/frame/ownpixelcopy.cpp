@@ -1,4 +1,4 @@
-#include "ownruns.h"
+#include "ownpixelcopy.h"
 
 #include <cstring>
 
@@ -63,7 +63,7 @@ template <> void ownStillBytes<1>(const uint8_t* from, ptrdiff_t x, uint8_t* to,
     memset(to + toX, from[x], static_cast<size_t>(n));
 }
 
-template <ptrdiff_t BYTES> static OwnRunCopies ownByteCopies()
+template <ptrdiff_t BYTES> static OwnPixelCopies ownByteCopies()
 {
     return { ownForwardBytes, ownBackwardBytes<BYTES>, ownStillBytes<BYTES> };
 }
@@ -90,7 +90,7 @@ static void ownStillBits(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_
 
 // ---- the choice ----------------------------------------------------------------------------------------------------
 
-OwnRunCopies ownRunCopies(int32_t pixelBytes)
+OwnPixelCopies ownPixelCopies(int32_t pixelBytes)
 {
     switch (pixelBytes) {
     case 0: return { ownForwardBits, ownBackwardBits, ownStillBits };

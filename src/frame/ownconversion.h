@@ -3,13 +3,13 @@
 
 #include <type_traits>
 
-#include "frame/owndepth.h"
-#include "frame/ownroads.h"
+#include "owndepth.h"
+#include "ownwork.h"
 
 // Behind the checks of the arguments: compares the processed channels, then runs a kernel of one source row and one
 // destination row over the work. Gives the operation's status; what is not 0 was reported.
 [[nodiscard]] int32_t ownRunDepths(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage,
-                                   const OwnRowKernel& kernel, bool turnsDestination = false);
+                                   const OwnRowFunction& kernel, bool turnsDestination = false);
 
 // Calls onSample with the tag of an integer depth; other depths call nothing.
 template <class F> inline void ownForIntegerDepth(int32_t depth, F&& onSample)
@@ -42,5 +42,5 @@ template <class S, class D, class Op>
                                      bool turnsDestination = false)
 {
     const auto row = [op](uint8_t* const* rows, ptrdiff_t n) { ownDepthRow<S, D>(rows, n, op); };
-    return ownRunDepths(site, srcImage, dstImage, ownRowKernel(row), turnsDestination);
+    return ownRunDepths(site, srcImage, dstImage, ownRowFunction(row), turnsDestination);
 }

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "frame/ownbuffer.h"
-#include "frame/ownrows.h"
+#include "frame/ownivdep.h"
 #include "ownwindow.h"
 
 template <class A, class B, class To, class Op>

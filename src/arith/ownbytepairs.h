@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "frame/ownroads.h"
+#include "frame/ownwork.h"
 #include "ownsamples.h"
 
 // Two samples as numbers. Which of them lies first in memory does not matter.
@@ -57,5 +57,5 @@ template <int nSources, class Op> void ownRunPairs(const OwnWork& work, Op op)
         const uint16_t word = operation(ownLoadWord(a + even, 1), ownLoadWord(b + even, 1));
         memcpy(d + even, &word, 1);
     };
-    ownRunWork(work, ownRowKernel(row));
+    ownRunWork(work, ownRowFunction(row));
 }

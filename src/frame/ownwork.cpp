@@ -1,11 +1,11 @@
-#include "ownroads.h"
+#include "ownwork.h"
 
 #include <algorithm>
 
 #include "ownstage.h"
 
 void ownRunViews(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                 const OwnRowKernel& kernel)
+                 const OwnRowFunction& kernel)
 {
     bool isAllBits = true;
     for (int32_t k = 0; k < count; ++k) isAllBits = isAllBits && views[k].sampleBytes == 0;
@@ -40,7 +40,7 @@ bool ownBeginWork(OwnWork& work, const OwnSite& site, std::initializer_list<OwnO
     return !work.size.isEmpty();
 }
 
-// The tile that an image's current patch lies in.
+// The tile that an image's current piece lies in.
 struct OwnHeldTile {
     void* data;
     int32_t column;
@@ -77,8 +77,8 @@ static bool ownIsTurned(const OwnWork& work, int32_t k)
     return work.turnsDestination && k == work.count - 1;
 }
 
-// The largest patch from work position (x, y) on that stays inside one tile of each tiled image.
-static OwnSize ownPatchSize(const OwnSweep& sweep, int32_t x, int32_t y)
+// The largest piece from work position (x, y) on that stays inside one tile of each tiled image.
+static OwnSize ownPieceSize(const OwnSweep& sweep, int32_t x, int32_t y)
 {
     OwnSize size = { sweep.work.size.width - x, sweep.work.size.height - y };
     for (int32_t k = 0; k < sweep.work.count; ++k) {
@@ -92,12 +92,12 @@ static OwnSize ownPatchSize(const OwnSweep& sweep, int32_t x, int32_t y)
     return size;
 }
 
-static bool ownRunPatch(OwnSweep& sweep, const OwnRect& rect, const OwnPatchRunner& runner)
+static bool ownRunPiece(OwnSweep& sweep, const OwnRect& rect, const OwnPieceRunner& runner)
 {
     const OwnWork& work = sweep.work;
-    OwnPatch patch = {};
-    patch.x = rect.x;
-    patch.y = rect.y;
+    OwnPiece piece = {};
+    piece.x = rect.x;
+    piece.y = rect.y;
     for (int32_t k = 0; k < work.count; ++k) {
         PxkImage* const image = work.operands[k].image;
         const bool isTurned = ownIsTurned(work, k);
@@ -116,7 +116,7 @@ static bool ownRunPatch(OwnSweep& sweep, const OwnRect& rect, const OwnPatchRunn
         } else {
             block = ownImageBlock(image);
         }
-        OwnView& view = patch.views[k];
+        OwnView& view = piece.views[k];
         view = ownBlockView(image, block, place);
         if (isTurned) {
             view.first += (rect.height - 1) * view.rowStep;
@@ -124,24 +124,24 @@ static bool ownRunPatch(OwnSweep& sweep, const OwnRect& rect, const OwnPatchRunn
         }
     }
     if (work.mask.isGiven) {
-        patch.maskBits = ownBitsAt(work.mask.bits, rect.x, rect.y);
-        patch.mask = &patch.maskBits;
+        piece.maskBits = ownBitsAt(work.mask.bits, rect.x, rect.y);
+        piece.mask = &piece.maskBits;
     }
-    runner.call(runner.self, patch);
+    runner.call(runner.self, piece);
     return true;
 }
 
-bool ownSweepPatches(const OwnWork& work, const OwnPatchRunner& runner)
+bool ownSweepPieces(const OwnWork& work, const OwnPieceRunner& runner)
 {
     OwnSweep sweep = { work, {}, {} };
     for (int32_t k = 0; k < work.count; ++k) sweep.regions[k] = ownRegionRect(work.operands[k].image);
     bool isGood = true;
     for (OwnRect rect = {}; isGood && rect.y < work.size.height; rect.y += rect.height) {
         for (rect.x = 0; isGood && rect.x < work.size.width; rect.x += rect.width) {
-            const OwnSize size = ownPatchSize(sweep, rect.x, rect.y);
+            const OwnSize size = ownPieceSize(sweep, rect.x, rect.y);
             rect.width = size.width;
             rect.height = size.height;
-            isGood = ownRunPatch(sweep, rect, runner);
+            isGood = ownRunPiece(sweep, rect, runner);
         }
     }
     for (int32_t k = 0; k < work.count; ++k) ownReleaseTile(work.operands[k].image, sweep.held[k]);
@@ -160,7 +160,7 @@ static bool ownIsBlockRun(const OwnWork& work)
     return isSame;
 }
 
-void ownRunWork(const OwnWork& work, const OwnRowKernel& kernel)
+void ownRunWork(const OwnWork& work, const OwnRowFunction& kernel)
 {
     if (ownIsBlockRun(work)) {
         OwnView views[4];
@@ -176,6 +176,6 @@ void ownRunWork(const OwnWork& work, const OwnRowKernel& kernel)
         }
         return ownRunViews(views, work.count, 1, nullptr, kernel);
     }
-    const auto onPatch = [&](const OwnPatch& patch) { ownRunViews(patch.views, work.count, 1, patch.mask, kernel); };
-    ownSweepPatches(work, ownPatchRunner(onPatch));
+    const auto onPiece = [&](const OwnPiece& piece) { ownRunViews(piece.views, work.count, 1, piece.mask, kernel); };
+    ownSweepPieces(work, ownPieceRunner(onPiece));
 }

@@ -1,6 +1,7 @@
 #include "ownaxis.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "frame/ownround.h"
 
@@ -84,5 +85,52 @@ bool ownMakeAxis(OwnAxis& axis, OwnInterpolation interpolation, int32_t extent, 
     if (!ownAllocateAxis(axis, interpolation, count)) return false;
     const auto set = isNearest ? ownSetNearest : axis.taps == 2 ? ownSetLinear : ownSetCubic;
     for (int32_t i = 0; i < count; ++i) set(axis, i, sampling.start + i * sampling.step, extent - 1);
+    return true;
+}
+
+static bool ownAllocateBoxes(OwnAxis& axis, OwnRatio ratio, int32_t count)
+{
+    axis.ratio = ratio;
+    axis.taps = 0;
+    axis.unit = 1;
+    axis.first = ownBuffer<int32_t>(count);
+    axis.last = ownBuffer<int32_t>(count);
+    axis.firstParts = ownBuffer<int32_t>(count);
+    axis.lastParts = ownBuffer<int32_t>(count);
+    return axis.first != nullptr && axis.last != nullptr && axis.firstParts != nullptr && axis.lastParts != nullptr;
+}
+
+// The box from part `start` to before `end`; where it reaches beyond the source, the pixel at the end has more parts.
+static void ownSetBox(OwnAxis& axis, int32_t i, int64_t start, int64_t end, int32_t extent)
+{
+    const size_t at = static_cast<size_t>(i);
+    const int64_t parts = axis.ratio.to;
+    const int64_t first = std::clamp<int64_t>(start / parts, 0, extent - 1);
+    const int64_t last = std::clamp<int64_t>((end - 1) / parts, 0, extent - 1);
+    axis.first[at] = static_cast<int32_t>(first);
+    axis.last[at] = static_cast<int32_t>(last);
+    axis.firstParts[at] = static_cast<int32_t>(first == last ? end - start : (first + 1) * parts - start);
+    axis.lastParts[at] = static_cast<int32_t>(first == last ? 0 : end - last * parts);
+}
+
+bool ownMakeBoxes(OwnAxis& axis, int32_t extent, OwnRatio ratio, int32_t count)
+{
+    const int32_t divisor = std::gcd(ratio.to, ratio.from);
+    const OwnRatio reduced = { ratio.to / divisor, ratio.from / divisor };
+    if (!ownAllocateBoxes(axis, reduced, count)) return false;
+    for (int32_t i = 0; i < count; ++i) {
+        const int64_t start = static_cast<int64_t>(i) * reduced.from;
+        ownSetBox(axis, i, start, start + reduced.from, extent);
+    }
+    return true;
+}
+
+bool ownMakeWindows(OwnAxis& axis, int32_t extent, int32_t size)
+{
+    if (!ownAllocateBoxes(axis, { 1, size }, extent)) return false;
+    for (int32_t i = 0; i < extent; ++i) {
+        const int64_t start = static_cast<int64_t>(i) - size / 2;
+        ownSetBox(axis, i, start, start + size, extent);
+    }
     return true;
 }

@@ -16,6 +16,7 @@ template <class T, class Word> struct OwnTapWords {
     static constexpr int32_t taps = sizeof(Word) / sizeof(T);
     const Word* words;
 
+    OwnTapWords from(ptrdiff_t start) const { return { words + start }; }
     template <int32_t TAP> Word tap(ptrdiff_t i) const
     {
         constexpr int32_t place = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? TAP : taps - 1 - TAP;
@@ -28,6 +29,10 @@ template <class T, class Word> struct OwnTapWords {
 template <class T> struct OwnTapRows {
     const T* rows[4];
 
+    OwnTapRows from(ptrdiff_t start) const
+    {
+        return { { rows[0] + start, rows[1] + start, rows[2] + start, rows[3] + start } };
+    }
     template <int32_t TAP> T tap(ptrdiff_t i) const { return rows[TAP][i]; }
 };
 

@@ -78,10 +78,8 @@ public:
                                           : down.ratio.to;
             addRow(source_.first + (k - place_.fromY) * source_.rowStep, static_cast<Sum>(parts));
         }
-        Sum* const sums = sums_.get();
-        std::fill_n(sums, unit_, Sum { 0 });
-        for (ptrdiff_t i = 0; i < samples_; ++i) sums[i + unit_] = sums[i] + columns_[static_cast<size_t>(i)];
-        for (int32_t x = 0; x < width_; ++x) makePixel(x, to + static_cast<ptrdiff_t>(x) * unit_);
+        addColumns();
+        makePixels(to);
     }
 
 private:
@@ -99,21 +97,39 @@ private:
         for (ptrdiff_t i = 0; i < n; ++i) columns[i] += parts * static_cast<Sum>(from[i]);
     }
 
-    void makePixel(int32_t x, T* to) const
+    // Stores may lie over members, as far as a compiler knows: loops have copies of their own.
+    void addColumns()
+    {
+        const Sum* const columns = columns_.get();
+        Sum* const sums = sums_.get();
+        const ptrdiff_t n = samples_, unit = unit_;
+        std::fill_n(sums, unit, Sum { 0 });
+        for (ptrdiff_t i = 0; i < n; ++i) sums[i + unit] = sums[i] + columns[i];
+    }
+
+    void makePixels(T* to) const
     {
         const OwnAxis& across = scaling_.across;
-        const size_t at = static_cast<size_t>(place_.x + x);
-        const Sum firstParts = static_cast<Sum>(across.firstParts[at]);
-        const Sum lastParts = static_cast<Sum>(across.lastParts[at]);
-        const ptrdiff_t first = static_cast<ptrdiff_t>(across.first[at] - place_.fromX) * unit_;
-        const ptrdiff_t last = static_cast<ptrdiff_t>(across.last[at] - place_.fromX) * unit_;
-        const Sum* const behindFirst = sums_.get() + first + unit_;
-        const Sum* const beforeLast = sums_.get() + std::max(last, first + unit_);
-        for (int32_t c = 0; c < unit_; ++c) {
-            const Sum whole = (beforeLast[c] - behindFirst[c]) * static_cast<Sum>(across.ratio.to);
-            const Sum sum = columns_[static_cast<size_t>(first + c)] * firstParts + whole
-                + columns_[static_cast<size_t>(last + c)] * lastParts;
-            to[c] = static_cast<T>(mean_(sum));
+        const int32_t* const firsts = across.first.get() + place_.x;
+        const int32_t* const lasts = across.last.get() + place_.x;
+        const int32_t* const firstParts = across.firstParts.get() + place_.x;
+        const int32_t* const lastParts = across.lastParts.get() + place_.x;
+        const Sum* const columns = columns_.get();
+        const Sum* const sums = sums_.get();
+        const Sum wholeParts = static_cast<Sum>(across.ratio.to);
+        const ptrdiff_t from = place_.fromX, unit = unit_, width = width_;
+        const Mean mean = mean_;
+        for (ptrdiff_t x = 0; x < width; ++x) {
+            const ptrdiff_t first = (firsts[x] - from) * unit;
+            const ptrdiff_t last = (lasts[x] - from) * unit;
+            const Sum* const behindFirst = sums + first + unit;
+            const Sum* const beforeLast = sums + std::max(last, first + unit);
+            for (ptrdiff_t c = 0; c < unit; ++c) {
+                const Sum whole = (beforeLast[c] - behindFirst[c]) * wholeParts;
+                const Sum sum = columns[first + c] * static_cast<Sum>(firstParts[x]) + whole
+                    + columns[last + c] * static_cast<Sum>(lastParts[x]);
+                to[x * unit + c] = static_cast<T>(mean(sum));
+            }
         }
     }
 

@@ -2,11 +2,9 @@
 #pragma once
 
 #include <algorithm>
-#include <cstring>
-#include <type_traits>
+#include <limits>
 
 #include "frame/ownivdep.h"
-#include "frame/ownlimit.h"
 #include "ownaxis.h"
 
 // ---- taps ----------------------------------------------------------------------------------------------------------
@@ -128,9 +126,13 @@ inline float ownCubic(float p0, float p1, float p2, float p3, float u, float sec
 // 0.99999f is a little less than 0.99999, and no float lies between them. Values stay far inside 32 bits.
 template <class T> inline T ownSampleFloorUp(float value)
 {
+    constexpr int32_t high = std::numeric_limits<T>::max();
     const int32_t towardZero = static_cast<int32_t>(value);
     const float fraction = value - static_cast<float>(towardZero);
-    return ownLimitInteger<T>(towardZero + static_cast<int32_t>(fraction > 0.99999f));
+    int32_t whole = towardZero + static_cast<int32_t>(fraction > 0.99999f);
+    whole = whole < high ? whole : high;
+    whole = whole > 0 ? whole : 0;
+    return static_cast<T>(whole);
 }
 
 template <class T> struct OwnCubic {
@@ -152,15 +154,23 @@ template <class T> struct OwnCubic {
         }
     }
 
+    // Floats first, then samples: one loop for both would run as many floats at once as samples fit into a vector,
+    // which takes more registers than there are and twice the time.
     static void across(const Middle* const* rows, const OwnAxis& axis, ptrdiff_t at, Sample* to, ptrdiff_t n)
     {
-        const Middle *const p0 = rows[0], *const p1 = rows[1], *const p2 = rows[2], *const p3 = rows[3];
         const float u = axis.factors[0][static_cast<size_t>(at)];
         const float second = axis.factors[1][static_cast<size_t>(at)];
         const float third = axis.factors[2][static_cast<size_t>(at)];
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < n; ++i) {
-            to[i] = ownSampleFloorUp<T>(ownCubic(p0[i], p1[i], p2[i], p3[i], u, second, third));
+        alignas(64) float values[256];
+        for (ptrdiff_t start = 0; start < n; start += 256) {
+            const Middle *const p0 = rows[0] + start, *const p1 = rows[1] + start;
+            const Middle *const p2 = rows[2] + start, *const p3 = rows[3] + start;
+            Sample* const out = to + start;
+            const ptrdiff_t count = std::min<ptrdiff_t>(n - start, 256);
+            OWN_IVDEP
+            for (ptrdiff_t i = 0; i < count; ++i) values[i] = ownCubic(p0[i], p1[i], p2[i], p3[i], u, second, third);
+            OWN_IVDEP
+            for (ptrdiff_t i = 0; i < count; ++i) out[i] = ownSampleFloorUp<T>(values[i]);
         }
     }
 };

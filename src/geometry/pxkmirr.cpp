@@ -36,15 +36,20 @@ static bool ownMirrorView(OwnView from, const OwnView& to, const OwnBits* mask, 
             ownStoreReversedBits(from.first + y * from.rowStep, from.bit, row, 0, n);
         });
     }
+    const bool isTogether = from.nChannels == 1 || from.channelStep == from.sampleBytes;
     const int32_t pixelBytes = from.nChannels * from.sampleBytes;
-    if (from.pixelStep == pixelBytes && (from.nChannels == 1 || from.channelStep == from.sampleBytes)) {
+    if (isTogether && from.pixelStep == pixelBytes) {
         const OwnPixelCopy backward = ownPixelCopies(pixelBytes).backward;
         return ownMakeRows(to, OwnBitForm::BITS, mask, [&](int32_t y, uint8_t* row) {
             backward(from.first + y * from.rowStep, n - 1, row, 0, n, pixelBytes);
         });
     }
+    if (from.nChannels == 1) {
+        ownCopyView(ownTurnedColumns(from), to, mask);
+        return true;
+    }
     for (int32_t c = 0; c < from.nChannels; ++c) {
-        ownCopyView(ownTurnedColumns(ownChannelView(from, c)), ownChannelView(to, c), mask);
+        if (!ownMirrorView(ownChannelView(from, c), ownChannelView(to, c), mask, { true, false })) return false;
     }
     return true;
 }

@@ -39,6 +39,9 @@ struct PxkContext {
     OwnFourierCaches fourier;
 };
 
+// There is one of these functions for all processor levels.
+extern "C" {
+
 // The calling thread's own, made on first access if the thread began before the library did. Never fails: without
 // memory for it the process ends.
 PxkContext& ownContext();
@@ -49,3 +52,5 @@ void ownReleaseCaches(PxkContext& context);
 void ownReleaseFourier(OwnFourierCaches& caches);
 void ownReleaseDctWeights(PxkContext& context);
 void ownReleaseDctTable(PxkContext& context);
+
+} // extern "C"

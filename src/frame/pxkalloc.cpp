@@ -57,32 +57,6 @@ void pxkFree(void* pointer)
 
 // ---- sizes ---------------------------------------------------------------------------------------------------------
 
-int64_t ownRowStep(int32_t dataOrder, int32_t depth, int32_t align, int32_t nChannels, int32_t width)
-{
-    const int64_t samples = static_cast<int64_t>(width) * (dataOrder == PXK_DATA_ORDER_PIXEL ? nChannels : 1);
-    const int64_t bytes = (samples * ownDepthBits(depth) + 7) / 8;
-    return (bytes + align - 1) / align * align;
-}
-
-int64_t ownImageSize(int32_t dataOrder, int32_t nChannels, int32_t height, int64_t rowStep)
-{
-    const int64_t planes = dataOrder == PXK_DATA_ORDER_PLANE ? nChannels : 1;
-    const int64_t rows = planes * height;
-    return rowStep > INT32_MAX / rows ? INT64_MAX : rowStep * rows;
-}
-
-ptrdiff_t ownTileStep(const PxkImage* image)
-{
-    return static_cast<ptrdiff_t>(
-        ownRowStep(image->dataOrder, image->depth, image->align, image->nChannels, image->tileInfo->width));
-}
-
-ptrdiff_t ownCheckedTileStep(PxkImage* image)
-{
-    if (pxkCheckImageHeader(image) != PXK_StsOk || image->tileInfo == nullptr) return 0;
-    return ownTileStep(image);
-}
-
 // True when an image in memory fits in 31 bits. Tiled images may be larger; each tile must fit.
 static bool ownFitsMemory(const PxkImage* image)
 {

@@ -37,7 +37,7 @@ struct OwnDigits {
 OwnDigits ownDigits(int32_t number);
 
 // The processor's time-stamp counter as it stands; where there is none, nanoseconds of a clock that never goes back.
-uint64_t ownProcessorCounter();
+extern "C" uint64_t ownProcessorCounter();
 
 // Styles and buttons of a modal box have the numbers of the system that knows such boxes.
 constexpr uint32_t OWN_BOX_OK = 0x0;

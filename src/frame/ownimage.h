@@ -3,7 +3,7 @@
 
 #include "pxk/pxk.h"
 
-// Bytes of a row of `width` pixels, rounded up to a multiple of `align`. 64 bits hold it for any legal arguments.
+// Bytes of a row of `width` pixels, rounded up to a multiple of `align`; INT64_MAX for what 64 bits can't hold.
 int64_t ownRowStep(int32_t dataOrder, int32_t depth, int32_t align, int32_t nChannels, int32_t width);
 
 // Bytes of all rows of all planes.

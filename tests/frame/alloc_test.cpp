@@ -1,6 +1,9 @@
 // The image records: making, testing, filling, cloning and freeing them.
 #include <cstring>
 #include <functional>
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/asan_interface.h>
+#endif
 
 #include "support/cases.h"
 #include "support/reports.h"
@@ -73,6 +76,7 @@ TEST(Header, checkedInOrder)
     EXPECT_EQ(pxkCheckImageHeader(*p), 0);
     EXPECT_EQ(pxkGetErrStatus(), -99) << "success stores nothing";
     expectOrder({ { -23, &tiles.width, 12 },
+                  { -23, &tiles.width, 1 << 28 }, // a tile of 2^33 bytes
                   { -23, &tiles.height, 0 },
                   { -24, &p->roi.coi, 5 },
                   { -24, &p->roi.coi, -1 },
@@ -133,6 +137,8 @@ TEST(Header, masksOfMasks)
     EXPECT_EQ(statusWith(PictureSpec(PXK_DEPTH_1U), [](Picture& p) { p.header.widthStep = 0; }), -213);
     EXPECT_EQ(pxkGetErrStatus(), -213);
     EXPECT_EQ(statusWith(PictureSpec(PXK_DEPTH_1U), nothing), 0);
+    mask->header.maskROI = *mask; // a ring
+    EXPECT_EQ(pxkCheckImageHeader(*image), -912);
 }
 
 TEST(Header, sizes)
@@ -170,9 +176,14 @@ TEST(Header, takesRecordsUnexamined)
     PxkROI* const roi = pxkCreateROI(-3, -2, -1, 0, 7);
     PxkTileInfo* const tiles = pxkCreateTileInfo(nullptr, 5, 12, -8);
     PxkImage* const image =
-        pxkCreateImageHeader(3, 3, PXK_DEPTH_16S, "RGBA more", "BGRA", 1, 1, 16, 10, 20, roi, nullptr, roi, tiles);
+        pxkCreateImageHeader(3, 3, PXK_DEPTH_16S, "RGBA more", "G\0XY", 1, 1, 16, 10, 20, roi, nullptr, roi, tiles);
     ASSERT_NE(image, nullptr);
-    EXPECT_EQ(memcmp(image->colorModel, "RGBA", 4), 0);
+    EXPECT_EQ(memcmp(image->colorModel, "RGBAG\0\0", 8), 0); // a text, or as much of it as there is
+    PxkTileInfo* const wild = reinterpret_cast<PxkTileInfo*>(1);
+    PxkImage* const large = pxkCreateImageHeader(INT32_MAX, 0, PXK_DEPTH_32F, "", "", 0, 0, 4, INT32_MAX, INT32_MAX,
+                                                 nullptr, nullptr, nullptr, wild);
+    EXPECT_NE(large, nullptr);
+    pxkDeallocateHeader(large);
     tiles->tileData = roi;
     pxkSetTileInfo(tiles, nullptr, 6, 8, 8);
     EXPECT_EQ(tiles->tileData, nullptr);
@@ -264,7 +275,11 @@ TEST(Allocate, familyIsAlignedAndRefusesBadLengths)
         for (int32_t length = 0; length < 70; ++length) {
             void* const block = member.call(length);
             ASSERT_EQ(reinterpret_cast<uintptr_t>(block) % 32, 0u);
+#ifdef __SANITIZE_ADDRESS__
+            EXPECT_EQ(__asan_address_is_poisoned(static_cast<char*>(block) + length * member.itemBytes), 1);
+#else
             memset(block, 1, static_cast<size_t>(length * member.itemBytes + 33));
+#endif
             pxkFree(block);
         }
         EXPECT_EQ(member.call(-1), nullptr);
@@ -360,14 +375,31 @@ TEST(Clone, copiesPixelsAndRegion)
         }
         const int32_t rows = source.height * got[0].planes();
         EXPECT_EQ(clone->imageSize, clone->widthStep * rows);
+        // With padding, or where steps differ, pixels alone.
+        const int32_t perRow = source.width * (source.dataOrder == PXK_DATA_ORDER_PIXEL ? source.nChannels : 1);
+        const int32_t rowBytes = got[0].spec.extraStep == 0 ? clone->widthStep : (perRow * depthBits(c.depth) + 7) / 8;
         for (int32_t y = 0; y < rows && !got[0].isTiled(); ++y) {
             EXPECT_EQ(memcmp(got[0].row(y), static_cast<char*>(clone->imageData) + y * clone->widthStep,
-                             static_cast<size_t>(clone->widthStep)),
+                             static_cast<size_t>(rowBytes)),
                       0)
                 << "row " << y;
         }
         freeClone(clone);
     });
+}
+
+// A header over the lower right corner of a picture, whose last row has nothing behind it.
+TEST(Clone, readsNothingBehindARow)
+{
+    const Block block(1000);
+    PxkImage* const corner = createHeader(PXK_DEPTH_8U, 3, 5);
+    corner->imageData = block.data + block.size - 4 * 100 - 3;
+    corner->widthStep = 100;
+    memset(corner->imageData, 7, 403);
+    PxkImage* const clone = pxkCloneImage(corner);
+    EXPECT_EQ(memcmp(static_cast<char*>(clone->imageData) + 16, "\7\7\7", 3), 0);
+    freeClone(clone);
+    pxkDeallocateHeader(corner);
 }
 
 TEST(Clone, refusesHeadersWithoutPixels)

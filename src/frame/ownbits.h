@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// Bytes that hold n bits which start at bit position `bit` of the first one. A row may have 2^31 - 1 of them, also where
-// ptrdiff_t has no more bits.
+// Bytes that hold n bits which start at bit position `bit` of the first one. A row may have 2^31 - 1 of them, also
+// where ptrdiff_t has no more bits.
 inline ptrdiff_t ownBytesOfBits(int32_t bit, ptrdiff_t n)
 {
     return static_cast<ptrdiff_t>((static_cast<int64_t>(n) + bit + 7) / 8);

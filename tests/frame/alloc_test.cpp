@@ -166,7 +166,7 @@ TEST(Header, sizes)
     EXPECT_EQ(createHeader(PXK_DEPTH_8U, INT32_MAX, INT32_MAX, INT32_MAX, 1, 32), nullptr);
     EXPECT_EQ(recordedReports(),
               (std::vector<Report>(2, { PXK_StsBadImageSize, "pxkCreateImageHeader", "Incorrect data-ins" })));
-    PxkImage* const most = createHeader(PXK_DEPTH_32S, 32767, 16384, 1);
+    PxkImage* const most = createHeader(PXK_DEPTH_32S, 1038435, 517, 1); // 2^31 - 1 bytes by 517 rows, rounded down
     EXPECT_NE(most, nullptr);
     pxkDeallocateHeader(most);
 }

@@ -130,7 +130,8 @@ std::string readQuestion(const Terminal& terminal, pid_t process)
     while (shown.size() < 2 || shown.compare(shown.size() - 2, 2, ": ") != 0) {
         const std::string more = readAvailable(terminal.master, 20);
         shown += more;
-        if (more.empty() && waitid(P_PID, process, &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid != 0) break;
+        if (more.empty() && waitid(P_PID, process, &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid != 0)
+            break;
     }
     return shown;
 }
@@ -208,7 +209,8 @@ TEST(PosixBox, answersOnATerminal)
 TEST(PosixBox, terminalInOtherStates)
 {
     SKIP_WITHOUT_TERMINALS();
-    const Outcome early = onTerminal(PXK_ErrModeLeaf, "n\n", [] {}, "y\ny");
+    const Outcome early = onTerminal(
+        PXK_ErrModeLeaf, "n\n", [] {}, "y\ny");
     EXPECT_EQ(early.shown, leaf + yesNo) << "typed for something else";
     EXPECT_EQ(early.exitCode, ranOn);
 

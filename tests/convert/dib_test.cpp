@@ -115,7 +115,7 @@ TEST(DibTo, matchesModel)
     }
 }
 
-// Clustered colours make long candidate lists, noise asks for all cells; so many pixels that lists are begun anew.
+// Clustered colours, noise, tables too long for lists, and so many long lists that they are begun anew.
 TEST(DibTo, findsTheNearestColorOfManyColors)
 {
     startReports();
@@ -126,11 +126,13 @@ TEST(DibTo, findsTheNearestColorOfManyColors)
         Bitmap got(bitmapHeader(400, height, 8, 0, colors), true, random);
         for (int32_t i = 0; i < static_cast<int32_t>(colors); ++i) {
             const uint32_t color = static_cast<uint32_t>(random.next());
-            got.setWord(i, seed % 2 == 0 ? 0x80808080 + (color & 0x07070707) : color);
+            const uint32_t plane = 0x80u | static_cast<uint32_t>(i % 64) << 10 | static_cast<uint32_t>(i / 64) << 18;
+            got.setWord(i, seed == 7 ? plane : seed % 2 == 0 ? 0x80808080 + (color & 0x07070707) : color);
         }
         const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_8U, 400, height, 3), random);
         memcpy(image->header.channelSeq, "BGR", 4);
-        // Cubes of 8 levels within those of 32, so that the memory for lists is used up where one of 32 begins.
+        // Cubes of 8 levels within those of 32, so that the memory for lists is used up where one of 32 begins: entries
+        // on a plane make long lists everywhere.
         for (int32_t i = 0; i < 400 * height && seed == 7; ++i)
             for (int32_t k = 0; k < 3; ++k)
                 image->setNumber(i % 400, i / 400, k, (i >> (6 + 3 * k) & 7) * 32 + (i >> 2 * k & 3) * 8);

@@ -94,9 +94,9 @@ static bool ownBitRowsTouch(const OwnBitRow& row, const OwnView& view)
 // As bytes: these have no more than fits into memory, but pixels may be more than a ptrdiff_t can count.
 static void ownRunTouchingRows(const OwnBitRow& row, ptrdiff_t bytes)
 {
-    uint8_t* operands[ownMostOperands];
+    uint8_t* operands[ownMostViews];
     for (int32_t k = 0; k < row.count; ++k) operands[k] = row.operands[k].first;
-    row.kernel->call(row.kernel->self, operands, bytes);
+    (*row.rowFunction)(operands, bytes);
 }
 
 void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,

@@ -391,10 +391,10 @@ PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int3
  *
  * A refused tile is -2 "Error get tile to write" or "Error get tile to read", with the work done so far left in place
  * and no tile held. Where both images are tiled, the first one is read a tile of the second one at a time; when that
- * fails, for a tile or for memory, the report is -1 with an empty text, which leaves the stored status as it is, maybe
- * 0, and the second image's tile, and those of the first one that were handed out for it, are not released. The same
- * report comes when masks can't be combined, and once more, behind every failure in tiles, from copy and set of one-bit
- * images under a mask.
+ * fails, for a tile, for memory or because a tile function has stored a negative status, the report is -1 with an empty
+ * text, which leaves the stored status as it is, maybe 0, and the second image's tile, and those of the first one that
+ * were handed out in one row with a refused one, are not released. The same report comes when masks can't be combined,
+ * and once more, behind every failure in tiles, from copy and set of one-bit images under a mask.
  */
 
 /**

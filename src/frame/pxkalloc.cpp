@@ -173,6 +173,12 @@ int32_t pxkCheckImageHeader(PxkImage* image)
 
 // ---- making and filling --------------------------------------------------------------------------------------------
 
+// The text, or its first four characters; what lies behind a shorter one is not read.
+static void ownCopyWord(const char* text, char (&word)[4])
+{
+    for (size_t i = 0; i < sizeof word && text[i] != '\0'; ++i) word[i] = text[i];
+}
+
 PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t depth, const char* colorModel,
                                const char* channelSeq, int32_t dataOrder, int32_t origin, int32_t align, int32_t width,
                                int32_t height, PxkROI* roi, PxkImage* maskROI, void* userTag, PxkTileInfo* tileInfo)
@@ -193,8 +199,8 @@ PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t 
     header.tileInfo = tileInfo;
     const int32_t fault = ownFieldFault(&header, colorModel != nullptr && channelSeq != nullptr);
     OWN_REFUSE_IF(fault != PXK_StsOk, fault, "Incorrect data-ins", nullptr);
-    memcpy(header.colorModel, colorModel, strnlen(colorModel, sizeof header.colorModel)); // zeros behind shorter texts
-    memcpy(header.channelSeq, channelSeq, strnlen(channelSeq, sizeof header.channelSeq));
+    ownCopyWord(colorModel, header.colorModel);
+    ownCopyWord(channelSeq, header.channelSeq);
     ownStoreSizes(&header); // border mode PXK_EDGE_CONST with constant 0 is all zeros already
 
     PxkImage* const image = static_cast<PxkImage*>(pxkMalloc(sizeof header));

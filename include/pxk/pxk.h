@@ -15,7 +15,12 @@
  * - Each image keeps its own region offset. The work is the smallest width and the smallest height of all regions and
  * of the mask, taken axis by axis, and pixel (i, j) of the work is pixel (xOffset + i, yOffset + j) of each image.
  * - Processed channels are all but alpha, or the one that the region's channel of interest names (which may be alpha).
- * - Two threads may work at the same time on different headers, never on one header.
+ * - Two threads may work at the same time on different headers, never on one header. Where both write to one block of
+ *   pixels, or one writes what the other reads, no byte may be common to both: an operation may read and write back
+ *   what it leaves as it is, between the first and the last pixel of each row of its region, such as pixels that a mask
+ *   leaves out, channels that are not processed in pixel order, the other pixels in the first and last byte of one-bit
+ *   rows, and the padding of rows where it works on whole images.
+ * - A call takes up to 128 KiB of its thread's stack, besides what the tile function and the report handler take.
  */
 #ifndef PXK_PXK_H
 #define PXK_PXK_H
@@ -223,7 +228,11 @@ typedef int32_t (*PxkErrorCallBack)(int32_t status, const char* func, const char
 /** @name Status and reports. All of it is per thread; a new thread starts with status 0, PXK_ErrModeLeaf and the box.
  */
 
-/** The status that this thread stored last: 0, or the first failure since 0 was stored. */
+/**
+ * The status that this thread stored last. Operations that succeed store nothing (the morphology stores 0 on entry),
+ * and a later failure replaces an earlier one, except for reports with PXK_StsBackTrace and PXK_StsAutoTrace, which are
+ * not stored.
+ */
 PXK_API int32_t pxkGetErrStatus(void);
 
 /** Stores any status, unchecked, and calls no handler. */
@@ -253,8 +262,9 @@ PXK_API const char* pxkErrorStr(int32_t status);
 PXK_API int32_t pxkNulDevReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
 /**
- * Handler: writes the report to the standard-error stream, unless the mode is PXK_ErrModeSilent. In PXK_ErrModeLeaf it
- * then ends the process with exit code 1. Otherwise returns `status`.
+ * Handler: writes the report to the standard-error stream, unless the mode is PXK_ErrModeSilent or the process was
+ * started without such a stream. In PXK_ErrModeLeaf it then ends the process with exit code 1. Otherwise returns
+ * `status`.
  */
 PXK_API int32_t pxkStdErrReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
@@ -262,8 +272,8 @@ PXK_API int32_t pxkStdErrReport(int32_t status, const char* func, const char* co
  * Handler, the default one: shows the report in a modal box, which asks in PXK_ErrModeLeaf whether to end the
  * application (Yes, No) and in PXK_ErrModeParent whether to go on (OK, Cancel). Yes and Cancel end the process with
  * exit code 1. Every other answer, and every other mode, returns `status`. Where there are no boxes the question goes
- * to the terminal, if standard input and standard error are one; without a terminal the text goes to standard error and
- * the process goes on.
+ * to the terminal, if standard input and standard error are one, and what was typed before it is no answer; without a
+ * terminal the text goes to standard error and the process goes on.
  */
 PXK_API int32_t pxkGuiBoxReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
@@ -275,8 +285,9 @@ PXK_API const PxkLibVersion* pxkGetLibVersion(void);
 
 /**
  * Takes `length` items of 1 (pxkMalloc), 2 (pxkwMalloc), 4 (pxkiMalloc, pxksMalloc) or 8 bytes (pxkdMalloc). The block
- * starts at a multiple of 32 bytes, is not cleared, and has at least 33 spare bytes behind it. Give it back with
- * pxkFree. Null when out of memory or when `length` is negative or too large; nothing is reported.
+ * starts at a multiple of 32 bytes, is not cleared, and has at least 33 spare bytes behind it (in builds with
+ * AddressSanitizer they must not be touched). Give it back with pxkFree. Null when out of memory or when `length` is
+ * negative or too large; nothing is reported.
  */
 PXK_API void* pxkMalloc(int32_t length);
 PXK_API void* pxkwMalloc(int32_t length);
@@ -288,13 +299,14 @@ PXK_API void* pxkdMalloc(int32_t length);
 PXK_API void pxkFree(void* block);
 
 /**
- * Makes a header without pixels, border mode PXK_EDGE_CONST with 0 on all sides. `colorModel` and `channelSeq` are four
- * bytes each, copied as they are. `roi`, `maskROI` and `tileInfo` are held by pointer and stay the caller's. Returns
- * null after reporting "Incorrect data-ins" with, in this order of tests: -10 (width or height below 1), -15 (nChannels
- * below 1), -16 (not one channel at depth 1), -14 (a null text), -17 (depth), -18 (alphaChannel neither 0 nor
- * nChannels), -19 (dataOrder), -20 (origin neither 0 nor 1), -21 (align), -10 (pixels, or a tile, of 2^31 bytes or
- * more), -117, -26 or the status less 100 (mask not of depth 1, tiled, or bad). Returns null without a report when out
- * of memory.
+ * Makes a header without pixels, border mode PXK_EDGE_CONST with 0 on all sides. `colorModel` and `channelSeq` are the
+ * first four bytes of the texts, zeros behind a shorter one. `roi`, `maskROI` and `tileInfo` are held by pointer and
+ * stay the caller's; `roi` and `tileInfo` are not examined. Returns null after reporting "Incorrect data-ins" with, in
+ * this order of tests: -10 (width or height below 1), -15 (nChannels below 1), -16 (not one channel at depth 1), -14 (a
+ * null text), -17 (depth), -18 (alphaChannel neither 0 nor nChannels), -19 (dataOrder), -20 (origin neither 0 nor 1),
+ * -21 (align), -10 (without tileInfo: pixels of 2^31 bytes or more), -117, -26 or the status less 100 (mask not of
+ * depth 1, tiled, or bad). With tileInfo, widthStep and imageSize are 0 where 31 bits can't hold them. Returns null
+ * without a report when out of memory.
  */
 PXK_API PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t depth, const char* colorModel,
                                        const char* channelSeq, int32_t dataOrder, int32_t origin, int32_t align,
@@ -347,13 +359,17 @@ PXK_API void pxkDeleteTileInfo(PxkTileInfo* tileInfo);
  * Tests a header as every operation does on entry. Returns 0, or stores and returns the first failure without a report:
  * -9 null; -12 imageData and tileInfo both null or both set; -10 imageSize below 1 (in memory); -13 widthStep below 1
  * (in memory); -10 width or height below 1; -15, -16 nChannels; -17 depth; -18 alphaChannel; -19 dataOrder; -20 origin;
- * -21 align; -10 an image of 2^31 bytes or more; -117, -26 or status less 100 for the mask; -22 no callBack, -23 tile
- * size; -24 coi, -25 size, -11 negative offset of the region. A region that reaches outside the image passes.
+ * -21 align; -10 an image in memory of 2^31 bytes or more; -117, -26 or status less 100 for the mask; -22 no callBack,
+ * -23 tile width or height below 1 or no multiple of 8, or a tile of 2^31 bytes or more; -24 coi, -25 size, -11
+ * negative offset of the region. A region that reaches outside the image passes. A mask of a mask selects nothing but
+ * is tested likewise; the ninth of them, and so every ring of masks, is refused with -112 less 100 for each mask above
+ * it.
  */
 PXK_API int32_t pxkCheckImageHeader(PxkImage* image);
 
 /**
- * Makes a copy of an image with its own pixels and region, and without mask, tag and tile record. The clone of a tiled
+ * Makes a copy of an image with its own pixels and region, and without mask, tag and tile record. The padding of rows
+ * is copied where widthStep is what pxkAllocateImage makes it, otherwise it is not initialised. The clone of a tiled
  * image has pixels for the whole image, not initialised. Reports "Incorrect Image", or -4 with a message that says what
  * could not be allocated, and returns null. Release the clone with pxkDeallocate(clone, PXK_FREE_HEADER | PXK_FREE_DATA
  * | PXK_FREE_ROI).
@@ -367,15 +383,26 @@ PXK_API PxkImage* pxkCloneImage(PxkImage* image);
 PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int32_t constant);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Copy, set and exchange. These stop silently, after their argument checks, when the stored status is negative.
+/**
+ * @name Copy, set and exchange
+ *
+ * On the common size of the regions and of the masks of all images; only pixels that all masks select change. These
+ * stop silently, after their argument checks, when the stored status is negative.
+ *
+ * A refused tile is -2 "Error get tile to write" or "Error get tile to read", with the work done so far left in place
+ * and no tile held. Where both images are tiled, the first one is read a tile of the second one at a time; when that
+ * fails, for a tile, for memory or because a tile function has stored a negative status, the report is -1 with an empty
+ * text, which leaves the stored status as it is, maybe 0, and the second image's tile, and those of the first one that
+ * were handed out in one row with a refused one, are not released. The same report comes when masks can't be combined,
+ * and once more, behind every failure in tiles, from copy and set of one-bit images under a mask.
  */
 
 /**
  * Copies the processed channels of the source's region to the destination's. One header given twice: nothing to do.
  * Reports "Incorrect Image"; -5 "srcImage->depth != dstImage->depth", "srcImage->origin != dstImage->origin" and
- * (unless both have one channel) "srcImage->dataOrder != dstImage->dataOrder", each that fails; -5 "Number of processed
- * channels of srcImage
- * != Number of processed channels of dstImage".
+ * (at other depths than 1, unless both have one channel) "srcImage->dataOrder != dstImage->dataOrder", each that fails;
+ * then, where regions and masks leave something to do, -5 "Number of processed channels of srcImage != Number of
+ * processed channels of dstImage".
  */
 PXK_API void pxkCopy(PxkImage* srcImage, PxkImage* dstImage);
 
@@ -621,10 +648,12 @@ PXK_API PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
  * Reports, in this order, -5 with the failed condition as text (here with what pxkConvertFromDIBSep returns): dib, in
  * the Sep form dibHeader or dibData, null (-5); image null (-9); alphaChannel below 0 or above nChannels (-18);
  * dataOrder (-19); origin (-20); align (-21); height, width, imageSize (-10) or widthStep (-13) below 1; biSize,
- * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then -10 "Image size
- * is too small", -14 "image->channelSeq unsupport", -4 "Not enough memory to allocate data for destination image", -5
- * "Bit-field mask is zero", -3 "Impossible to decompress RLE DIB" after the decoder's own report, and -3 "<unknown>"
- * for a biBitCount, or a pair of nChannels and depth, that is not served.
+ * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then, in this order,
+ * -10 "Image size is too small"; -3 "<unknown>" for a biBitCount that is not served; -5 "Bit-field mask is zero"; -14
+ * "image->channelSeq unsupport"; -3 "<unknown>" for a pair of nChannels and depth that is not served, and for an image
+ * of 2^31 bytes or more; -4 "Not enough memory to allocate data for destination image"; for run-length bits the
+ * decoder's own report, -4 or -5 under the name ownDecompressRLE or ownDecompressRLESep, behind which pxkConvertFromDIB
+ * reports -3 "Impossible to decompress RLE DIB". "<unknown>" is not reported while a negative status is stored.
  */
 PXK_API void pxkConvertFromDIB(PxkBitmapInfoHeader* dib, PxkImage* image);
 PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibData, PxkImage* image);
@@ -1053,8 +1082,10 @@ PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIteration
  *   output depth for gray image dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U", "Erroneous dither
  *   option"; own_dither_tiled_errprop, where errors cross tiles: the first of them, or "Error depth for gray image
  *   dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U".
- * Error diffusion needs memory: -4 "no memory for error propagation dithering errors array" (tiled), or "no memory for
- * errr array" under the row kernel's name, such as owncbDither_Gray_Floyd_PX, with nothing written. A refused tile is
+ * Error diffusion needs memory for the errors of a few rows, and where an image is tiled for the whole picture as well,
+ * at the depth that is dithered, which must be less than 2^31 bytes: the source is read whole before anything is
+ * written. Without memory: -4 "no memory for error propagation dithering errors array" (tiled), or "no memory for errr
+ * array" under the row kernel's name, such as owncbDither_Gray_Floyd_PX, with nothing written. A refused tile is
  * -5 "(src->tileInfo->tileData == NULL)" or "(dst->tileInfo->tileData == NULL)".
  */
 PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,

@@ -3,10 +3,11 @@
 
 #include "owndepth.h"
 
-// Bytes of a row of `width` pixels, rounded up to a multiple of `align`. 64 bits hold it for any legal arguments.
+// Bytes of a row of `width` pixels, rounded up to a multiple of `align`; INT64_MAX for what 64 bits can't hold.
 inline int64_t ownRowStep(int32_t dataOrder, int32_t depth, int32_t align, int32_t nChannels, int32_t width)
 {
     const int64_t samples = static_cast<int64_t>(width) * (dataOrder == PXK_DATA_ORDER_PIXEL ? nChannels : 1);
+    if (samples > INT64_MAX / 64) return INT64_MAX;
     const int64_t bytes = (samples * ownDepthBits(depth) + 7) / 8;
     return (bytes + align - 1) / align * align;
 }

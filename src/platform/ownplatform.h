@@ -27,7 +27,7 @@ void ownFreeZeroed(void* block);
 [[noreturn]] void ownFatalExit(const char* text);
 
 // Writes the texts one behind the other to the standard-error stream and flushes it. A stream that is closed, or a pipe
-// that nobody reads any more, does no harm.
+// that nobody reads any more, does no harm; a process that began without the stream writes nothing.
 void ownWriteError(std::initializer_list<const char*> texts);
 
 // Decimal digits of a number.

@@ -157,7 +157,10 @@ TEST(Compare, nearFloatsMatchModel)
         };
         const float chosen = static_cast<float>(random.oneOf(bounds));
         const float epsilon = chosen < 0 ? 0 : chosen;
-        const auto isNear = [&](double a, double b) { return std::fabs(a - b) <= epsilon; };
+        const auto isNear = [&](double a, double b) {
+            const volatile double difference = a - b; // no more digits than a double has
+            return std::fabs(difference) <= epsilon;
+        };
         modelCompare(want[0], &want[1], want[2], isNear);
         pxkEqualFPEps(got[0], got[1], got[2], epsilon);
         EXPECT_TRUE(sameScene(want, got)) << epsilon;
@@ -259,6 +262,7 @@ TEST(Compare, knownAnswers)
     const float infinity = std::numeric_limits<float>::infinity();
     EXPECT_EQ(bitOf(0.75f, 0.5f, 0.25f), 1u);
     EXPECT_EQ(bitOf(16777216, -1, 16777216), 0u); // a float would have lost the 1
+    EXPECT_EQ(bitOf(1, -0x1p-54f, 1), 1u);        // a double is too short for the rest
     EXPECT_EQ(bitOf(FLT_MAX, -FLT_MAX, infinity), 1u);
     EXPECT_EQ(bitOf(infinity, infinity, infinity), 0u); // their difference is no number
     EXPECT_EQ(bitOf(std::nanf(""), std::nanf(""), infinity), 0u);

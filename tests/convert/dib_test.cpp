@@ -34,11 +34,10 @@ PicturePtr somePicture(Random& random, int32_t width, int32_t height)
     return picture;
 }
 
-uint32_t someMask(Random& random)
+uint32_t someMask(Random& random, int32_t bits)
 {
-    const uint32_t mask = random.oneIn(4) ? static_cast<uint32_t>(random.next())
-                                          : ((1u << random.between(1, 12)) - 1) << random.between(0, 31);
-    return (mask & 0xFFFF) != 0 ? mask : mask | 0x10;
+    if (random.oneIn(4)) return static_cast<uint32_t>(random.next());
+    return ((1u << random.between(1, 12)) - 1) << (random.oneIn(3) ? 0 : random.below(bits));
 }
 
 // Colours of a table: of chance, close to each other with equal ones among them, or with many grays at their place.
@@ -50,7 +49,7 @@ void fillTable(Bitmap& bitmap, Random& random)
         uint32_t entry = static_cast<uint32_t>(random.next());
         if (kind == 1) entry &= 0xFF0F0F0F;
         if (kind == 2 && !random.oneIn(3)) entry = 0x010101u * static_cast<uint32_t>(random.oneIn(3) ? i / 2 : i);
-        bitmap.setWord(i, h.biBitCount > 8 ? someMask(random) : entry);
+        bitmap.setWord(i, h.biBitCount > 8 ? someMask(random, h.biBitCount) : entry);
     }
 }
 
@@ -116,21 +115,27 @@ TEST(DibTo, matchesModel)
     }
 }
 
-// Clustered colours make long candidate lists, noise asks for all cells; so many pixels that lists are begun anew.
+// Clustered colours, noise, tables too long for lists, and so many long lists that they are begun anew.
 TEST(DibTo, findsTheNearestColorOfManyColors)
 {
     startReports();
-    for (uint64_t seed = 1; seed <= 6; ++seed) {
+    for (uint64_t seed = 1; seed <= 7; ++seed) {
         Random random(seed);
-        const uint32_t colors = seed <= 4 ? 256 : 5000;
-        const int32_t height = seed <= 4 ? 50 : 2;
+        const uint32_t colors = seed <= 4 ? 256 : seed <= 6 ? 5000 : 4000;
+        const int32_t height = seed <= 4 ? 50 : seed <= 6 ? 2 : 82;
         Bitmap got(bitmapHeader(400, height, 8, 0, colors), true, random);
         for (int32_t i = 0; i < static_cast<int32_t>(colors); ++i) {
             const uint32_t color = static_cast<uint32_t>(random.next());
-            got.setWord(i, seed % 2 == 0 ? 0x80808080 + (color & 0x07070707) : color);
+            const uint32_t plane = 0x80u | static_cast<uint32_t>(i % 64) << 10 | static_cast<uint32_t>(i / 64) << 18;
+            got.setWord(i, seed == 7 ? plane : seed % 2 == 0 ? 0x80808080 + (color & 0x07070707) : color);
         }
         const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_8U, 400, height, 3), random);
         memcpy(image->header.channelSeq, "BGR", 4);
+        // Cubes of 8 levels within those of 32, so that the memory for lists is used up where one of 32 begins: entries
+        // on a plane make long lists everywhere.
+        for (int32_t i = 0; i < 400 * height && seed == 7; ++i)
+            for (int32_t k = 0; k < 3; ++k)
+                image->setNumber(i % 400, i / 400, k, (i >> (6 + 3 * k) & 7) * 32 + (i >> 2 * k & 3) * 8);
         const auto want = got.copy();
         model::convertTo(*image, *want);
         EXPECT_EQ(convertTo(*image, got), 0);
@@ -197,7 +202,7 @@ TEST(DibTo, reducesTheImageFirst)
 {
     startReports();
     Random random(3);
-    for (const int32_t bits : { 1, 4, 8, 24 })
+    for (const int32_t bits : { 1, 4, 8, 16, 24 })
         for (const int32_t channels : { 1, 3 })
             for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_16U })
                 for (const int32_t dither : { 2, 4, 8, 16 })
@@ -215,7 +220,7 @@ TEST(DibTo, reducesTheImageFirst)
                             PictureSpec(bits == 1 ? PXK_DEPTH_1U : PXK_DEPTH_8U, 37, 9, channels), random);
                         memcpy(reduced->header.colorModel, image->header.colorModel, 4);
                         memcpy(reduced->header.channelSeq, image->header.channelSeq, 4);
-                        pxkReduceBits(*image, *reduced, 0, dither, bits == 24 ? 8 : bits);
+                        pxkReduceBits(*image, *reduced, 0, dither, bits > 8 ? 8 : bits);
                         EXPECT_EQ(convertTo(*image, *want, 1, palette), 0);
                         EXPECT_EQ(convertTo(*reduced, *want), 0);
                         image->setRegion(3, 2, 5, 4);

@@ -111,6 +111,7 @@ TEST(RleDecode, knownStreams)
         { true, 3, 3, { 3, 7, 0, 1 }, "biHeight", {} },
         { true, 3, 2, { 3, 7, 0, 0, 3, 7, 0, 0, 1, 7, 0, 1 }, "biHeight or biWidth", {} },
         { true, 3, 2, { 0, 2, 4, 0 }, "bad Delta", {} },
+        { true, 3, 2, { 0, 2, 3, 0 }, "biHeight or biWidth", {} }, // the run that its bytes are leaves the row
         { true, 3, 2, { 0, 2, 0, 3 }, "bad Delta", {} },
     };
     for (const Known& k : all) {
@@ -268,6 +269,7 @@ TEST(RleEncode, knownRowsOfFourBits)
         { { 1, 2, 3, 2, 5 }, { 2, 0x12, 1, 0x30, 1, 0x20, 60, 0x55 } },
         { { 1, 2, 3, 4, 3, 4 }, { 2, 0x12, 62, 0x34 } },
         { { 1, 2, 1, 2, 1, 7 }, { 5, 0x12, 59, 0x77 } },
+        { { 1, 2, 3, 4, 5, 6, 5, 9 }, { 0, 7, 0x12, 0x34, 0x56, 0x50, 57, 0x99 } },
     };
     for (const auto& c : cases) {
         Block bits(32);

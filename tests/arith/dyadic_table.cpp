@@ -16,10 +16,11 @@ void add(const char* name, Dyadic kind, void (*function)(PxkImage*, PxkImage*, P
     op.axes.places = { InPlace::NO, InPlace::NO, InPlace::FIRST, InPlace::SECOND, InPlace::ALL, InPlace::OTHER_HEADER };
     op.axes.count = 4000;
     op.axes.seed = 1 + uint64_t(kind);
-    op.nullImage = [=](size_t k) {
-        if (needsOneOrder && k == 0) return Ending({ { PXK_StsBadArg, name, "srcImageA==0" } });
-        return Ending({ { PXK_StsNullHeader, name, "Incorrect Image" } });
-    };
+    if (needsOneOrder) {
+        op.nullImage = [name, other = op.nullImage](size_t k) {
+            return k == 0 ? Ending({ { PXK_StsBadArg, name, "srcImageA==0" } }) : other(k);
+        };
+    }
     addOperation(op);
     addRefusals(name,
                 { { "(srcImageA->depth != dstImage->depth)", { RGB_16U, RGB_8S, GRAY } },

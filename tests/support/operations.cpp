@@ -100,11 +100,18 @@ Operation::Operation(std::string name, std::vector<std::string> images)
     if (count == 2) axes.masks = axes.tilings = { 0, 1, 2, ALL_IMAGES, ALL_IMAGES | SHARED };
     axes.count = 2000;
     scene = [count](const Case& c) { return makeScene(c, count); };
-    refusedTile = [names](const std::string& func, size_t image) {
+    refusedTile = [names](const std::string& func, size_t image, const Scene&) {
         return tileText(func, names[image], "((void*)(0))");
     };
     noMemory = [](const std::string& func) { return Ending({ { PXK_StsNoMem, func, "Out of memory" } }); };
-    nullImage = [func = func](size_t) { return Ending({ { PXK_StsNullHeader, func, "Incorrect Image" } }); };
+    setFunc(func);
+}
+
+void Operation::setFunc(const std::string& reporter)
+{
+    func = reporter;
+    badHeader = [reporter](int32_t status) { return Ending({ { status, reporter, "Incorrect Image" } }); };
+    nullImage = [reporter](size_t) { return Ending({ { PXK_StsNullHeader, reporter, "Incorrect Image" } }); };
 }
 
 int32_t Operation::plainDepth() const

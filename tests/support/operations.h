@@ -114,13 +114,16 @@ struct Operation {
     bool keepsTiles = false; // after a refusal some may stay held
     Ending missed;           // of a region that misses its image
     Stale stale = Stale::RUNS;
+    std::vector<Report> staleReports;
     std::vector<Trial> trials; // none: the plain depth and `func`
-    std::function<Ending(const std::string& func, size_t image)> refusedTile;
+    std::function<Ending(const std::string& func, size_t image, const Scene& got)> refusedTile;
     std::function<Ending(const std::string& func)> noMemory;
     std::function<Ending(size_t image)> nullImage;
+    std::function<Ending(int32_t status)> badHeader;
     int32_t faultStatus = 0; // what is returned for a faulty header; 0: the reported status
 
-    int32_t plainDepth() const; // 8U where it is taken
+    void setFunc(const std::string& reporter); // and what it says about headers
+    int32_t plainDepth() const;                // 8U where it is taken
     Case plainCase(uint64_t seed = 1) const;
     Numbers numbersOf(const Case& c, const Scene& s) const;
     std::vector<Trial> trialsOf() const;

@@ -78,12 +78,12 @@ TEST_P(Operations, matchModelOnLargeImages)
     }
 }
 
-// All pairs of samples at 8 bits, all samples at 16 with a few numbers.
+// All pairs of samples at 8 bits, all samples at 16, some at 32, with a few numbers.
 TEST_P(Operations, matchModelAtEverySample)
 {
     for (const int32_t depth : op.axes.depths) {
-        const bool isWide = depthBits(depth) == 16;
-        if (!op.isPointwise || !(isWide || depthBits(depth) == 8) || (isWide && count == 3)) continue;
+        const bool isWide = depthBits(depth) > 8;
+        if (!op.isPointwise || depth == PXK_DEPTH_1U || depth == PXK_DEPTH_32F || (isWide && count == 3)) continue;
         for (uint64_t seed = 1; seed <= (op.numbers == nullptr ? 1 : isWide ? 8 : 16); ++seed) {
             Case c = op.plainCase(seed);
             c.depth = depth;
@@ -94,7 +94,9 @@ TEST_P(Operations, matchModelAtEverySample)
                 for (uint32_t i = 0; i < 65536; ++i) {
                     for (int32_t channel = 0; channel < got[k].spec.channels; ++channel) {
                         const bool isFirst = (k + uint32_t(channel)) % 2 == 0;
-                        const uint32_t bits = isWide ? i : isFirst ? i % 256 : i / 256;
+                        const uint32_t near = (i >> 3) * 0x80008u + (i & 7) - 3; // where 32 bits are cut to 16 or 8
+                        const uint32_t wide = depth == PXK_DEPTH_32S ? near : i;
+                        const uint32_t bits = isWide ? wide : isFirst ? i % 256 : i / 256;
                         for (Picture* p : { &got[k], &want[k] }) p->setBits(i % 256, i / 256, channel, bits);
                     }
                 }

@@ -71,7 +71,7 @@ TEST_P(Operations, matchModelOnLargeImages)
             c.width = depth == PXK_DEPTH_1U ? 70001 : 3001;
             c.height = 2;
             if (!op.isPointwise) c.width = depth == PXK_DEPTH_1U ? 3001 : 1501;
-            if (!op.isPointwise) c.height = depth == PXK_DEPTH_8U && masks == 0 ? 400 : 9;
+            if (!op.isPointwise) c.height = depth == PXK_DEPTH_8U && masks == 0 ? 200 : 9;
             SCOPED_TRACE(c.text());
             expectModel(c);
         }

@@ -147,7 +147,8 @@ TEST(FilterTiles, orderOfCalls)
     EXPECT_EQ(callsOf(PXK_EDGE_CLAMP, { 0, 5, 6, 40, 5 }), " +00 +10 +20 -20 -10 -00 +01 +11 +21 -21 -11 -01");
     EXPECT_EQ(callsOf(PXK_EDGE_CONST, { 0, 0, 0, 3, 3 }), " +00 -00");
     EXPECT_EQ(callsOf(PXK_EDGE_WRAP, { 0, 0, 0, 3, 3 }), " +22 -22 +02 -02 +20 -20 +00 -00");
-    EXPECT_EQ(callsOf(PXK_EDGE_MIRROR, { 0, 0, 0, 1, 1 }, 20), "");
+    EXPECT_EQ(callsOf(PXK_EDGE_MIRROR, { 0, 0, 0, 1, 1 }, 20),
+              " +12 +02 -02 -12 +11 +01 -01 -11 +10 +00 -00 -10 +02 -02 +01 -01 +00 -00 +10 +00 -00 -10 +00 -00");
 }
 
 // ---- bounds --------------------------------------------------------------------------------------------------------

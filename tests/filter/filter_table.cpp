@@ -137,6 +137,7 @@ void addWindows()
         const double n = double(samples.size());
         return isFloatDepth(depth) ? sum / n : std::floor((2 * sum + n) / (2 * n));
     });
+    blur.stale = Stale::RUNS;
     blur.axes.depths.erase(blur.axes.depths.begin());
     blur.axes.depths.push_back(PXK_DEPTH_32F);
     blur.axes.places = inPlace;

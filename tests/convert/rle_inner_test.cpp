@@ -82,6 +82,53 @@ std::vector<uint8_t> someStream(bool isRle8, int32_t width, int32_t height, bool
 
 } // namespace
 
+TEST(RleDecode, knownStreams)
+{
+    struct Known {
+        bool isRle8;
+        int32_t width, height;
+        std::vector<uint8_t> stream;
+        const char* fault;
+        std::vector<uint8_t> rows;
+    };
+    const Known all[] = {
+        { true, 3, 2, { 3, 7, 0, 0, 1, 5, 2, 6, 0, 0, 0, 1 }, "", { 7, 7, 7, 0, 5, 6, 6, 0 } },
+        { true, 3, 2, { 3, 7, 0, 0, 0, 3, 1, 2, 3, 0, 0, 1 }, "", { 7, 7, 7, 0, 1, 2, 3, 0 } }, // no last end of line
+        // The 2 and dx of a delta are a run, dy is the first byte of another one.
+        { true, 4, 2, { 0, 2, 1, 1, 9, 0, 0, 0, 1 }, "", { 0, 0, 0, 0, 0, 1, 1, 9 } },
+        { false, 4, 2, { 0, 2, 0, 1, 0xBC, 1, 0xD0, 0, 0, 0, 1 }, "", { 0, 0, 0, 0, 0x00, 0xBD, 0, 0 } },
+        // A delta from an odd column to an even one lands a byte too far.
+        { false, 8, 1, { 1, 0x10, 0, 2, 2, 0, 0, 0 }, "biWidth", {} },
+        { false,
+          9,
+          2,
+          { 9, 0x12, 0, 0, 9, 0x34, 0, 0, 0, 1 },
+          "",
+          { 0x12, 0x12, 0x12, 0x12, 0x12, 0, 0, 0, 0x34, 0x34, 0x34, 0x34, 0x34, 0, 0, 0 } },
+        { false, 5, 1, { 1, 0x10, 0, 4, 0x23, 0x45, 0, 1 }, "", { 0x12, 0x34, 0x55 & 0xF0, 0 } },
+        { true, 3, 2, { 2, 7, 0, 0 }, "biWidth", {} },
+        { true, 3, 2, { 4, 7, 0, 0 }, "biHeight or biWidth", {} },
+        { true, 3, 3, { 3, 7, 0, 1 }, "biHeight", {} },
+        { true, 3, 2, { 3, 7, 0, 0, 3, 7, 0, 0, 1, 7, 0, 1 }, "biHeight or biWidth", {} },
+        { true, 3, 2, { 0, 2, 4, 0 }, "bad Delta", {} },
+        { true, 3, 2, { 0, 2, 0, 3 }, "bad Delta", {} },
+    };
+    for (const Known& k : all) {
+        SCOPED_TRACE(&k - all);
+        std::vector<uint8_t> stream = k.stream;
+        stream.resize(400, 0);
+        PxkBitmapInfoHeader header = rleHeader(k.isRle8, k.width, k.height);
+        startReports();
+        const OwnBuffer<uint8_t> got = ownDecompressRLESep(&header, stream.data());
+        ASSERT_EQ(got != nullptr, *k.fault == 0);
+        if (got) {
+            EXPECT_EQ(std::vector<uint8_t>(got.get(), got.get() + k.rows.size()), k.rows);
+            continue;
+        }
+        expectReports({ { -5, "ownDecompressRLESep", faultText(k.isRle8, k.fault) } });
+    }
+}
+
 TEST(RleDecode, matchesModel)
 {
     for (uint64_t seed = 1; seed <= 20000 && !::testing::Test::HasFailure(); ++seed) {
@@ -203,4 +250,30 @@ TEST(RleEncode, isInverseAtAllWidths)
                                                isRle8 ? 256 : 16, random));
                     expectCoded(isRle8, rows);
                 }
+}
+
+// The steps of four-bit pixels: a run, its exceptions, and what is left at the end of a row.
+TEST(RleEncode, knownRowsOfFourBits)
+{
+    struct {
+        std::vector<uint8_t> opening, code;
+    } const cases[] = {
+        { { 1, 2, 3, 2, 5 }, { 2, 0x12, 1, 0x30, 1, 0x20, 60, 0x55 } },
+        { { 1, 2, 3, 4, 3, 4 }, { 2, 0x12, 62, 0x34 } },
+        { { 1, 2, 1, 2, 1, 7 }, { 5, 0x12, 59, 0x77 } },
+    };
+    for (const auto& c : cases) {
+        Block bits(32);
+        for (int32_t x = 0; x < 64; ++x) {
+            const int32_t n = static_cast<int32_t>(c.opening.size());
+            const uint8_t pixel = x < n ? c.opening[x] : c.opening[n - 2 + (c.opening[n - 2] == 3 ? x % 2 : 1)];
+            bits.data[x / 2] = static_cast<uint8_t>(x % 2 == 0 ? pixel << 4 : bits.data[x / 2] | pixel);
+        }
+        PxkBitmapInfoHeader header = rleHeader(false, 64, 1);
+        EXPECT_EQ(ownCompressRLESep(&header, bits.data), 0);
+        std::vector<uint8_t> want = c.code;
+        want.insert(want.end(), { 0, 0, 0, 1 });
+        ASSERT_EQ(header.biCompression, 2u);
+        EXPECT_EQ(std::vector<uint8_t>(bits.data, bits.data + header.biSizeImage), want);
+    }
 }

@@ -1,0 +1,98 @@
+// HLS: hue, lightness and saturation.
+#include "ownhue.h"
+
+struct OwnRgbToHls {
+    OwnColour<uint8_t> operator()(uint8_t red, uint8_t green, uint8_t blue) const
+    {
+        const float r = red, g = green, b = blue;
+        const float largest = std::max(r, std::max(g, b)), smallest = std::min(r, std::min(g, b));
+        const float range = largest - smallest, sum = largest + smallest;
+        const float base = sum <= 255.0f ? sum : 510.0f - sum;
+        const float factor = ownByteFactor(range, base);
+        return { ownByteHue(ownHueOf(r, g, b, largest), base, factor),
+                 static_cast<uint8_t>(static_cast<int32_t>(sum) >> 1), ownByteSaturation(range, factor) };
+    }
+
+    OwnColour<uint16_t> operator()(uint16_t r, uint16_t g, uint16_t b) const
+    {
+        const OwnColour<int32_t> hls = ofReals<uint16_t>(r, g, b);
+        return { static_cast<uint16_t>(hls.first), static_cast<uint16_t>(hls.second),
+                 static_cast<uint16_t>(hls.third) };
+    }
+
+    OwnColour<int32_t> operator()(int32_t r, int32_t g, int32_t b) const { return ofReals<int32_t>(r, g, b); }
+
+    template <class T> static OwnColour<int32_t> ofReals(int32_t r, int32_t g, int32_t b)
+    {
+        constexpr double top = ownTop<T>;
+        const int32_t largest = std::max(r, std::max(g, b)), smallest = std::min(r, std::min(g, b));
+        const double range = static_cast<double>(largest) - smallest;
+        const double sum = static_cast<double>(largest) + smallest;
+        const double base = sum <= top ? sum : 2 * top - sum;
+        const bool isGray = !(range > 0 && base > 0);
+        const double saturation = (isGray ? 0.0 : range) * top / (isGray ? 1.0 : base);
+        const int32_t hue = ownWideHue<double>(r, g, b, largest, range);
+        const int32_t lightness = (largest & smallest) + ((largest ^ smallest) >> 1); // half the sum, within 32 bits
+        return { isGray ? 0 : hue, lightness, ownTruncatePositive(saturation) };
+    }
+};
+
+// A channel is m1 plus a part of m2 - m1 that rises from 0 to 60 degrees, is whole up to 180, falls up to 240 and is
+// nothing from there on: in sixtieths, the smaller one of the angle and 240 less the angle, between 0 and 60.
+template <class Real> static inline Real ownSixtieths(Real angle)
+{
+    const Real falling = 240 - angle;
+    const Real part = angle < falling ? angle : falling;
+    const Real above = part > 0 ? part : Real(0);
+    return above < 60 ? above : Real(60);
+}
+
+struct OwnHlsToRgb {
+    // 137 / 8192 stands for one sixtieth; sixty of them are the whole of every span below 292.
+    OwnColour<uint8_t> operator()(uint8_t hue, uint8_t lightness, uint8_t saturation) const
+    {
+        const int16_t h = static_cast<int16_t>(2 * hue >= 360 ? 2 * hue - 360 : 2 * hue);
+        const int16_t m = static_cast<int16_t>(ownHigh16(static_cast<uint16_t>(lightness * 129), static_cast<uint16_t>(2 * saturation)));
+        const int16_t m2 = static_cast<int16_t>(lightness + (lightness < 128 ? m : saturation - m));
+        const int16_t m1 = static_cast<int16_t>(2 * lightness - m2);
+        const uint16_t span = static_cast<uint16_t>((m2 - m1) * 137);
+        const auto channel = [=](int16_t angle) {
+            const uint16_t part = ownHigh16(span, static_cast<uint16_t>(8 * ownSixtieths<int16_t>(angle)));
+            return static_cast<uint8_t>(m1 + part);
+        };
+        return { channel(static_cast<int16_t>(h <= 240 ? h + 120 : h - 240)), channel(h),
+                 channel(static_cast<int16_t>(h < 120 ? h + 240 : h - 120)) };
+    }
+
+    OwnColour<uint16_t> operator()(uint16_t hue, uint16_t lightness, uint16_t saturation) const
+    {
+        const OwnColour<int32_t> rgb = ofWide<uint16_t>(hue, lightness, saturation, 1.5259e-05);
+        return { ownLimitWord(rgb.first), ownLimitWord(rgb.second), ownLimitWord(rgb.third) };
+    }
+
+    OwnColour<int32_t> operator()(int32_t hue, int32_t lightness, int32_t saturation) const
+    {
+        return ofWide<int32_t>(hue, lightness, saturation, 5e-10);
+    }
+
+    // The scale stands for 1 / top, as in HSV.
+    template <class T>
+    static OwnColour<int32_t> ofWide(double hue, int32_t lightness, double saturation, double scale)
+    {
+        const double l = lightness;
+        const double m = l * scale * saturation;
+        const double m2 = lightness <= ownTop<T> / 2 ? l + m : l + saturation - m;
+        const double m1 = 2 * l - m2;
+        const auto channel = [=](double turned) {
+            const double angle = turned < 0 ? turned + 360 : turned > 360 ? turned - 360 : turned;
+            const double sixtieths = ownSixtieths(angle);
+            const double part = sixtieths < 60 ? (m2 - m1) * sixtieths * 0.0166666667 : m2 - m1;
+            const double sample = m1 + part > 0 ? m1 + part : 0.0;
+            return ownTruncateSigned(saturation == 0 ? l : sample);
+        };
+        return { channel(hue + 120), channel(hue), channel(hue - 120) };
+    }
+};
+
+const OwnColourModel ownHlsModel = { "HLS", ownDepthFault32S, ownColourRows<OwnRgbToHls>(),
+                                     ownColourRows<OwnHlsToRgb>() };

@@ -52,7 +52,8 @@ struct OwnHlsToRgb {
     OwnColour<uint8_t> operator()(uint8_t hue, uint8_t lightness, uint8_t saturation) const
     {
         const int16_t h = static_cast<int16_t>(2 * hue >= 360 ? 2 * hue - 360 : 2 * hue);
-        const int16_t m = static_cast<int16_t>(ownHigh16(static_cast<uint16_t>(lightness * 129), static_cast<uint16_t>(2 * saturation)));
+        const int16_t m = static_cast<int16_t>(
+            ownHigh16(static_cast<uint16_t>(lightness * 129), static_cast<uint16_t>(2 * saturation)));
         const int16_t m2 = static_cast<int16_t>(lightness + (lightness < 128 ? m : saturation - m));
         const int16_t m1 = static_cast<int16_t>(2 * lightness - m2);
         const uint16_t span = static_cast<uint16_t>((m2 - m1) * 137);
@@ -76,8 +77,7 @@ struct OwnHlsToRgb {
     }
 
     // The scale stands for 1 / top, as in HSV.
-    template <class T>
-    static OwnColour<int32_t> ofWide(double hue, int32_t lightness, double saturation, double scale)
+    template <class T> static OwnColour<int32_t> ofWide(double hue, int32_t lightness, double saturation, double scale)
     {
         const double l = lightness;
         const double m = l * scale * saturation;

@@ -62,9 +62,9 @@ struct OwnHsvToRgb {
         const uint16_t weight = static_cast<uint16_t>(32 * (sector & 1 ? inside : 60 - inside));
         const uint16_t span = static_cast<uint16_t>(static_cast<uint16_t>(saturation * value) >> 8);
         const uint16_t lost = ownHigh16(static_cast<uint16_t>(34 * span), weight);
-        const OwnColour<int16_t> rgb =
-            ownColourOfSector<int16_t>(static_cast<int16_t>(sector), { value, static_cast<int16_t>(value - lost),
-                                                                       static_cast<int16_t>(value - span) });
+        const OwnColour<int16_t> rgb = ownColourOfSector<int16_t>(
+            static_cast<int16_t>(sector),
+            { value, static_cast<int16_t>(value - lost), static_cast<int16_t>(value - span) });
         return { static_cast<uint8_t>(rgb.first), static_cast<uint8_t>(rgb.second), static_cast<uint8_t>(rgb.third) };
     }
 
@@ -81,8 +81,7 @@ struct OwnHsvToRgb {
     }
 
     // The scale stands for 1 / top, and is less at 16U and more at 32S, where small saturations take a limit.
-    template <class T>
-    static OwnColour<int32_t> ofWide(int32_t hue, double saturation, int32_t value, double scale)
+    template <class T> static OwnColour<int32_t> ofWide(int32_t hue, double saturation, int32_t value, double scale)
     {
         const int32_t rest = hue % 360;
         const double sixths = (rest < 0 ? rest + 360 : rest) * 0.0166666667;

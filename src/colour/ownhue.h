@@ -1,7 +1,7 @@
 // Hue, which HSV and HLS share: degrees around the circle of red (0), green (120) and blue (240).
 #pragma once
 
-#include "owncolor.h"
+#include "ownformula.h"
 
 // Hue is offset + 60 * difference / range, never negative; the range is that of the three samples.
 template <class Real> struct OwnHue {

@@ -1,5 +1,6 @@
 // XYZ: the tristimulus values of the CIE.
 #include "ownxyz.h"
+#include "ownbytesum.h"
 
 // The integer forms: the matrix with 14 fraction bits, rounded. Only Z leaves the range.
 struct OwnRgbToXyz {

@@ -1,7 +1,7 @@
 // The matrices between red, green and blue of ITU-R BT.709 and the tristimulus values of the CIE, for real numbers.
 #pragma once
 
-#include "owncolor.h"
+#include "ownformula.h"
 
 template <class Real> inline OwnColour<Real> ownRgbToXyz(Real r, Real g, Real b)
 {

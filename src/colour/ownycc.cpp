@@ -1,5 +1,5 @@
 // YCC: luma and two chromas, whose sums are places in a table of samples.
-#include "owncolor.h"
+#include "ownformula.h"
 
 // What the sums from 0 to 361 stand for.
 // clang-format off
@@ -55,6 +55,4 @@ static void ownYccRow(uint8_t* const* rows, ptrdiff_t n)
     }
 }
 
-const OwnColourModel ownYccModel = {
-    "YCC", "Error input depth. 8U is valid now", {}, { ownYccRow, nullptr, nullptr, nullptr }
-};
+const OwnColourModel ownYccModel = { "YCC", "Error input depth. 8U is valid now", {}, { ownYccRow } };

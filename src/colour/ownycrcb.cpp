@@ -1,5 +1,6 @@
 // YCrCb: the luma of red, green and blue, and blue and red less the luma, around half the range. Stored Y, Cb, Cr.
-#include "owncolor.h"
+#include "ownbytesum.h"
+#include "ownformula.h"
 
 // The integer forms: weights of 14 fraction bits, rounded; no result leaves the range. 8U and 16U differ in the last
 // places of their luma, and 8U takes its differences from the rounded luma.
@@ -26,8 +27,7 @@ struct OwnRgbToYcrcb {
 
     OwnColour<float> operator()(float r, float g, float b) const
     {
-        return { 0.114f * b + 0.58700001f * g + 0.29899999f * r,
-                 -0.16873591f * r - 0.33126399f * g + 0.5f * b + 0.5f,
+        return { 0.114f * b + 0.58700001f * g + 0.29899999f * r, -0.16873591f * r - 0.33126399f * g + 0.5f * b + 0.5f,
                  0.5f * r - 0.41868758f * g - 0.08131241f * b + 0.5f };
     }
 

@@ -1,5 +1,6 @@
 // YUV: the luma of red, green and blue, and two differences around half the range.
-#include "owncolor.h"
+#include "ownbytesum.h"
+#include "ownformula.h"
 
 // The integer forms: weights of 15 fraction bits. U never leaves the range; V does.
 struct OwnRgbToYuv {
@@ -29,8 +30,7 @@ struct OwnRgbToYuv {
     OwnColour<float> operator()(float r, float g, float b) const
     {
         const double red = r, green = g, blue = b;
-        return { 0.299f * r + 0.587f * g + 0.114f * b,
-                 static_cast<float>(-0.146 * red - 0.288 * green + 0.434 * blue),
+        return { 0.299f * r + 0.587f * g + 0.114f * b, static_cast<float>(-0.146 * red - 0.288 * green + 0.434 * blue),
                  static_cast<float>(0.617 * red - 0.517 * green - 0.1 * blue) };
     }
 };
@@ -73,4 +73,4 @@ struct OwnYuvToRgb {
 };
 
 const OwnColourModel ownYuvModel = { "YUV", ownDepthFault32F, ownColourRows<OwnRgbToYuv>(),
-                                     ownColourRows<OwnYuvToRgb>() };
+                                     ownColourRows<OwnYuvToRgb>(), true };

@@ -77,20 +77,21 @@ struct OwnHlsToRgb {
     }
 
     // The scale stands for 1 / top, as in HSV.
-    template <class T> static OwnColour<int32_t> ofWide(double hue, int32_t lightness, double saturation, double scale)
+    template <class T>
+    static OwnColour<int32_t> ofWide(int32_t hue, int32_t lightness, double saturation, double scale)
     {
         const double l = lightness;
         const double m = l * scale * saturation;
         const double m2 = lightness <= ownTop<T> / 2 ? l + m : l + saturation - m;
         const double m1 = 2 * l - m2;
-        const auto channel = [=](double turned) {
-            const double angle = turned < 0 ? turned + 360 : turned > 360 ? turned - 360 : turned;
-            const double sixtieths = ownSixtieths(angle);
-            const double part = sixtieths < 60 ? (m2 - m1) * sixtieths * 0.0166666667 : m2 - m1;
-            const double sample = m1 + part > 0 ? m1 + part : 0.0;
-            return ownTruncateSigned(saturation == 0 ? l : sample);
+        const auto channel = [=](int32_t angle) {
+            const double part = m1 + (m2 - m1) * ownSixtieths(angle) * 0.0166666667; // of 60 a little more than m2
+            const double sample = angle >= 60 && angle < 180 ? m2 : part;
+            const double positive = sample > 0 ? sample : 0.0;
+            return ownTruncateSigned(saturation == 0 ? l : positive);
         };
-        return { channel(hue + 120), channel(hue), channel(hue - 120) };
+        const int32_t h = ownTurned(hue);
+        return { channel(h < 240 ? h + 120 : h - 240), channel(h), channel(h < 120 ? h + 240 : h - 120) };
     }
 };
 

@@ -83,8 +83,7 @@ struct OwnHsvToRgb {
     // The scale stands for 1 / top, and is less at 16U and more at 32S, where small saturations take a limit.
     template <class T> static OwnColour<int32_t> ofWide(int32_t hue, double saturation, int32_t value, double scale)
     {
-        const int32_t rest = hue % 360;
-        const double sixths = (rest < 0 ? rest + 360 : rest) * 0.0166666667;
+        const double sixths = ownTurned(hue) * 0.0166666667;
         const int32_t sector = static_cast<int32_t>(sixths);
         const double inside = sixths - sector;
         const double weight = sector & 1 ? inside : 1.0 - inside;

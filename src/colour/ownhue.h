@@ -40,6 +40,13 @@ inline uint8_t ownByteSaturation(float range, float factor)
     return static_cast<uint8_t>(static_cast<int32_t>(255.0f * range * range * factor + ownQuotientBias));
 }
 
+// A hue beyond the circle is turned back: 0 to 359 degrees.
+inline int32_t ownTurned(int32_t hue)
+{
+    const int32_t rest = hue % 360;
+    return rest < 0 ? rest + 360 : rest;
+}
+
 // Truncated hue of wider samples; the range may be 0. Exact: the quotient's distance from whole numbers outweighs its
 // rounding.
 template <class Real> inline int32_t ownWideHue(Real r, Real g, Real b, Real largest, Real range)

@@ -196,7 +196,7 @@ inline Pixel fromHls(int32_t depth, Pixel p)
         const double c = a < 60 ? m1 + part(a) : a < 180 ? m2 : a < 240 ? m1 + part(240 - a) : m1;
         return is8 ? c : cut(c, 0);
     };
-    const double h = is8 ? std::fmod(hue * 2, 360) : hue;
+    const double h = is8 ? std::fmod(hue * 2, 360) : std::fmod(std::fmod(hue, 360) + 360, 360);
     return { channel(h + 120), channel(h), channel(h - 120) };
 }
 

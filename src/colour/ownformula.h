@@ -48,11 +48,13 @@ template <class T, class Formula> constexpr OwnColourRow ownColourRowOrNull()
     }
 }
 
-// The rows of a formula that takes some depths: its call is overloaded for their sample types.
-template <class Formula> constexpr OwnColourRows ownColourRows()
+// The rows of a formula that takes some depths: its call is overloaded for their sample types. 8U may have a row of its
+// own.
+template <class Formula>
+constexpr OwnColourRows ownColourRows(OwnColourRow of8U = ownColourRowOrNull<uint8_t, Formula>())
 {
-    return { ownColourRowOrNull<uint8_t, Formula>(), ownColourRowOrNull<uint16_t, Formula>(),
-             ownColourRowOrNull<int32_t, Formula>(), ownColourRowOrNull<float, Formula>() };
+    return { of8U, ownColourRowOrNull<uint16_t, Formula>(), ownColourRowOrNull<int32_t, Formula>(),
+             ownColourRowOrNull<float, Formula>() };
 }
 
 template <class T> constexpr T ownTop = std::numeric_limits<T>::max();

@@ -1,18 +1,20 @@
 // HLS: hue, lightness and saturation.
 #include "ownhue.h"
 
-struct OwnRgbToHls {
-    OwnColour<uint8_t> operator()(uint8_t red, uint8_t green, uint8_t blue) const
+struct OwnByteLightness {
+    OwnByteTone operator()(int16_t largest, int16_t smallest) const
     {
-        const float r = red, g = green, b = blue;
-        const float largest = std::max(r, std::max(g, b)), smallest = std::min(r, std::min(g, b));
-        const float range = largest - smallest, sum = largest + smallest;
-        const float base = sum <= 255.0f ? sum : 510.0f - sum;
-        const float factor = ownByteFactor(range, base);
-        return { ownByteHue(ownHueOf(r, g, b, largest), base, factor),
-                 static_cast<uint8_t>(static_cast<int32_t>(sum) >> 1), ownByteSaturation(range, factor) };
+        const int16_t sum = static_cast<int16_t>(largest + smallest);
+        return { static_cast<uint8_t>(sum >> 1), sum <= 255 ? sum : static_cast<int16_t>(510 - sum) };
     }
+};
 
+static void ownHlsByteRow(uint8_t* const* rows, ptrdiff_t n)
+{
+    ownByteHueRow<OwnByteLightness>(rows, n, { 4, 5 });
+}
+
+struct OwnRgbToHls {
     OwnColour<uint16_t> operator()(uint16_t r, uint16_t g, uint16_t b) const
     {
         const OwnColour<int32_t> hls = ofReals<uint16_t>(r, g, b);
@@ -22,18 +24,18 @@ struct OwnRgbToHls {
 
     OwnColour<int32_t> operator()(int32_t r, int32_t g, int32_t b) const { return ofReals<int32_t>(r, g, b); }
 
-    template <class T> static OwnColour<int32_t> ofReals(int32_t r, int32_t g, int32_t b)
+    template <class T> static OwnColour<int32_t> ofReals(double r, double g, double b)
     {
         constexpr double top = ownTop<T>;
-        const int32_t largest = std::max(r, std::max(g, b)), smallest = std::min(r, std::min(g, b));
-        const double range = static_cast<double>(largest) - smallest;
-        const double sum = static_cast<double>(largest) + smallest;
+        const OwnHue<double> hue = ownHueOf(r, g, b);
+        const double sum = hue.largest + hue.smallest;
         const double base = sum <= top ? sum : 2 * top - sum;
-        const bool isGray = !(range > 0 && base > 0);
-        const double saturation = (isGray ? 0.0 : range) * top / (isGray ? 1.0 : base);
-        const int32_t hue = ownWideHue<double>(r, g, b, largest, range);
+        const bool isGray = !(hue.range() > 0 && base > 0);
+        const double saturation = (isGray ? 0.0 : hue.range()) * top / (isGray ? 1.0 : base);
+        const int32_t degrees = ownWideHue(hue);
+        const int32_t largest = static_cast<int32_t>(hue.largest), smallest = static_cast<int32_t>(hue.smallest);
         const int32_t lightness = (largest & smallest) + ((largest ^ smallest) >> 1); // half the sum, within 32 bits
-        return { isGray ? 0 : hue, lightness, ownTruncatePositive(saturation) };
+        return { isGray ? 0 : degrees, lightness, ownTruncatePositive(saturation) };
     }
 };
 
@@ -77,8 +79,7 @@ struct OwnHlsToRgb {
     }
 
     // The scale stands for 1 / top, as in HSV.
-    template <class T>
-    static OwnColour<int32_t> ofWide(int32_t hue, int32_t lightness, double saturation, double scale)
+    template <class T> static OwnColour<int32_t> ofWide(int32_t hue, int32_t lightness, double saturation, double scale)
     {
         const double l = lightness;
         const double m = l * scale * saturation;
@@ -95,5 +96,5 @@ struct OwnHlsToRgb {
     }
 };
 
-const OwnColourModel ownHlsModel = { "HLS", ownDepthFault32S, ownColourRows<OwnRgbToHls>(),
+const OwnColourModel ownHlsModel = { "HLS", ownDepthFault32S, ownColourRows<OwnRgbToHls>(ownHlsByteRow),
                                      ownColourRows<OwnHlsToRgb>() };

@@ -1,16 +1,16 @@
 // HSV: hue, saturation and value.
 #include "ownhue.h"
 
-struct OwnRgbToHsv {
-    OwnColour<uint8_t> operator()(uint8_t red, uint8_t green, uint8_t blue) const
-    {
-        const float r = red, g = green, b = blue;
-        const float largest = std::max(r, std::max(g, b)), range = largest - std::min(r, std::min(g, b));
-        const float factor = ownByteFactor(range, largest);
-        return { ownByteHue(ownHueOf(r, g, b, largest), largest, factor), ownByteSaturation(range, factor),
-                 static_cast<uint8_t>(largest) };
-    }
+struct OwnByteValue {
+    OwnByteTone operator()(int16_t largest, int16_t) const { return { static_cast<uint8_t>(largest), largest }; }
+};
 
+static void ownHsvByteRow(uint8_t* const* rows, ptrdiff_t n)
+{
+    ownByteHueRow<OwnByteValue>(rows, n, { 5, 4 });
+}
+
+struct OwnRgbToHsv {
     // The saturation's quotient is rounded before it is multiplied: that may cost a unit, and belongs to the result.
     OwnColour<uint16_t> operator()(uint16_t r, uint16_t g, uint16_t b) const
     {
@@ -23,11 +23,11 @@ struct OwnRgbToHsv {
 
     template <class T> static OwnColour<int32_t> ofReals(double r, double g, double b)
     {
-        const double largest = std::max(r, std::max(g, b)), range = largest - std::min(r, std::min(g, b));
-        const bool isGray = !(range > 0 && largest > 0);
-        const double saturation = ownTop<T> / (isGray ? 1.0 : largest) * (isGray ? 0.0 : range);
-        const int32_t hue = ownWideHue(r, g, b, largest, range);
-        return { isGray ? 0 : hue, ownTruncatePositive(saturation), static_cast<int32_t>(largest) };
+        const OwnHue<double> hue = ownHueOf(r, g, b);
+        const bool isGray = !(hue.range() > 0 && hue.largest > 0);
+        const double saturation = ownTop<T> / (isGray ? 1.0 : hue.largest) * (isGray ? 0.0 : hue.range());
+        const int32_t degrees = ownWideHue(hue);
+        return { isGray ? 0 : degrees, ownTruncatePositive(saturation), static_cast<int32_t>(hue.largest) };
     }
 };
 
@@ -95,5 +95,5 @@ struct OwnHsvToRgb {
     }
 };
 
-const OwnColourModel ownHsvModel = { "HSV", ownDepthFault32S, ownColourRows<OwnRgbToHsv>(),
+const OwnColourModel ownHsvModel = { "HSV", ownDepthFault32S, ownColourRows<OwnRgbToHsv>(ownHsvByteRow),
                                      ownColourRows<OwnHsvToRgb>() };

@@ -3,42 +3,87 @@
 
 #include "ownformula.h"
 
-// Hue is offset + 60 * difference / range, never negative; the range is that of the three samples.
+// Hue is the magnitude of offset + 60 * difference / range; the range is that of the three samples.
 template <class Real> struct OwnHue {
+    Real largest;
+    Real smallest;
     Real difference;
     Real offset;
+
+    Real range() const { return static_cast<Real>(largest - smallest); }
 };
 
-template <class Real> inline OwnHue<Real> ownHueOf(Real r, Real g, Real b, Real largest)
+// Green and blue, then red and the larger of them, change places so that the first is the largest. Where two are the
+// largest, both ways give the same hue.
+template <class Real> inline OwnHue<Real> ownHueOf(Real r, Real g, Real b)
 {
-    const bool isRed = r == largest, isGreen = g == largest;
-    const Real fromRed = g < b ? Real(360) : Real(0);
-    const Real otherDifference = isGreen ? b - r : r - g;
-    const Real otherOffset = isGreen ? Real(120) : Real(240);
-    return { isRed ? g - b : otherDifference, isRed ? fromRed : otherOffset };
+    const Real larger = std::max(g, b), smaller = std::min(g, b);
+    const Real ofRed = g < b ? Real(-360) : Real(0), ofOther = g < b ? Real(240) : Real(-120);
+    const Real second = std::min(r, larger);
+    return { std::max(r, larger), std::min(second, smaller), static_cast<Real>(second - smaller),
+             r < larger ? ofOther : ofRed };
 }
 
-// The quotients of an 8U pixel, hue in degrees and 255 * range / base, take one division: this is 1 / (range * base).
-// Quotients of bytes that are not whole lie at least 1 / 255 below the next whole number, so half of that may be added
-// before they are truncated, which outweighs all rounding.
-constexpr float ownQuotientBias = 1.0f / 512;
-
-inline float ownByteFactor(float range, float base)
+template <class Real> inline Real ownMagnitude(Real value)
 {
-    const float product = range * base;
-    return 1.0f / (product > 1.0f ? product : 1.0f);
+    return value < 0 ? -value : value;
 }
 
-inline uint8_t ownByteHue(const OwnHue<float>& hue, float base, float factor) // in steps of two degrees
+// ---- rows of bytes -------------------------------------------------------------------------------------------------
+
+// What becomes of the largest and the smallest sample of a pixel, which is all but hue that HSV and HLS differ in.
+struct OwnByteTone {
+    uint8_t tone;
+    int16_t base; // saturation is 255 * range / base; at least 1 where there is a range
+};
+
+struct OwnToneRows {
+    int32_t tone;
+    int32_t saturation;
+};
+
+// Rows of hue (in steps of two degrees), tone and saturation, in blocks: the largest and smallest samples in lanes of
+// 16 bits, then the quotients in floats. Both quotients take one division, 1 / (range * base). Quotients of bytes that
+// are not whole lie at least 1 / 255 below the next whole number, so half of that may be added before they are
+// truncated, which outweighs all rounding.
+template <class ToneOf> void ownByteHueRow(uint8_t* const* rows, ptrdiff_t n, OwnToneRows places)
 {
-    const float degrees = 60.0f * hue.difference * base * factor + hue.offset + ownQuotientBias;
-    return static_cast<uint8_t>(static_cast<int32_t>(degrees) >> 1);
+    constexpr float bias = 1.0f / 512;
+    constexpr ptrdiff_t block = 512;
+    alignas(64) int16_t ranges[block], bases[block], differences[block], offsets[block];
+    for (ptrdiff_t start = 0; start < n; start += block) {
+        const ptrdiff_t count = std::min(block, n - start);
+        const uint8_t *const red = rows[0] + start, *const green = rows[1] + start, *const blue = rows[2] + start;
+        uint8_t *const hues = rows[3] + start, *const tones = rows[places.tone] + start,
+                       *const saturations = rows[places.saturation] + start;
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < count; ++i) {
+            const OwnHue<int16_t> hue = ownHueOf<int16_t>(red[i], green[i], blue[i]);
+            const OwnByteTone tone = ToneOf {}(hue.largest, hue.smallest);
+            ranges[i] = hue.range();
+            bases[i] = tone.base;
+            differences[i] = static_cast<int16_t>(60 * hue.difference);
+            offsets[i] = hue.offset;
+            tones[i] = tone.tone;
+        }
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < count; ++i) {
+            const float range = ranges[i], base = bases[i];
+            const float product = range * base;
+            const float factor = 1.0f / (product > 1.0f ? product : 1.0f);
+            const float degrees = ownMagnitude(differences[i] * base * factor + offsets[i]) + bias;
+            differences[i] = static_cast<int16_t>(static_cast<int32_t>(degrees) >> 1);
+            ranges[i] = static_cast<int16_t>(static_cast<int32_t>(255.0f * range * range * factor + bias));
+        }
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < count; ++i) {
+            hues[i] = static_cast<uint8_t>(differences[i]);
+            saturations[i] = static_cast<uint8_t>(ranges[i]);
+        }
+    }
 }
 
-inline uint8_t ownByteSaturation(float range, float factor)
-{
-    return static_cast<uint8_t>(static_cast<int32_t>(255.0f * range * range * factor + ownQuotientBias));
-}
+// ---- wider samples -------------------------------------------------------------------------------------------------
 
 // A hue beyond the circle is turned back: 0 to 359 degrees.
 inline int32_t ownTurned(int32_t hue)
@@ -49,8 +94,8 @@ inline int32_t ownTurned(int32_t hue)
 
 // Truncated hue of wider samples; the range may be 0. Exact: the quotient's distance from whole numbers outweighs its
 // rounding.
-template <class Real> inline int32_t ownWideHue(Real r, Real g, Real b, Real largest, Real range)
+template <class Real> inline int32_t ownWideHue(const OwnHue<Real>& hue)
 {
-    const OwnHue<Real> hue = ownHueOf(r, g, b, largest);
-    return static_cast<int32_t>(hue.difference * Real(60) / (range > 0 ? range : Real(1)) + hue.offset);
+    const Real range = hue.range() > 0 ? hue.range() : Real(1);
+    return static_cast<int32_t>(ownMagnitude(hue.difference * Real(60) / range + hue.offset));
 }

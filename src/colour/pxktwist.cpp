@@ -67,16 +67,30 @@ template <class T> static OwnTwist ownTwistOf(const PxkColorTwist& twist, int32_
     return of;
 }
 
-// True when no sum of samples leaves 32 bits.
-template <class T> static bool ownIsSmallTwist(const OwnTwist& twist)
+static int64_t ownMagnitude(int64_t value)
 {
-    const auto magnitude = [](int64_t value) { return value < 0 ? -value : value; };
+    return value < 0 ? -value : value;
+}
+
+// What no sum of samples exceeds in magnitude.
+template <class T> static int64_t ownLargestSum(const OwnTwist& twist)
+{
     int64_t largest = 0;
     for (const int64_t(&row)[4] : twist.weights) {
-        const int64_t weights = magnitude(row[0]) + magnitude(row[1]) + magnitude(row[2]);
-        largest = std::max(largest, weights * std::numeric_limits<T>::max() + magnitude(row[3]));
+        const int64_t weights = ownMagnitude(row[0]) + ownMagnitude(row[1]) + ownMagnitude(row[2]);
+        largest = std::max(largest, weights * std::numeric_limits<T>::max() + ownMagnitude(row[3]));
     }
-    return largest < INT32_MAX;
+    return largest;
+}
+
+// True when sums of bytes can be formed in lanes of 16 bits.
+static bool ownFitsBytes(const OwnTwist& twist, int64_t largestSum)
+{
+    bool fits = largestSum < 1 << 24 && twist.shift >= 9;
+    for (const int64_t(&row)[4] : twist.weights) {
+        for (int32_t c = 0; c < 3; ++c) fits = fits && ownMagnitude(row[c]) <= INT16_MAX;
+    }
+    return fits;
 }
 
 // Limits and offsets of sums in the type they are formed in.
@@ -138,11 +152,50 @@ static void ownTwistRow(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& twist
     }
 }
 
-template <class T, class Sum>
-static int32_t ownTwistAs(const OwnSite& site, const OwnTwistImages& images, const OwnTwist& twist)
+// Sums of bytes below 2^24 in lanes of 16 bits. A sample times 2^7 times a weight has its quotient by 2^9 in the high
+// half of the product, so the sum of the high halves is at most 3 below the quotient of the whole sum, and the sum of
+// the low halves tells by how much. Weights are raised by 2^15, since compilers know high halves of unsigned products
+// only; that makes the quotient larger by 2^6 times the sum of the samples.
+static void ownTwistByteRow(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& twist)
 {
-    const auto row = twist.offset != 0 ? ownTwistRow<T, Sum, true> : ownTwistRow<T, Sum, false>;
-    return ownRunTwist(site, images, [&](uint8_t* const* rows, ptrdiff_t n) { row(rows, n, twist); });
+    const uint8_t *const first = rows[0], *const second = rows[1], *const third = rows[2];
+    uint8_t* const results[3] = { rows[3], rows[4], rows[5] };
+    uint16_t w[3][3], constants[3], constantQuotients[3];
+    for (int32_t k = 0; k < 3; ++k) {
+        for (int32_t c = 0; c < 3; ++c) w[k][c] = static_cast<uint16_t>(twist.weights[k][c] + 32768);
+        constants[k] = static_cast<uint16_t>(twist.weights[k][3]);
+        constantQuotients[k] = static_cast<uint16_t>(twist.weights[k][3] >> 9);
+    }
+    const int32_t shift = (twist.shift - 9) & 15;
+    const auto high = [](uint16_t a, uint16_t b) { return static_cast<uint16_t>(static_cast<uint32_t>(a) * b >> 16); };
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        const uint16_t a = first[i], b = second[i], c = third[i];
+        const uint16_t a7 = static_cast<uint16_t>(a << 7), b7 = static_cast<uint16_t>(b << 7),
+                       c7 = static_cast<uint16_t>(c << 7), raised = static_cast<uint16_t>((a + b + c) << 6);
+        for (int32_t k = 0; k < 3; ++k) {
+            const uint16_t about =
+                static_cast<uint16_t>(high(a7, w[k][0]) + high(b7, w[k][1]) + high(c7, w[k][2]) + constantQuotients[k]);
+            const uint16_t low = static_cast<uint16_t>(a * w[k][0] + b * w[k][1] + c * w[k][2] + constants[k]);
+            const uint16_t missing = static_cast<uint16_t>(((low >> 9) - about) & 127);
+            const int16_t quotient = static_cast<int16_t>(about + missing - raised);
+            const int16_t sample = static_cast<int16_t>(quotient >> shift);
+            const int16_t above = sample > 0 ? sample : int16_t(0);
+            results[k][i] = static_cast<uint8_t>(above < 255 ? above : int16_t(255));
+        }
+    }
+}
+
+using OwnTwistRow = void (*)(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& twist);
+
+// The fastest row that is exact.
+template <class T> static OwnTwistRow ownTwistRowOf(const OwnTwist& twist)
+{
+    const int64_t largest = ownLargestSum<T>(twist);
+    const bool hasOffset = twist.offset != 0;
+    if (sizeof(T) == 1 && !hasOffset && ownFitsBytes(twist, largest)) return ownTwistByteRow;
+    if (largest < INT32_MAX) return hasOffset ? ownTwistRow<T, int32_t, true> : ownTwistRow<T, int32_t, false>;
+    return hasOffset ? ownTwistRow<T, double, true> : ownTwistRow<T, double, false>;
 }
 
 template <class T>
@@ -150,8 +203,8 @@ static int32_t ownTwistSamples(const OwnSite& site, const OwnTwistImages& images
                                int32_t offset)
 {
     const OwnTwist twist = ownTwistOf<T>(record, offset);
-    return ownIsSmallTwist<T>(twist) ? ownTwistAs<T, int32_t>(site, images, twist)
-                                     : ownTwistAs<T, double>(site, images, twist);
+    const OwnTwistRow row = ownTwistRowOf<T>(twist);
+    return ownRunTwist(site, images, [&](uint8_t* const* rows, ptrdiff_t n) { row(rows, n, twist); });
 }
 
 // ---- the operation -------------------------------------------------------------------------------------------------

@@ -1091,6 +1091,34 @@ PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIteration
 PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
                            int32_t bitCount);
 
+/** @name Colour models */
+
+PXK_API void pxkRGB2HSV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkHSV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2HLS(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkHLS2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2XYZ(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkXYZ2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2LUV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkLUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2YUV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkYUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2YCrCb(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkYCrCb2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkYCC2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkGrayToColor(PxkImage* srcImage, PxkImage* dstImage, float weightR, float weightG, float weightB);
+
+typedef struct PxkColorTwist {
+    int32_t data[16];
+    int32_t scalingValue;
+} PxkColorTwist;
+PXK_API PxkColorTwist* pxkCreateColorTwist(const int32_t* data, int32_t scalingValue);
+PXK_API int32_t pxkSetColorTwist(PxkColorTwist* cTwist, const int32_t* data, int32_t scalingValue);
+PXK_API void pxkDeleteColorTwist(PxkColorTwist* cTwist);
+PXK_API int32_t pxkApplyColorTwist(PxkImage* srcImage, PxkImage* dstImage, PxkColorTwist* cTwist, int32_t offset);
+PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const float* TwistFP);
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */
 #if defined(__cplusplus) && __cplusplus >= 201103L

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ownbitcount.h"
 #include "ownbits.h"
 #include "owndepth.h"
 #include "ownstage.h"
@@ -10,18 +11,11 @@
 struct OwnMeasuring {
     const OwnPiece& piece;
     int32_t count; // images
-    OwnUnselected unselected;
+    OwnSamplesCount samples;
     OwnFunction<void(const OwnSampleStretch&)> measure;
 };
 
 // ---- one-bit rows --------------------------------------------------------------------------------------------------
-
-static int32_t ownCountBits(const uint8_t* bytes, ptrdiff_t n)
-{
-    int32_t count = 0;
-    for (ptrdiff_t i = 0; i < n; ++i) count += __builtin_popcount(bytes[i]);
-    return count;
-}
 
 static void ownMeasureBits(const OwnMeasuring& m)
 {
@@ -46,7 +40,7 @@ static void ownMeasureBits(const OwnMeasuring& m)
                 ownAlignBits(bits.first, bits.bit, stage[k], 0, n);
                 for (ptrdiff_t i = 0; i < bytes; ++i) stage[k][i] &= selected[i];
             }
-            const int32_t measured = piece.mask != nullptr ? ownCountBits(selected, bytes) : n;
+            const int64_t measured = piece.mask != nullptr ? static_cast<int64_t>(ownCountOnes(selected, bytes)) : n;
             m.measure({ rows, bytes, piece.x + x, piece.y + y, 0, measured });
         }
     }
@@ -58,18 +52,6 @@ static void ownZeroUnselected(uint8_t* samples, const uint8_t* mask, ptrdiff_t b
 {
     OWN_IVDEP
     for (ptrdiff_t i = 0; i < bytes; ++i) samples[i] &= mask[i];
-}
-
-// The selected samples close up. `mask` has a byte a pixel, of unitSamples samples each. Gives their number.
-template <class T>
-static ptrdiff_t ownDropUnselected(const T* from, T* to, const uint8_t* mask, ptrdiff_t pixels, ptrdiff_t unitSamples)
-{
-    ptrdiff_t kept = 0;
-    for (ptrdiff_t i = 0; i < pixels; ++i) {
-        for (ptrdiff_t c = 0; c < unitSamples; ++c) to[kept + c] = from[i * unitSamples + c];
-        kept += mask[i] != 0 ? unitSamples : 0;
-    }
-    return kept;
 }
 
 // Pixels of which some are selected: at most a stage of them. `unitSamples` a pixel, one after the other.
@@ -86,23 +68,12 @@ static void ownMeasureMixed(const OwnMeasuring& m, uint8_t* const* rows, ptrdiff
     int32_t nSelected = 0;
     for (ptrdiff_t i = 0; i < pixels; ++i) nSelected += selected[i] & 1;
     stretch.selected = nSelected * unitSamples;
-    if (m.unselected == OwnUnselected::ZEROED) {
-        const int32_t sampleBytes = m.piece.views[0].sampleBytes;
-        const int32_t pixelBytes = unitSamples * sampleBytes;
-        if (pixelBytes > 1) ownMaskToBytes(&mask, 0, pixels, { pixelBytes, pixelBytes }, selected);
-        for (int32_t k = 0; k < m.count; ++k) {
-            memcpy(stage[k], rows[k], static_cast<size_t>(n * sampleBytes));
-            ownZeroUnselected(stage[k], selected, n * sampleBytes);
-        }
-    } else {
-        stretch.n = stretch.selected;
-        for (int32_t k = 0; k < m.count; ++k) {
-            ownForSampleBytes(m.piece.views[k].sampleBytes, [&](auto tag) {
-                using T = typename decltype(tag)::Sample;
-                ownDropUnselected(reinterpret_cast<const T*>(rows[k]), reinterpret_cast<T*>(stage[k]), selected, pixels,
-                                  unitSamples);
-            });
-        }
+    const int32_t sampleBytes = m.piece.views[0].sampleBytes;
+    const int32_t pixelBytes = unitSamples * sampleBytes;
+    if (pixelBytes > 1) ownMaskToBytes(&mask, 0, pixels, { pixelBytes, pixelBytes }, selected);
+    for (int32_t k = 0; k < m.count; ++k) {
+        memcpy(stage[k], rows[k], static_cast<size_t>(n * sampleBytes));
+        ownZeroUnselected(stage[k], selected, n * sampleBytes);
     }
     m.measure(stretch);
 }
@@ -122,7 +93,7 @@ static void ownMeasureRow(const OwnMeasuring& m, const OwnView* row, int32_t y, 
         ownRunViews(part, m.count, 0, nullptr, [&](uint8_t* const* rows, ptrdiff_t samples) {
             stretch.rows = rows;
             stretch.n = samples;
-            stretch.selected = static_cast<int32_t>(samples);
+            stretch.selected = samples;
             if (mask == nullptr) {
                 m.measure(stretch);
             } else {
@@ -148,6 +119,7 @@ static void ownMeasureRow(const OwnMeasuring& m, const OwnView* row, int32_t y, 
 // True when all channels of a pixel are measured and lie together, so that a row is one stretch.
 static bool ownIsPacked(const OwnMeasuring& m)
 {
+    if (m.samples == OwnSamplesCount::EACH) return false;
     for (int32_t k = 0; k < m.count; ++k) {
         const OwnView& view = m.piece.views[k];
         const bool isTogether = view.nChannels == 1 || view.channelStep == view.sampleBytes;
@@ -157,28 +129,78 @@ static bool ownIsPacked(const OwnMeasuring& m)
     return m.piece.views[0].nChannels <= mostTogether;
 }
 
-static void ownMeasurePiece(const OwnMeasuring& m, OwnChannelUse channels)
+// ---- pieces --------------------------------------------------------------------------------------------------------
+
+// Rows as they lie in memory.
+struct OwnPlainRows {
+    ptrdiff_t n; // samples, or bytes of one-bit pixels
+    int32_t height;
+    int64_t measured; // samples that a row has
+};
+
+// Rows of unitSamples samples a pixel, one behind the other where samples count alike and the rows touch. False: they
+// do not lie as they are measured.
+static bool ownFindPlainRows(const OwnMeasuring& m, int32_t unitSamples, OwnPlainRows& rows)
 {
     const OwnView& first = m.piece.views[0];
-    if (first.sampleBytes == 0) return ownMeasureBits(m);
-    const bool isWhole = channels == OwnChannelUse::ALIKE && ownIsPacked(m);
-    OwnView row[4];
-    for (int32_t y = 0; y < first.height; ++y) {
-        for (int32_t channel = 0; channel < (isWhole ? 1 : first.nChannels); ++channel) {
-            for (int32_t k = 0; k < m.count; ++k) {
-                row[k] = isWhole ? m.piece.views[k] : ownChannelView(m.piece.views[k], channel);
-                row[k].first += y * row[k].rowStep;
-                row[k].height = 1;
+    const bool isBits = first.sampleBytes == 0;
+    rows = { isBits ? first.width / 8 : static_cast<ptrdiff_t>(first.width) * unitSamples, first.height,
+             static_cast<int64_t>(first.width) * unitSamples };
+    bool isTouching = m.samples == OwnSamplesCount::ALIKE;
+    for (int32_t k = 0; k < m.count; ++k) {
+        const OwnView& view = m.piece.views[k];
+        const bool isPlain = isBits ? view.bit == 0 && view.width % 8 == 0
+                                    : view.pixelStep == static_cast<ptrdiff_t>(unitSamples) * view.sampleBytes;
+        if (m.piece.mask != nullptr || !isPlain) return false;
+        isTouching = isTouching && view.rowStep == rows.n * std::max(view.sampleBytes, 1);
+    }
+    if (isTouching) rows = { rows.n * rows.height, 1, rows.measured * rows.height };
+    return true;
+}
+
+static void ownMeasurePlainRow(const OwnMeasuring& m, const OwnPlainRows& rows, int32_t y, int32_t channel)
+{
+    const uint8_t* row[4];
+    for (int32_t k = 0; k < m.count; ++k) {
+        const OwnView& view = m.piece.views[k];
+        row[k] = view.first + channel * view.channelStep + y * view.rowStep;
+    }
+    m.measure({ row, rows.n, m.piece.x, m.piece.y + y, channel, rows.measured });
+}
+
+static void ownMeasureStagedRow(const OwnMeasuring& m, bool isPacked, int32_t y, int32_t channel)
+{
+    OwnView row[4] = {};
+    for (int32_t k = 0; k < m.count; ++k) {
+        row[k] = isPacked ? m.piece.views[k] : ownChannelView(m.piece.views[k], channel);
+        row[k].first += y * row[k].rowStep;
+        row[k].height = 1;
+    }
+    ownMeasureRow(m, row, y, channel);
+}
+
+static void ownMeasurePiece(const OwnMeasuring& m)
+{
+    const OwnView& first = m.piece.views[0];
+    const bool isPacked = ownIsPacked(m);
+    const int32_t walked = isPacked ? 1 : first.nChannels; // channels that are walked by themselves
+    OwnPlainRows plain;
+    const bool isPlain = ownFindPlainRows(m, isPacked ? first.nChannels : 1, plain);
+    if (!isPlain && first.sampleBytes == 0) return ownMeasureBits(m);
+    for (int32_t y = 0; y < (isPlain ? plain.height : first.height); ++y) {
+        for (int32_t channel = 0; channel < walked; ++channel) {
+            if (isPlain) {
+                ownMeasurePlainRow(m, plain, y, channel);
+            } else {
+                ownMeasureStagedRow(m, isPacked, y, channel);
             }
-            ownMeasureRow(m, row, y, channel);
         }
     }
 }
 
-bool ownMeasureSamples(const OwnWork& work, OwnUnselected unselected, OwnChannelUse channels,
-                       OwnFunction<void(const OwnSampleStretch&)> measure)
+bool ownMeasureSamples(const OwnWork& work, OwnSamplesCount samples, OwnFunction<void(const OwnSampleStretch&)> measure)
 {
     return ownSweepPieces(work, [&](const OwnPiece& piece) {
-        ownMeasurePiece({ piece, work.count, unselected, measure }, channels);
+        ownMeasurePiece({ piece, work.count, samples, measure });
     });
 }

@@ -30,9 +30,10 @@ template <class T> static void ownCountRow(const uint8_t* row, ptrdiff_t n, uint
 // Adds n to the bin of a level; levels outside the keys have none. The last of equal keys is the one with levels.
 static void ownAddToBin(const PxkLUT& table, int32_t level, int32_t n)
 {
-    const int32_t* const end = table.key + table.num;
-    const int32_t* const next = std::upper_bound(table.key, end, level);
-    if (next != table.key && next != end) table.value[next - table.key - 1] += n;
+    const int32_t* const first = table.key;
+    const int32_t* const end = first + table.num;
+    const int32_t* const next = std::upper_bound(first, end, level);
+    if (next != first && next != end) table.value[next - first - 1] += n;
 }
 
 bool OwnLevelCounts::open(int32_t depth, PxkLUT* const* lut, int32_t nChannels, int64_t samples)

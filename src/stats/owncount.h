@@ -4,8 +4,8 @@
 #include "frame/ownbuffer.h"
 #include "ownlut.h"
 
-// The counters of some channels of depth 8U or 16U, in several parts a channel: equal neighbours are counted in different
-// ones and need not wait for each other. A few 16-bit samples are brought to their bins one by one.
+// The counters of some channels of depth 8U or 16U, in several parts a channel: equal neighbours are counted in
+// different ones and need not wait for each other. A few 16-bit samples are brought to their bins one by one.
 class OwnLevelCounts {
 public:
     // For about so many samples a channel; the bins are empty. False: out of memory.

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include "frame/ownbitcount.h"
 #include "frame/owndepth.h"
-#include "ownbitcount.h"
 #include "ownlanes.h"
 
 // ---- integers ------------------------------------------------------------------------------------------------------
@@ -76,7 +76,8 @@ template <class T> static uint64_t ownSquares(const T* a, const T* b, ptrdiff_t 
     }
 }
 
-// ---- the rows by depth and type --------------------------------------------------------------------------------------
+// ---- the rows by depth and type
+// --------------------------------------------------------------------------------------
 
 template <class T> inline double ownRealDistance(const T* a, const T* b, ptrdiff_t i)
 {
@@ -112,9 +113,8 @@ static void ownBitsDiffer(const uint8_t* a, const uint8_t* b, ptrdiff_t n, OwnNo
 
 static void ownAddUnlikeBits(const uint8_t* a, const uint8_t* b, ptrdiff_t n, OwnNormTotal& total)
 {
-    total.add(ownCountOnes(n, [=](ptrdiff_t i, size_t bytes) {
-        return ownLoadWord(a + i, bytes) ^ ownLoadWord(b + i, bytes);
-    }));
+    total.add(ownCountOnes(
+        n, [=](ptrdiff_t i, size_t bytes) { return ownLoadWord(a + i, bytes) ^ ownLoadWord(b + i, bytes); }));
 }
 
 OwnNormRow ownNormRow(int32_t depth, int32_t type)

@@ -50,8 +50,9 @@ void pxkMoments(PxkImage* image, PxkMomentState* state)
 {
     OWN_REFUSE_BAD_HEADERS(image);
     const OwnSite site = OWN_HERE;
-    if (!ownPassed(site, { { !ownHasOneChannel(image), PXK_StsBadArg, "Only one channel can be proceed" },
-                           { state == nullptr, PXK_StsBadArg, "state==0" } })) {
+    if (!ownPassed(site,
+                   { { !ownHasOneChannel(image), PXK_StsBadArg, "Only one channel can be proceed" },
+                     { state == nullptr, PXK_StsBadArg, "state==0" } })) {
         return;
     }
     PxkImage measured = *image;
@@ -59,16 +60,17 @@ void pxkMoments(PxkImage* image, PxkMomentState* state)
     PxkMomentState result;
     ownClearMoments(result);
     OwnWork work;
-    if (ownOpenWork(work, site, { { &measured, "(image->tileInfo->tileData == NULL)" } }, 0) != PXK_StsOk) return;
+    work.nDestinations = 0;
+    if (ownOpenWork(work, site, { { &measured, "(image->tileInfo->tileData == NULL)" } }) != PXK_StsOk) return;
     if (!work.area.size.isEmpty()) {
         ownSetScales(result, work.area.size);
         const OwnMomentRow addRow = ownMomentRow(image->depth);
-        const auto addStretch = [&](const OwnStretch& stretch) {
+        const auto addStretch = [&](const OwnSampleStretch& stretch) {
             OwnRowMoments row = {};
             addRow(stretch.rows[0], stretch.n, stretch.x, row);
             ownAddRow(result, row, stretch.y);
         };
-        if (!ownMeasureSamples(work, OwnUnselected::ZEROED, OwnChannelUse::EACH, addStretch)) return;
+        if (!ownMeasureSamples(work, OwnSamplesCount::EACH, addStretch)) return;
     }
     for (int32_t m = 0; m < 4; ++m) {
         for (int32_t n = 0; m + n < 4; ++n) state->moments[m][n] = result.moments[m][n];
@@ -80,8 +82,9 @@ void pxkMoments(PxkImage* image, PxkMomentState* state)
 static bool ownGoodOrder(const OwnSite& site, const PxkMomentState* state, int32_t m, int32_t n)
 {
     const bool isIllegal = m < 0 || m > 3 || n < 0 || n > 3 || m + n > 3;
-    return ownPassed(site, { { isIllegal, PXK_StsBadArg, "Illegal order of moment" },
-                             { state == nullptr, PXK_StsBadArg, "state==0" } });
+    return ownPassed(
+        site,
+        { { isIllegal, PXK_StsBadArg, "Illegal order of moment" }, { state == nullptr, PXK_StsBadArg, "state==0" } });
 }
 
 // The middle of the processed area serves as the centre of an image without mass.

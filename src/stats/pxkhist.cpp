@@ -1,25 +1,21 @@
 #include <algorithm>
 
+#include "frame/ownbitcount.h"
+#include "frame/ownlimit.h"
 #include "frame/ownmeasure.h"
-#include "ownbitcount.h"
 #include "owncount.h"
 #include "pxkmap.h"
-
-#include "frame/ownlimit.h"
 
 // ---- counting ------------------------------------------------------------------------------------------------------
 
 static bool ownCountBits(const OwnWork& work, const PxkLUT& table)
 {
     int64_t counts[2] = {}; // of pixels that are 0 and 1
-    const bool isDone =
-        ownMeasureSamples(work, OwnUnselected::ZEROED, OwnChannelUse::ALIKE, [&](const OwnStretch& stretch) {
-            const uint8_t* const bits = stretch.rows[0];
-            const auto wordAt = [bits](ptrdiff_t i, size_t bytes) { return ownLoadWord(bits + i, bytes); };
-            const int64_t ones = static_cast<int64_t>(ownCountOnes(stretch.n, wordAt));
-            counts[0] += stretch.selected - ones;
-            counts[1] += ones;
-        });
+    const bool isDone = ownMeasureSamples(work, OwnSamplesCount::ALIKE, [&](const OwnSampleStretch& stretch) {
+        const int64_t ones = static_cast<int64_t>(ownCountOnes(stretch.rows[0], stretch.n));
+        counts[0] += stretch.selected - ones;
+        counts[1] += ones;
+    });
     for (int32_t k = 0; k < 2; ++k) table.value[k] = static_cast<int32_t>(std::min<int64_t>(counts[k], INT32_MAX));
     return isDone;
 }
@@ -32,11 +28,10 @@ static void ownCountLevels(const OwnWork& work, PxkLUT* const* lut)
     if (!counts.open(work.depth(), lut, nChannels, samples)) {
         return ownReport(work.site, PXK_StsNoMem, "Allocation failure");
     }
-    const bool isDone =
-        ownMeasureSamples(work, OwnUnselected::ZEROED, OwnChannelUse::EACH, [&](const OwnStretch& stretch) {
-            counts.add(stretch.channel, stretch.rows[0], stretch.n);
-            counts.takeZeros(stretch.channel, stretch.n - stretch.selected);
-        });
+    const bool isDone = ownMeasureSamples(work, OwnSamplesCount::EACH, [&](const OwnSampleStretch& stretch) {
+        counts.add(stretch.channel, stretch.rows[0], stretch.n);
+        counts.takeZeros(stretch.channel, static_cast<ptrdiff_t>(stretch.n - stretch.selected));
+    });
     if (isDone) counts.store();
 }
 
@@ -46,13 +41,15 @@ void pxkComputeHisto(PxkImage* srcImage, PxkLUT** lut)
     const OwnSite site = OWN_HERE;
     const int32_t depth = srcImage->depth;
     const int32_t nChannels = ownProcessedChannels(srcImage);
-    if (!ownPassed(site, { { lut == nullptr, PXK_StsBadArg, "lut==0" },
-                           { (depth & PXK_DEPTH_SIGN) != 0 || depth == PXK_DEPTH_32F, PXK_StsBadArg,
-                             "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)" } })
+    if (!ownPassed(site,
+                   { { lut == nullptr, PXK_StsBadArg, "lut==0" },
+                     { (depth & PXK_DEPTH_SIGN) != 0 || depth == PXK_DEPTH_32F, PXK_StsBadArg,
+                       "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)" } })
         || !ownGoodTables(site, lut, nChannels, ownLevels(depth))) {
         return;
     }
     OwnWork work;
+    work.nDestinations = 0;
     work.refusedTile = -2;
     if (!ownBeginWork(work, site, { { srcImage, "Error get tile to read" } })) return;
     for (int32_t k = 0; k < nChannels; ++k) std::fill_n(lut[k]->value, lut[k]->num - 1, 0);
@@ -138,8 +135,8 @@ template <class T> static bool ownEqualizeMap(const PxkLUT& table, T* map)
         && ownGoodTables(site, lut, nChannels, ownLevels(srcImage->depth));
 }
 
-// Makes the maps of all channels, then maps: a table that can't be used leaves the destination alone. `makeMap` has a form
-// for each of the two depths.
+// Makes the maps of all channels, then maps: a table that can't be used leaves the destination alone. `makeMap` has a
+// form for each of the two depths.
 template <class MakeMap>
 static void ownMapByTables(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, PxkLUT* const* lut,
                            MakeMap makeMap)

@@ -39,7 +39,8 @@ void pxkMap(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, const u
     constexpr int32_t most = 4;
     OwnWork work;
     work.refusedTile = -2;
-    if (!ownBeginWork(work, site, { { srcImage, "Error get tile to read" }, { dstImage, "Error get tile to write" } })) {
+    if (!ownBeginWork(work, site,
+                      { { srcImage, "Error get tile to read" }, { dstImage, "Error get tile to write" } })) {
         return;
     }
     const int32_t nChannels = ownProcessedChannels(srcImage);

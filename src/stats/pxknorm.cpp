@@ -2,6 +2,7 @@
 #include <cfloat>
 #include <cmath>
 
+#include "frame/owndepth.h"
 #include "frame/ownmeasure.h"
 #include "ownnormrows.h"
 
@@ -18,7 +19,7 @@ static constexpr double ownZeroDivided = -1.0;
 static constexpr double ownTileRefused = -2.0;
 
 // Blocks of rows that stay in the nearest cache while they are measured twice.
-static void ownMeasureStretch(const OwnStretch& stretch, int32_t count, int32_t sampleBytes, int32_t type,
+static void ownMeasureStretch(const OwnSampleStretch& stretch, int32_t count, int32_t sampleBytes, int32_t type,
                               OwnNormRow measure, OwnNormTotals& totals)
 {
     static const uint8_t zeros[ownNormBytes] = {};
@@ -56,13 +57,13 @@ static bool ownGoodNorm(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcI
         return ownPassed(site, { { !ownIsNormType(normType, false), PXK_StsBadArg, "normType unknown" } });
     }
     return ownGoodHeaders(site, { srcImageB })
-        && ownPassed(site, { { srcImageA->dataOrder != srcImageB->dataOrder, PXK_StsBadArg,
-                               "(srcImageA->dataOrder!=srcImageB->dataOrder)" },
-                             { srcImageA->depth != srcImageB->depth, PXK_StsBadArg,
-                               "(srcImageA->depth!=srcImageB->depth)" },
-                             { !ownIsNormType(normType, true), PXK_StsBadArg, "normType unknown" },
-                             { ownProcessedChannels(srcImageA) != ownProcessedChannels(srcImageB),
-                               PXK_StsBadChannels, "Bad number of channels" } });
+        && ownPassed(site,
+                     { { srcImageA->dataOrder != srcImageB->dataOrder, PXK_StsBadArg,
+                         "(srcImageA->dataOrder!=srcImageB->dataOrder)" },
+                       { srcImageA->depth != srcImageB->depth, PXK_StsBadArg, "(srcImageA->depth!=srcImageB->depth)" },
+                       { !ownIsNormType(normType, true), PXK_StsBadArg, "normType unknown" },
+                       { ownProcessedChannels(srcImageA) != ownProcessedChannels(srcImageB), PXK_StsBadChannels,
+                         "Bad number of channels" } });
 }
 
 double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normType)
@@ -70,5 +71,22 @@ double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normType)
     const OwnSite site = OWN_HERE;
     if (!ownGoodNorm(site, srcImageA, srcImageB, normType)) return 0.0;
     OwnWork work;
-    ...
+    work.site = site;
+    work.count = srcImageB != nullptr ? 2 : 1;
+    work.operands[0] = { srcImageA, " " };
+    work.operands[1] = { srcImageB, " " };
+    work.nDestinations = 0;
+    work.refusedTile = -2;
+    const OwnStart start = ownFindArea(work.area, { srcImageA, srcImageB });
+    OWN_REFUSE_IF(start == OwnStart::NO_MEMORY, PXK_StsNullHeader, "Null pointer for mask", 0.0);
+    if (start == OwnStart::NOTHING_TO_DO || ownProcessedChannels(srcImageA) == 0) return 0.0;
+    OwnNormTotals totals;
+    const OwnNormRow measure = ownNormRow(srcImageA->depth, normType & ~ownRelative);
+    const bool isDone = ownMeasureSamples(work, OwnSamplesCount::ALIKE, [&](const OwnSampleStretch& stretch) {
+        ownMeasureStretch(stretch, work.count, ownSampleBytes(work.depth()), normType, measure, totals);
+    });
+    if (!isDone) return ownTileRefused; // reported
+    const double result = ownNormResult(totals, normType);
+    if (result == ownZeroDivided) OWN_REPORT(PXK_StsBadArg, "Zero divided");
+    return result;
 }

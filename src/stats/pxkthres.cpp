@@ -35,8 +35,7 @@ static bool ownGoodThreshold(const OwnSite& site, PxkImage* srcImage, PxkImage* 
             "((srcImage->depth == (0x80000000|16)) && (Threshold < -32768))" },
           { depth == PXK_DEPTH_16U && threshold > 65535, PXK_StsBadArg,
             "((srcImage->depth == 16) && (Threshold > 65535))" },
-          { depth == PXK_DEPTH_16U && threshold < 0, PXK_StsBadArg,
-            "((srcImage->depth == 16) && (Threshold < 0))" } });
+          { depth == PXK_DEPTH_16U && threshold < 0, PXK_StsBadArg, "((srcImage->depth == 16) && (Threshold < 0))" } });
 }
 
 // Low and high are the ends of the destination's range; one-bit pixels are bytes here.

@@ -33,3 +33,8 @@ template <class WordAt> inline uint64_t ownCountOnes(ptrdiff_t n, WordAt wordAt)
     for (ptrdiff_t i = 0; i < whole; i += 8) count += ownOnesOfWord(wordAt(i, size_t { 8 }));
     return count + ownOnesOfWord(wordAt(whole, static_cast<size_t>(n - whole)));
 }
+
+inline uint64_t ownCountOnes(const uint8_t* bytes, ptrdiff_t n)
+{
+    return ownCountOnes(n, [bytes](ptrdiff_t i, size_t count) { return ownLoadWord(bytes + i, count); });
+}

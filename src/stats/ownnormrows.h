@@ -1,5 +1,5 @@
-// Rows of the norms: largest difference, sum of differences, sum of squared differences of two rows. One image alone is
-// measured by its difference from a row of zeros.
+// Rows of the norms: largest difference, sum of differences, sum of squared differences of two rows, or of a row and
+// zeros.
 #pragma once
 
 #include <cstddef>
@@ -27,7 +27,7 @@ struct OwnNormTotal {
     double value() const { return real + static_cast<double>(exact); }
 };
 
-// Measures n samples, or bytes of one-bit pixels, of at most ownNormBytes bytes.
+// Measures n samples, or bytes of one-bit pixels, of at most ownNormBytes bytes. Null b: zeros.
 using OwnNormRow = void (*)(const uint8_t* a, const uint8_t* b, ptrdiff_t n, OwnNormTotal& total);
 
 // The row of a norm type, one of PXK_NORM_INF, PXK_NORM_L1 and PXK_NORM_L2.

@@ -22,15 +22,14 @@ static constexpr double ownTileRefused = -2.0;
 static void ownMeasureStretch(const OwnSampleStretch& stretch, int32_t count, int32_t sampleBytes, int32_t type,
                               OwnNormRow measure, OwnNormTotals& totals)
 {
-    static const uint8_t zeros[ownNormBytes] = {};
     const ptrdiff_t unit = std::max(sampleBytes, 1);
     const ptrdiff_t most = ownNormBytes / unit;
     for (ptrdiff_t start = 0; start < stretch.n; start += most) {
         const ptrdiff_t n = std::min(most, stretch.n - start);
         const uint8_t* const a = stretch.rows[0] + start * unit;
-        const uint8_t* const b = count > 1 ? stretch.rows[1] + start * unit : zeros;
+        const uint8_t* const b = count > 1 ? stretch.rows[1] + start * unit : nullptr;
         measure(a, b, n, totals.numerator);
-        if ((type & ownRelative) != 0) measure(b, zeros, n, totals.denominator);
+        if ((type & ownRelative) != 0) measure(b, nullptr, n, totals.denominator);
     }
 }
 

@@ -1,266 +1,184 @@
-// Histograms, maps of levels, threshold, moments, norms and extrema.
+// Histograms, maps of levels, moments, norms and extrema. Threshold stands with the conversions of depth.
 #include "reference/stats.h"
 
 #include "support/operations.h"
 
 namespace {
 
-// What the last call found; a model compares it with its own.
-std::vector<double> found;
-
-void expectFound(const std::vector<double>& wanted)
-{
-    EXPECT_EQ(found, wanted);
-}
-
-// ---- tables of levels ----------------------------------------------------------------------------------------------
-
-const char* const tableFaults[] = { "",
-                                    "lut==0",
-                                    "lut[k]==0",
-                                    "lut[k]->key==0",
-                                    "lut[k]->value==0",
-                                    "lut[k]->num < 2",
-                                    "lut[k]->key[0] < 0",
-                                    "lut[k]->key[lut[k]->num-1] > histSize",
-                                    "lut[k]->key[i] > lut[k]->key[i+1]",
-                                    "All values in histogram are zeroes" };
-constexpr int32_t nTableFaults = 10;
-
-// Keys with gaps, neighbours and equal ones; few or many; the whole range or the middle of it.
-LevelTable tableOf(Random& random, int32_t levels)
-{
-    LevelTable t;
-    const int32_t num = random.oneOf({ 2, 3, 4, 9, 40 }), first = random.oneOf({ 0, 0, levels / 3 });
-    for (int32_t k = 0; k < num; ++k) t.key.push_back(random.between(first, levels));
-    std::sort(t.key.begin(), t.key.end());
-    if (random.oneIn(2)) t.key.front() = first;
-    if (random.oneIn(2)) t.key.back() = levels;
-    if (random.oneIn(4)) t.key[t.key.size() - 2] = t.key.back();
-    if (num == 40 && levels == 256) {
-        for (int32_t k = 0; k < num; ++k) t.key[size_t(k)] = first + k; // one level a bin
-    }
-    for (int32_t k = 0; k < num; ++k) {
-        t.value.push_back(random.oneIn(3) ? random.below(3) : random.below(INT32_MAX));
-        t.factor.push_back(random.oneIn(3) ? random.between(INT32_MIN / 2, INT32_MAX / 2) : random.between(-2, 2));
-    }
-    t.value[0] = std::max(t.value[0], 1);
-    if (t.key[0] == levels) t.key[0] = levels - 1; // a bin that counts
-    if (random.oneIn(5)) t.factor.clear();
-    t.isRamp = random.below(2);
-    return t;
-}
-
-std::vector<LevelTable> tablesOf(const PxkImage* image, const Numbers& n)
-{
-    if (image == nullptr) return { {} };
-    Random random(static_cast<uint64_t>(n[0]));
-    const bool isOne = image->roi != nullptr && image->roi->coi != 0;
-    std::vector<LevelTable> tables;
-    for (int32_t k = 0; k < (isOne ? 1 : image->nChannels - (image->alphaChannel != 0)); ++k)
-        tables.push_back(tableOf(random, image->depth <= PXK_DEPTH_16U && image->depth > 0 ? 1 << image->depth : 2));
-    return tables;
-}
-
-// Runs a call on the records of the tables, the last of which is spoilt as told; behind them stands a null.
-template <class Call> void withRecords(std::vector<LevelTable>& tables, int32_t fault, Call call)
-{
-    std::vector<PxkLUT> records;
-    for (LevelTable& t : tables) {
-        if (fault == nTableFaults - 1) std::fill(t.value.begin(), t.value.end() - 1, 0);
-        int32_t* const factor = t.factor.empty() ? nullptr : t.factor.data();
-        records.push_back({ int32_t(t.key.size()), t.key.data(), t.value.data(), factor, t.isRamp });
-    }
-    std::vector<PxkLUT*> pointers;
-    for (PxkLUT& record : records) pointers.push_back(&record);
-    LevelTable& last = tables.back();
-    if (fault == 2) pointers.back() = nullptr;
-    if (fault == 3) records.back().key = nullptr;
-    if (fault == 4) records.back().value = nullptr;
-    if (fault == 5) records.back().num = 1;
-    if (fault == 6) last.key[0] = -1;
-    if (fault == 7) last.key.back() = 70000;
-    if (fault == 8 && last.key.size() == 2) last.key = { 2, 1 };
-    if (fault == 8 && last.key.size() > 2) last.key[1] = last.key.back() + 1;
-    pointers.push_back(nullptr);
-    call(fault == 1 ? nullptr : pointers.data());
-}
-
-int32_t faultOf(const Numbers& n)
-{
-    return n.size() > 1 ? int32_t(n[1]) : 0;
-}
-
-void addTableRefusals(const std::string& name, const std::vector<PictureSpec>& images, int32_t count)
-{
-    for (int32_t fault = 1; fault < count; ++fault) {
-        const int32_t status = fault == nTableFaults - 1 ? PXK_StsInternal : PXK_StsBadArg;
-        addRefusals(name, { { tableFaults[fault], images, { 5, double(fault) }, {}, status } });
-    }
-}
-
-void haveTables(Operation& op)
-{
-    op.numbers = [](const Case&, const Scene&, Random& random) { return Numbers { double(random.below(1 << 30)) }; };
-    op.refusedTile = [](const std::string& func, size_t image, const Scene&) {
-        return Ending({ { -2, func, image == 0 ? "Error get tile to read" : "Error get tile to write" } });
-    };
-}
-
-void addHistogram()
-{
-    Operation op(
-        "pxkComputeHisto", { "srcImage" },
-        [](const Arguments& a) {
-            std::vector<LevelTable> tables = tablesOf(a[0], a.numbers);
-            withRecords(tables, faultOf(a.numbers), [&](PxkLUT** lut) { pxkComputeHisto(a[0], lut); });
-            found.clear();
-            for (const LevelTable& t : tables) found.insert(found.end(), t.value.begin(), t.value.end());
-        },
-        [](const Scene& s, const Numbers& n) {
-            std::vector<LevelTable> tables = tablesOf(s[0], n);
-            modelHistogram(s[0], tables);
-            std::vector<double> wanted;
-            for (const LevelTable& t : tables) wanted.insert(wanted.end(), t.value.begin(), t.value.end());
-            expectFound(wanted);
-        });
-    haveTables(op);
-    op.noMemory = [](const std::string& func) { return Ending({ { PXK_StsNoMem, func, "Allocation failure" } }); };
-    op.axes.depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U };
-    op.trials = { { PXK_DEPTH_8U, {}, op.func }, { PXK_DEPTH_1U, {}, op.func } };
-    addOperation(op);
-    const char* const depths = "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)";
-    addRefusals(op.name,
-                { { "lut==0", { RGB_8S }, { 5, 1 } },
-                  { depths, { RGB_8S }, { 5, 2 } },
-                  { depths, { GRAY_32S }, { 5, 2 } },
-                  { depths, { FLOATS }, { 5, 2 } } });
-    addTableRefusals(op.name, { RGBA }, nTableFaults - 1);
-}
-
-using MapCall = void (*)(PxkImage*, PxkImage*, PxkLUT**);
-
-void addMap(const std::string& name, MapCall mapCall, bool isEqualized)
-{
-    Operation op(
-        name, { "srcImage", "dstImage" },
-        [=](const Arguments& a) {
-            std::vector<LevelTable> tables = tablesOf(a[0], a.numbers);
-            withRecords(tables, faultOf(a.numbers), [&](PxkLUT** lut) { mapCall(a[0], a[1], lut); });
-        },
-        [=](const Scene& s, const Numbers& n) {
-            std::vector<std::vector<int64_t>> maps;
-            for (const LevelTable& t : tablesOf(s[0], n)) {
-                maps.push_back(modelEqualized(t, levelsOf(s[0])));
-                for (int64_t i = 0; !isEqualized && i < levelsOf(s[0]); ++i)
-                    maps.back()[size_t(i)] = modelStretched(t, i);
-            }
-            forEachSelected({ &s[0], &s[1] }, [&](const Place* at) {
-                const size_t channel = size_t(at->c - windowOf(s[0]).firstChannel);
-                at[1].setBits(uint32_t(maps[channel][size_t(at[0].number())]) & uint32_t(levelsOf(s[0]) - 1));
-            });
-        });
-    haveTables(op);
-    op.noMemory = [](const std::string& func) { return Ending({ { PXK_StsNoMem, func, "Allocation failure" } }); };
-    op.axes.depths = { PXK_DEPTH_8U, PXK_DEPTH_16U };
-    op.axes.places = { InPlace::NO, InPlace::FIRST };
-    op.axes.count = 800;
-    addOperation(op);
-    const auto turned = [](const Scene& s) { s[0].header.origin = 1; };
-    const std::string channels = "Number of processed channels of srcImage != Number of processed channels of dstImage";
-    addRefusals(name,
-                { { "srcImage->depth != PXK_DEPTH_8U && srcImage->depth != PXK_DEPTH_16U", { RGB_8S, GRAY }, { 5, 1 } },
-                  { "srcImage->depth != dstImage->depth", { RGB_16U, RGB_PLANES }, { 5, 1 }, turned },
-                  { "srcImage->dataOrder != dstImage->dataOrder", { GRAY, RGB_PLANES }, { 5, 1 }, turned },
-                  { "srcImage->origin != dstImage->origin", { RGB, GRAY }, { 5, 1 }, turned },
-                  { channels, { RGB, GRAY }, { 5, 1 } } });
-    addTableRefusals(name, { RGB, RGBA }, isEqualized ? nTableFaults : nTableFaults - 1);
-}
-
-// ---- threshold -----------------------------------------------------------------------------------------------------
-
-void addThreshold(int32_t toDepth)
-{
-    Operation op(
-        std::string("pxkThreshold_") + depthName(toDepth), { "srcImage", "dstImage" },
-        [](const Arguments& a) { pxkThreshold(a[0], a[1], a.integer(0)); },
-        [](const Scene& s, const Numbers& n) { modelThreshold(s[0], s[1], int64_t(n[0])); });
-    op.axes.depths = { PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U, PXK_DEPTH_16S, PXK_DEPTH_32S };
-    op.axes.channels = { Channels::ONE, Channels::THREE, Channels::ALPHA, Channels::COI, Channels::UNLIKE };
-    if (toDepth == PXK_DEPTH_1U) op.axes.channels = { Channels::ONE, Channels::COI };
-    op.axes.count = 700;
-    op.scene = [toDepth](const Case& c) {
-        return makeScene(c, 2, [&](PictureSpec& spec, size_t k) {
-            spec.depth = k == 1 ? toDepth : c.depth;
-            if (spec.depth == PXK_DEPTH_1U) spec.channels = 1;
-            if (spec.depth == PXK_DEPTH_1U) spec.roi.coi = std::min(spec.roi.coi, 1);
-            if (c.channels == Channels::ONE) spec.order = int32_t((k + c.seed) % 2);
-        });
-    };
-    op.numbers = [](const Case& c, const Scene&, Random& random) {
-        const int64_t low = depthMin(c.depth), high = depthMax(c.depth), middle = random.between(-100, 127);
-        return Numbers { double(random.oneOf({ low, low + 1, std::max(middle, low), high })) };
-    };
-    op.refusedTile = [](const std::string& func, size_t k, const Scene&) {
-        return tileText(func, k == 0 ? "srcImage" : "dstImage", "NULL");
-    };
-    addOperation(op);
-}
-
-PictureSpec ofDepth(PictureSpec spec, int32_t depth)
-{
-    spec.depth = depth;
-    return spec;
-}
-
-void addThresholdRefusals()
-{
-    const std::string name = "pxkThreshold_8U";
-    const auto masks = [](const Scene& s) {
-        for (size_t k = 0; k < 2; ++k) s[k].setMask(Picture::make(PictureSpec(PXK_DEPTH_1U, 9, 4)));
-        for (size_t k = 0; k < 2; ++k) s[k].mask->header.origin = 1;
-    };
-    const auto oneMask = [=](const Scene& s) {
-        masks(s);
-        s[0].mask->header.origin = 0;
-    };
-    const auto turned = [=](const Scene& s) {
-        masks(s);
-        s[0].header.origin = 1;
-    };
-    addRefusals(name,
-                { { "(srcImage->depth == 32)", { FLOATS, FLOATS }, { 999999 } },
-                  { "(dstImage->depth == 32)", { BITONAL, FLOATS }, { 999999 } },
-                  { "(srcImage->depth == 1)", { BITONAL, RGB }, { 999999 } },
-                  { "((srcImage->dataOrder != dstImage->dataOrder)&& "
-                    "((srcImage->nChannels != 1)&&(dstImage->nChannels != 1)))",
-                    { RGB, RGB_PLANES },
-                    { 999999 },
-                    turned },
-                  { "(srcImage->origin != dstImage->origin)", { RGB, GRAY }, { 999999 }, turned },
-                  { "(srcImage->origin != srcImage->maskROI->origin)", { RGB, GRAY }, { 999999 }, masks },
-                  { "(dstImage->origin != dstImage->maskROI->origin)", { RGB, GRAY }, { 999999 }, oneMask },
-                  { "(srcChannels != dstChannels)", { RGB, GRAY }, { 1 } } });
-    const std::pair<int32_t, std::string> words[] = { { PXK_DEPTH_8S, "(0x80000000| 8)" },
-                                                      { PXK_DEPTH_8U, "8" },
-                                                      { PXK_DEPTH_16S, "(0x80000000|16)" },
-                                                      { PXK_DEPTH_16U, "16" } };
-    for (const auto& word : words) {
-        const int64_t low = depthMin(word.first), high = depthMax(word.first);
-        const std::string start = "((srcImage->depth == " + word.second + ") && (Threshold ";
-        const std::vector<PictureSpec> images = { ofDepth(RGB, word.first), GRAY };
-        addRefusals(name,
-                    { { start + "> " + std::to_string(high) + "))", images, { double(high + 1) } },
-                      { start + "< " + std::to_string(low) + "))", images, { double(low - 1) } } });
-    }
-}
-
-// ---- moments -------------------------------------------------------------------------------------------------------
+std::vector<double> found; // by the last call; models compare it with their own
 
 double near(double got, long double want, long double margin)
 {
     return std::fabs(got - want) <= margin ? got : double(want);
 }
+
+// The operation on wide images of extreme samples as well: one of the ends, or both in turn.
+void addWithExtremes(Operation op)
+{
+    addOperation(op);
+    op.name += "_extremes";
+    op.axes.regions = { Region::WHOLE };
+    op.axes.channels = { Channels::ONE };
+    op.axes.masks = op.axes.tilings = { 0 };
+    op.axes.count = 2 * op.axes.depths.size();
+    const size_t count = op.images.size();
+    op.scene = [count](const Case& c) {
+        Case wide = c;
+        if (c.width == 0 && c.tiling == 0) wide.width = 5003, wide.height = 14;
+        const Scene scene = makeScene(wide, count, {}, false);
+        for (Picture* p : { &scene[0], &scene.last() }) {
+            const bool isReal = isFloatDepth(c.depth);
+            const double high = isReal ? 3e38 : double(depthMax(c.depth)),
+                         low = isReal ? -high : double(depthMin(c.depth));
+            const int32_t turn = int32_t(c.seed % 4), first = p == &scene[0] ? 0 : 3;
+            for (int32_t i = 0; i < p->spec.width * p->spec.height; ++i) {
+                const bool isHigh = turn == 0 ? i % 2 == 0 : (turn == 1) != (first == 0);
+                p->setNumber(i % p->spec.width, i / p->spec.width, 0, isHigh ? high : low);
+            }
+        }
+        return scene;
+    };
+    addOperation(op);
+}
+
+// ---- tables of levels ----------------------------------------------------------------------------------------------
+
+// What is spoilt in the last table.
+struct TableFault {
+    const char* text;
+    void (*spoil)(PxkLUT& lut);
+};
+const TableFault tableFaults[] = {
+    { "lut[k]->key==0", [](PxkLUT& lut) { lut.key = nullptr; } },
+    { "lut[k]->value==0", [](PxkLUT& lut) { lut.value = nullptr; } },
+    { "lut[k]->num < 2", [](PxkLUT& lut) { lut.num = 1; } },
+    { "lut[k]->key[0] < 0", [](PxkLUT& lut) { lut.key[0] = -1; } },
+    { "lut[k]->key[lut[k]->num-1] > histSize", [](PxkLUT& lut) { lut.key[lut.num - 1] = 70000; } },
+    { "lut[k]->key[i] > lut[k]->key[i+1]", [](PxkLUT& lut) { lut.key[0] = lut.key[lut.num - 1] + 1; } },
+    { "All values in histogram are zeroes", [](PxkLUT& lut) { std::fill_n(lut.value, lut.num - 1, 0); } },
+};
+const int32_t noTables = -1, noTable = -2, noFault = -3;
+
+// Keys with gaps, neighbours and equal ones; few or many; from 0 or from the middle of the range.
+LevelTable tableOf(Random& random, int32_t levels)
+{
+    LevelTable t;
+    const int32_t num = random.oneOf({ 2, 3, 4, 40 }), first = random.oneOf({ 0, levels / 3 });
+    for (int32_t k = 0; k < num; ++k) {
+        t.key.push_back(num == 40 && levels == 256 ? first + k : random.between(first, levels));
+        t.value.push_back(random.oneIn(3) ? random.below(3) : random.below(INT32_MAX));
+        t.factor.push_back(random.oneIn(3) ? random.between(INT32_MIN / 2, INT32_MAX / 2) : random.between(-2, 2));
+    }
+    std::sort(t.key.begin(), t.key.end());
+    if (random.oneIn(2)) t.key.back() = levels;
+    if (random.oneIn(4)) t.key[t.key.size() - 2] = t.key.back(); // no bin of one level more
+    if (random.oneIn(5)) t.factor.clear();
+    t.key[0] = std::min(t.key[0], levels - 1);
+    t.value[0] = std::max(t.value[0], 1);
+    t.isRamp = random.below(2);
+    return t;
+}
+
+// One for each processed channel.
+std::vector<LevelTable> tablesOf(const PxkImage* image, const Numbers& n)
+{
+    Random random(static_cast<uint64_t>(n[0]));
+    const bool isOne = image == nullptr || (image->roi != nullptr && image->roi->coi != 0);
+    std::vector<LevelTable> tables;
+    for (int32_t k = 0; k < (isOne ? 1 : image->nChannels - (image->alphaChannel != 0)); ++k)
+        tables.push_back(tableOf(random, image != nullptr && image->depth > 1 ? 1 << (image->depth & 31) : 2));
+    return tables;
+}
+
+template <class Model>
+Operation tableOperation(const std::string& name, const std::vector<std::string>& images,
+                         void (*call)(const Arguments&, PxkLUT**), const Model& model)
+{
+    const auto run = [call](const Arguments& a) {
+        std::vector<LevelTable> tables = tablesOf(a[0], a.numbers);
+        std::vector<PxkLUT> records;
+        std::vector<PxkLUT*> pointers(tables.size() + 1); // a null for alpha
+        for (LevelTable& t : tables) {
+            int32_t* const factor = t.factor.empty() ? nullptr : t.factor.data();
+            records.push_back({ int32_t(t.key.size()), t.key.data(), t.value.data(), factor, t.isRamp });
+        }
+        for (size_t k = 0; k < records.size(); ++k) pointers[k] = &records[k];
+        const int32_t fault = a.numbers.size() > 1 ? a.integer(1) : noFault;
+        if (fault == noTable) pointers[tables.size() - 1] = nullptr;
+        if (fault >= 0) tableFaults[fault].spoil(records.back());
+        call(a, fault == noTables ? nullptr : pointers.data());
+        found.clear();
+        for (const LevelTable& t : tables) found.insert(found.end(), t.value.begin(), t.value.end());
+    };
+    Operation op(name, images, run, model);
+    op.numbers = [](const Case&, const Scene&, Random& random) { return Numbers { double(random.below(1 << 30)) }; };
+    op.refusedTile = [](const std::string& func, size_t image, const Scene&) {
+        return Ending({ { -2, func, image == 0 ? "Error get tile to read" : "Error get tile to write" } });
+    };
+    op.noMemory = [](const std::string& func) { return Ending({ { PXK_StsNoMem, func, "Allocation failure" } }); };
+    return op;
+}
+
+void addTableRefusals(const std::string& name, const std::vector<PictureSpec>& images, size_t count)
+{
+    addRefusals(name, { { "lut==0", images, { 5, noTables } }, { "lut[k]==0", images, { 5, noTable } } });
+    for (size_t k = 0; k < count; ++k)
+        addRefusals(
+            name, { { tableFaults[k].text, images, { 5, double(k) }, {}, k == 6 ? PXK_StsInternal : PXK_StsBadArg } });
+}
+
+void addHistogram()
+{
+    Operation op = tableOperation(
+        "pxkComputeHisto", { "srcImage" }, [](const Arguments& a, PxkLUT** lut) { pxkComputeHisto(a[0], lut); },
+        [](const Scene& s, const Numbers& n) {
+            std::vector<double> wanted;
+            std::vector<LevelTable> tables = tablesOf(s[0], n);
+            modelHistogram(s[0], tables);
+            for (const LevelTable& t : tables) wanted.insert(wanted.end(), t.value.begin(), t.value.end());
+            EXPECT_EQ(found, wanted);
+        });
+    op.axes.depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U };
+    addWithExtremes(op);
+    const char* const depths = "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)";
+    addRefusals(op.name,
+                { { "lut==0", { RGB_8S }, { 5, noTables } },
+                  { depths, { RGB_8S }, { 5, noTable } },
+                  { depths, { GRAY_32S }, { 5, noTable } },
+                  { depths, { FLOATS }, { 5, noTable } } });
+    addTableRefusals(op.name, { RGBA }, 6);
+}
+
+void addMap(const std::string& name, void (*call)(const Arguments&, PxkLUT**),
+            std::vector<int64_t> (*modelMap)(const LevelTable&, int64_t))
+{
+    Operation op = tableOperation(name, { "srcImage", "dstImage" }, call, [=](const Scene& s, const Numbers& n) {
+        const int64_t levels = int64_t(1) << depthBits(s[0].spec.depth);
+        std::vector<std::vector<int64_t>> maps;
+        for (const LevelTable& t : tablesOf(s[0], n)) maps.push_back(modelMap(t, levels));
+        forEachSelected({ &s[0], &s[1] }, [&](const Place* at) {
+            const size_t channel = size_t(at->c - windowOf(s[0]).firstChannel);
+            at[1].setBits(uint32_t(maps[channel][size_t(at[0].number())]) & uint32_t(levels - 1));
+        });
+    });
+    op.axes.depths = { PXK_DEPTH_8U, PXK_DEPTH_16U };
+    op.axes.places = { InPlace::NO, InPlace::FIRST };
+    op.axes.count = 800;
+    addOperation(op);
+    const Numbers bad = { 5, noTables };
+    const auto turned = [](const Scene& s) { s[0].header.origin = 1; };
+    addRefusals(name,
+                { { "srcImage->depth != PXK_DEPTH_8U && srcImage->depth != PXK_DEPTH_16U", { RGB_8S, GRAY }, bad },
+                  { "srcImage->depth != dstImage->depth", { RGB_16U, RGB_PLANES }, bad, turned },
+                  { "srcImage->dataOrder != dstImage->dataOrder", { GRAY, RGB_PLANES }, bad, turned },
+                  { "srcImage->origin != dstImage->origin", { RGB, GRAY }, bad, turned },
+                  { "Number of processed channels of srcImage != Number of processed channels of dstImage",
+                    { RGB, GRAY },
+                    bad } });
+    addTableRefusals(name, { RGB, RGBA }, modelMap == modelEqualized ? 7 : 6);
+}
+
+// ---- moments -------------------------------------------------------------------------------------------------------
 
 void addMoments()
 {
@@ -280,94 +198,85 @@ void addMoments()
         },
         [](const Scene& s, const Numbers&) {
             const CommonSize size = commonSize({ &s[0] });
-            const long double mass = modelMoment(s[0], 0, 0, 0, 0).sum;
-            const bool hasMass = std::fabs(mass) > 2.3e-308L;
-            const long double xb = hasMass ? modelMoment(s[0], 0, 0, 1, 0).sum / mass : size.width / 2.0L;
-            const long double yb = hasMass ? modelMoment(s[0], 0, 0, 0, 1).sum / mass : size.height / 2.0L;
+            const long double w = (long double)(size.width), h = (long double)(size.height);
+            const MomentSum mass = modelMoment(s[0], 0, 0, 0, 0);
+            const bool hasMass = std::fabs(mass.sum) > 2.3e-308L;
+            const long double xb = hasMass ? modelMoment(s[0], 0, 0, 1, 0).sum / mass.sum : w / 2;
+            const long double yb = hasMass ? modelMoment(s[0], 0, 0, 0, 1).sum / mass.sum : h / 2;
             std::vector<double> wanted;
             for (int32_t m = 0; m < 4; ++m) {
                 for (int32_t n = 0; m + n < 4; ++n) {
                     const double* const got = &found[wanted.size()];
                     const MomentSum raw = modelMoment(s[0], 0, 0, m, n);
                     const bool isExact = !isFloatDepth(s[0].spec.depth) && raw.magnitude < 9e15L;
-                    const long double reach = std::pow(std::fabs(xb) + (long double)(size.width), m)
-                        * std::pow(std::fabs(yb) + (long double)(size.height), n);
-                    const long double scale =
-                        std::pow((long double)(size.width), -m) * std::pow((long double)(size.height), -n);
+                    const long double scale = std::pow(w, -m) * std::pow(h, -n);
+                    const long double reach = std::pow(std::fabs(xb) + w, m) * std::pow(std::fabs(yb) + h, n);
                     wanted.push_back(near(got[0], raw.sum, isExact ? 0 : raw.magnitude * 1e-14L));
-                    const long double all = modelMoment(s[0], 0, 0, 0, 0).magnitude * reach;
-                    wanted.push_back(near(got[1], modelMoment(s[0], xb, yb, m, n).sum, all * 1e-13L));
+                    wanted.push_back(
+                        near(got[1], modelMoment(s[0], xb, yb, m, n).sum, mass.magnitude * reach * 1e-13L));
                     wanted.push_back(near(got[2], raw.sum * scale, raw.magnitude * scale * 1e-14L));
                 }
             }
-            expectFound(wanted);
+            EXPECT_EQ(found, wanted);
         });
     op.scene = [](const Case& c) { return makeScene(c, 1, {}, false); };
     op.axes.channels = { Channels::ONE, Channels::COI };
     op.axes.count = 800;
     op.refusedTile = [](const std::string& func, size_t, const Scene&) { return tileText(func, "image", "NULL"); };
-    addOperation(op);
+    addWithExtremes(op);
     addRefusals(
         op.name,
         { { "Only one channel can be proceed", { RGB } }, { "Only one channel can be proceed", { GRAY_ALPHA } } });
-    const char* const order = "Illegal order of moment";
     static PxkMomentState state = {};
+    const auto refused = [](const char* func) { return Report { -5, func, "Illegal order of moment" }; };
     addRefusedCalls(
-        { { { -5, "pxkGetSpatialMoment", order }, [] { EXPECT_EQ(pxkGetSpatialMoment(&state, 2, 2), 0); } },
-          { { -5, "pxkGetNormalizedSpatialMoment", order },
+        { { refused("pxkGetSpatialMoment"), [] { EXPECT_EQ(pxkGetSpatialMoment(&state, 2, 2), 0); } },
+          { refused("pxkGetNormalizedSpatialMoment"),
             [] { EXPECT_EQ(pxkGetNormalizedSpatialMoment(&state, 4, -1), 0); } },
-          { { -5, "pxkGetCentralMoment", order }, [] { EXPECT_EQ(pxkGetCentralMoment(&state, -1, 0), 0); } },
-          { { -5, "pxkGetNormalizedCentralMoment", order },
+          { refused("pxkGetCentralMoment"), [] { EXPECT_EQ(pxkGetCentralMoment(&state, -1, 0), 0); } },
+          { refused("pxkGetNormalizedCentralMoment"),
             [] { EXPECT_EQ(pxkGetNormalizedCentralMoment(&state, 0, 4), 0); } },
-          { { -9, "pxkMoments", "Incorrect Image" },
-            [] { EXPECT_EQ(pxkNormalizedCentralMoment(nullptr, 1, 0), 0); } } });
+          { { -9, "pxkMoments", "Incorrect Image" }, [] { EXPECT_EQ(pxkCentralMoment(nullptr, 1, 0), 0); } } });
 }
 
 // ---- norms and extrema ---------------------------------------------------------------------------------------------
 
-void addNorm(bool isPair)
+// Of an image alone, or of two.
+void addNorm(const std::string& name, const std::vector<std::string>& images)
 {
-    const std::vector<std::string> both = { "srcImageA", "srcImageB" };
-    Operation op(
-        isPair ? "pxkNorm" : "pxkNorm_one", isPair ? both : std::vector<std::string> { "srcImageA" },
-        [=](const Arguments& a) { found = { pxkNorm(a[0], isPair ? a[1] : nullptr, a.integer(0)) }; },
-        [=](const Scene& s, const Numbers& n) {
-            const int32_t type = int32_t(n[0]) & 7, depth = s[0].spec.depth;
-            long double want = modelNormSum(s[0], isPair ? &s[1] : nullptr, type), below = 1;
-            if (n[0] > 8) {
-                const Scene zeros = s.copy();
-                zeros[0].setAll(0);
-                below = modelNormSum(zeros[0], &zeros[1], type);
-            }
-            if (type == PXK_NORM_L2) want = std::sqrt(want), below = std::sqrt(below);
-            const bool isExact = depthBits(depth) <= 16 && n[0] < 8;
-            expectFound({ near(found[0], want / below, isExact ? 0 : want / below * 1e-14L) });
-        });
-    op.scene = [=](const Case& c) { return makeScene(c, isPair ? 2 : 1, {}, false); };
-    op.numbers = [=](const Case& c, const Scene& s, Random& random) {
-        if (!isPair) return Numbers { double(random.oneOf({ 1, 2, 4 })) };
+    const size_t count = images.size();
+    const auto call = [](const Arguments& a) {
+        found = { pxkNorm(a[0], a.images.size() > 1 ? a[1] : nullptr, a.integer(0)) };
+    };
+    Operation op(name, images, call, [=](const Scene& s, const Numbers& n) {
         const Scene zeros = s.copy();
-        zeros[0].setAll(0);
-        const bool isZero = modelNormSum(zeros[0], &zeros[1], PXK_NORM_L2) < 1e-300L;
+        if (count > 1) zeros[0].setAll(0);
+        const bool isRelative = n[0] > 8, isExact = depthBits(s[0].spec.depth) <= 16 && !isRelative;
+        const long double want =
+            modelNorm(s, int32_t(n[0]) & 7) / (isRelative ? modelNorm(zeros, int32_t(n[0]) & 7) : 1);
+        EXPECT_EQ(found[0], near(found[0], want, isExact ? 0 : want * 1e-13L));
+    });
+    op.scene = [=](const Case& c) { return makeScene(c, count, {}, false); };
+    op.numbers = [=](const Case& c, const Scene& s, Random& random) {
+        const Scene zeros = s.copy();
+        if (count > 1) zeros[0].setAll(0);
+        const bool isPlain = count == 1 || modelNorm(zeros, PXK_NORM_L2) < 1e-300L;
         const double types[] = { 9, 1, 2, 4, 10, 12 };
-        return Numbers { types[c.seed == 1 ? 0 : isZero ? random.between(1, 3) : random.below(6)] };
+        return Numbers { types[isPlain ? random.between(1, 3) : c.seed == 1 ? 0 : random.below(6)] };
     };
     op.refusedTile = [](const std::string& func, size_t, const Scene&) { return Ending({ { -2, func, " " } }); };
-    op.noMemory = [](const std::string& func) {
-        return Ending({ { PXK_StsNullHeader, func, "Null pointer for mask" } });
-    };
+    op.noMemory = [](const std::string& func) { return Ending({ { -9, func, "Null pointer for mask" } }); };
     op.nullImage = [](size_t k) {
-        if (k == 0) return Ending({ { PXK_StsNullHeader, "pxkNorm", "Incorrect Image" } });
-        return Ending({ { PXK_StsBadArg, "pxkNorm", "normType unknown" } });
+        return Ending({ { k == 0 ? -9 : -5, "pxkNorm", k == 0 ? "Incorrect Image" : "normType unknown" } });
     };
-    op.axes.count = isPair ? 2000 : 600;
-    addOperation(op);
-    if (!isPair) {
-        addRefusals(op.name, { { "normType unknown", { RGB }, { 9 } }, { "normType unknown", { RGB }, { 0 } } });
-        return;
-    }
+    addWithExtremes(op);
+}
+
+void addNormRefusals()
+{
     const auto black = [](const Scene& s) { s[1].setAll(0); };
-    addRefusals(op.name,
+    addRefusals("pxkNorm_one", { { "normType unknown", { RGB }, { 9 } }, { "normType unknown", { RGB }, { 0 } } });
+    addRefusals("pxkNorm",
                 { { "(srcImageA->dataOrder!=srcImageB->dataOrder)", { RGB_16U, RGB_PLANES }, { 3 } },
                   { "(srcImageA->depth!=srcImageB->depth)", { RGB_16U, GRAY }, { 3 } },
                   { "normType unknown", { RGB, GRAY }, { 3 } },
@@ -379,27 +288,26 @@ void addNorm(bool isPair)
 
 void addExtrema()
 {
-    static const PicturePtr nothing = Picture::make(PictureSpec(PXK_DEPTH_1U, 2, 2));
+    static const PicturePtr nothing = Picture::make(PictureSpec(PXK_DEPTH_1U, 2, 2)); // a mask, which does not count
     nothing->setAll(0);
     Operation op(
         "pxkMinMaxFP", { "srcImage" },
         [](const Arguments& a) {
             float low = 77, high = 77;
-            if (a[0] != nullptr) a[0]->maskROI = *nothing; // which does not count
+            if (a[0] != nullptr) a[0]->maskROI = *nothing;
             const int32_t status = pxkMinMaxFP(a[0], a.numbers.empty() ? &low : nullptr, &high);
             if (a[0] != nullptr) a[0]->maskROI = nullptr;
             found = { low, high };
             return status;
         },
         [](const Scene& s, const Numbers&) {
-            std::vector<double> wanted;
+            std::vector<double> samples;
             forEachSelected({ &s[0] }, [&](const Place* at) {
-                if (!std::isnan(at->number())) wanted.push_back(at->number());
+                if (!std::isnan(at->number())) samples.push_back(at->number());
             });
-            const bool isFound = !wanted.empty();
-            std::sort(wanted.begin(), wanted.end());
-            if (isFound) expectFound({ wanted.front(), wanted.back() });
-            EXPECT_TRUE(isFound || (std::isnan(found[0]) && std::isnan(found[1])));
+            const auto ends = std::minmax_element(samples.begin(), samples.end());
+            EXPECT_TRUE(samples.empty() ? std::isnan(found[0]) && std::isnan(found[1])
+                                        : found[0] == *ends.first && found[1] == *ends.second);
         });
     op.axes.depths = { PXK_DEPTH_32F };
     op.axes.masks = { 0 };
@@ -414,15 +322,16 @@ void addExtrema()
 
 const Rows rows([] {
     addHistogram();
-    addMap("pxkContrastStretch", pxkContrastStretch, false);
-    addMap("pxkHistoEqualize", pxkHistoEqualize, true);
-    for (const int32_t depth :
-         { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U, PXK_DEPTH_16S, PXK_DEPTH_32S })
-        addThreshold(depth);
-    addThresholdRefusals();
+    addMap(
+        "pxkContrastStretch", [](const Arguments& a, PxkLUT** lut) { pxkContrastStretch(a[0], a[1], lut); },
+        modelStretched);
+    addMap(
+        "pxkHistoEqualize", [](const Arguments& a, PxkLUT** lut) { pxkHistoEqualize(a[0], a[1], lut); },
+        modelEqualized);
     addMoments();
-    addNorm(true);
-    addNorm(false);
+    addNorm("pxkNorm", { "srcImageA", "srcImageB" });
+    addNorm("pxkNorm_one", { "srcImageA" });
+    addNormRefusals();
     addExtrema();
 });
 

@@ -8,7 +8,7 @@
 
 // ---- counting ------------------------------------------------------------------------------------------------------
 
-static bool ownCountBits(const OwnWork& work, const PxkLUT& table)
+static void ownCountZerosAndOnes(const OwnWork& work, const PxkLUT& table)
 {
     int64_t counts[2] = {}; // of pixels that are 0 and 1
     const bool isDone = ownMeasureSamples(work, OwnSamplesCount::ALIKE, [&](const OwnSampleStretch& stretch) {
@@ -16,8 +16,8 @@ static bool ownCountBits(const OwnWork& work, const PxkLUT& table)
         counts[0] += stretch.selected - ones;
         counts[1] += ones;
     });
+    if (!isDone) return;
     for (int32_t k = 0; k < 2; ++k) table.value[k] = static_cast<int32_t>(std::min<int64_t>(counts[k], INT32_MAX));
-    return isDone;
 }
 
 static void ownCountLevels(const OwnWork& work, PxkLUT* const* lut)
@@ -54,7 +54,7 @@ void pxkComputeHisto(PxkImage* srcImage, PxkLUT** lut)
     if (!ownBeginWork(work, site, { { srcImage, "Error get tile to read" } })) return;
     for (int32_t k = 0; k < nChannels; ++k) std::fill_n(lut[k]->value, lut[k]->num - 1, 0);
     if (depth == PXK_DEPTH_1U) {
-        ownCountBits(work, *lut[0]);
+        ownCountZerosAndOnes(work, *lut[0]);
     } else {
         ownCountLevels(work, lut);
     }
@@ -78,15 +78,17 @@ template <class T> static bool ownStretchMap(const PxkLUT& table, T* map)
     return true;
 }
 
-// The level of the result up to which a share of all counts lies.
-template <class T> static T ownShareLevel(int64_t sum, int64_t total)
-{
-    if constexpr (sizeof(T) == 1) {
-        return ownLimitInteger<T>(sum * 255 / total);
-    } else {
-        return ownLimitReal<T>(static_cast<double>(sum) * (65535.0 / static_cast<double>(total)));
+// Brings sums of counts, of `total`, to levels of the result.
+template <class T> struct OwnShares {
+    int64_t total;
+    double factor; // at 16U
+
+    T levelOf(int64_t sum) const
+    {
+        if constexpr (sizeof(T) == 1) return ownLimitInteger<T>(sum * 255 / total);
+        return ownLimitReal<T>(static_cast<double>(sum) * factor);
     }
-}
+};
 
 // Counts of a bin behind the last level belong to none.
 static int64_t ownTotalCounts(const PxkLUT& table, int32_t levels)
@@ -103,17 +105,18 @@ template <class T> static bool ownEqualizeMap(const PxkLUT& table, T* map)
     constexpr int32_t levels = 1 << 8 * sizeof(T);
     const int64_t total = ownTotalCounts(table, levels);
     if (total == 0) return false;
+    const OwnShares<T> shares = { total, 65535.0 / static_cast<double>(total) };
     int64_t sum = 0;
-    std::fill_n(map, table.key[0], ownShareLevel<T>(sum, total));
+    std::fill_n(map, table.key[0], shares.levelOf(sum));
     for (int32_t k = 0; k + 1 < table.num && table.key[k] < levels; ++k) {
         T* const bin = map + table.key[k];
         const int32_t width = table.key[k + 1] - table.key[k];
-        const int64_t share = width > 1 ? table.value[k] / width : 0;
-        for (int32_t i = 0; i + 1 < width; ++i) bin[i] = ownShareLevel<T>(sum + share * (i + 1), total);
+        const int64_t each = width > 1 ? table.value[k] / width : 0;
+        for (int32_t i = 0; i + 1 < width; ++i) bin[i] = shares.levelOf(sum + each * (i + 1));
         sum += table.value[k];
-        if (width > 0) bin[width - 1] = ownShareLevel<T>(sum, total);
+        if (width > 0) bin[width - 1] = shares.levelOf(sum);
     }
-    std::fill(map + table.key[table.num - 1], map + levels, ownShareLevel<T>(sum, total));
+    std::fill(map + table.key[table.num - 1], map + levels, shares.levelOf(sum));
     return true;
 }
 

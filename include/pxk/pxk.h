@@ -1120,6 +1120,154 @@ PXK_API int32_t pxkApplyColorTwist(PxkImage* srcImage, PxkImage* dstImage, PxkCo
 PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const float* TwistFP);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Histograms and maps of levels
+ *
+ * One table for each processed channel, the first one for the first such channel; under a channel of interest the first
+ * table alone. Entries for other channels are not looked at. A table with num keys has num - 1 bins: bin k holds the
+ * levels from key[k] up to, but not including, key[k + 1]. An image of 8U has 256 levels, one of 16U 65536, one of 1U
+ * two.
+ *
+ * All run on whatever status is stored. All report "Incorrect Image", source before destination, then -5 with the text
+ * of the first condition that holds, in the order told at each operation; and then for each table in turn "lut[k]==0",
+ * "lut[k]->key==0", "lut[k]->value==0", "lut[k]->num < 2", "lut[k]->key[0] < 0", "lut[k]->key[lut[k]->num-1] >
+ * histSize" (a key above the number of levels), "lut[k]->key[i] > lut[k]->key[i+1]". Behind these: -4 "Allocation
+ * failure", "Out of memory" when masks can't be combined; -2 "Error get tile to read", "Error get tile to write".
+ */
+
+/** A table of levels. The caller owns it and what it points to; only pxkComputeHisto writes, to `value`. */
+typedef struct PxkLUT {
+    int32_t num;             /**< keys, at least 2 */
+    int32_t* key;            /**< num levels, none below the one before; from 0 up to the number of levels */
+    int32_t* value;          /**< num entries: counts of the bins; for a stretch the levels that the keys map to */
+    int32_t* factor;         /**< num slopes of the ramps from key to key; null counts as all 0 */
+    int32_t interpolateType; /**< 0: a step from key to key; otherwise a ramp */
+} PxkLUT;
+
+/**
+ * Counts the samples of a region into the bins of the tables: value[0] to value[num - 2] are set to 0 first, value[num
+ * - 1] stays. Samples outside the keys are not counted, nor are pixels whose mask bit is 0. At depth 1U value[0]
+ * becomes the number of zeros and value[1] that of ones, whatever the keys are. A count beyond 2147483647 stops there.
+ * Depths 1U, 8U, 16U. After a report behind the checks the bins are not complete.
+ *
+ * Refuses "lut==0", "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)".
+ */
+PXK_API void pxkComputeHisto(PxkImage* srcImage, PxkLUT** lut);
+
+/**
+ * Maps samples by the tables: a level of bin k becomes value[k], or where interpolateType is not 0, value[k] + (level -
+ * key[k]) factor[k]. The result is cut to the sample's width, so it may wrap. Levels below the first key, and from the
+ * last one up, stay. Of equal keys the last one counts. Depths 8U, 16U; the same image on both sides is allowed.
+ *
+ * Refuses "srcImage->depth != PXK_DEPTH_8U && srcImage->depth != PXK_DEPTH_16U", "srcImage->depth != dstImage->depth",
+ * "srcImage->dataOrder != dstImage->dataOrder", "srcImage->origin != dstImage->origin", "Number of processed channels
+ * of srcImage != Number of processed channels of dstImage", "lut==0".
+ */
+PXK_API void pxkContrastStretch(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** lut);
+
+/**
+ * Maps samples by the sums of the counts that the tables hold, such as pxkComputeHisto leaves them: a level becomes its
+ * share, the counts up to it over all counts, of the largest level; truncated at 8U, rounded to nearest at 16U. The
+ * count of a bin is spread evenly over its levels, the last one takes the remainder; a bin without levels counts for
+ * the level at its key. Depths, images and refusals as pxkContrastStretch; then -3 "All values in histogram are zeroes"
+ * when the counts of a table add up to 0, with nothing written.
+ */
+PXK_API void pxkHistoEqualize(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** lut);
+
+/**
+ * Makes each sample at or above Threshold the highest value of the destination's depth, each other one the lowest: 0
+ * and 1 at 1U, 0 and 255 at 8U, -128 and 127 at 8S, 0 and 65535 at 16U, -32768 and 32767 at 16S, -2147483648 and
+ * 2147483647 at 32S. From 8U, 8S, 16U, 16S or 32S to any integer depth. Regions, channels, masks, padding and what is
+ * reported behind the checks as at the depth conversions; runs on whatever status is stored.
+ *
+ * Reports "Incorrect Image", source before destination, then -5 with the text of the first condition that holds:
+ * "(srcImage->depth == 32)", "(dstImage->depth == 32)", "(srcImage->depth == 1)", "((srcImage->dataOrder !=
+ * dstImage->dataOrder)&& ((srcImage->nChannels != 1)&&(dstImage->nChannels != 1)))", "(srcImage->origin !=
+ * dstImage->origin)", "(srcImage->origin != srcImage->maskROI->origin)", "(dstImage->origin !=
+ * dstImage->maskROI->origin)", and for a Threshold outside the source's range a text such as "((srcImage->depth == 8)
+ * && (Threshold > 255))", "((srcImage->depth == (0x80000000|16)) && (Threshold < -32768))". An image whose one channel
+ * is alpha: nothing happens.
+ */
+PXK_API void pxkThreshold(PxkImage* srcImage, PxkImage* dstImage, int32_t Threshold);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @name Moments */
+
+/** One spatial moment: of order m in x and n in y. */
+typedef struct PxkMoment {
+    double scale; /**< w^-m h^-n, where w and h are the width and height that were measured */
+    double value; /**< sum of x^m y^n s over all samples s */
+} PxkMoment;
+
+/** The moments of a channel up to order 3. Entries with m + n above 3 are not used. */
+typedef struct PxkMomentState {
+    PxkMoment moments[4][4]; /**< [m][n] */
+} PxkMomentState;
+
+/**
+ * Computes all spatial moments up to order 3 of one channel: that of a one-channel image, or the channel of interest. x
+ * and y are counted from the region's first pixel; pixels whose mask bit is 0 do not count. Every depth; bits are
+ * samples of 0 and 1. Row sums of 1, 8 and 16 bits are exact while they stay below 2^53; all else is added in double,
+ * in an order that depends only on the sizes of image, tiles and mask. Where there is nothing to measure all scales and
+ * values are 0.
+ *
+ * Reports "Incorrect Image"; -5 "Only one channel can be proceed", "state==0", "(image->tileInfo->tileData == NULL)".
+ * After a report the state is as it was.
+ */
+PXK_API void pxkMoments(PxkImage* image, PxkMomentState* state);
+
+/**
+ * Read a moment out of what pxkMoments filled: the spatial moment; the central moment, that is the sum of (x - xb)^m (y
+ * - yb)^n s, where (xb, yb) is the centre of mass, or the middle of the measured area when the mass is 0; and both
+ * times the entry's scale. Return 0 after reporting -5 "Illegal order of moment" (m or n below 0, m + n above 3),
+ * "state==0".
+ */
+PXK_API double pxkGetSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
+PXK_API double pxkGetNormalizedSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
+PXK_API double pxkGetCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
+PXK_API double pxkGetNormalizedCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
+
+/** One moment of an image: pxkMoments, then the function above, each with its own reports. 0 when one has failed. */
+PXK_API double pxkSpatialMoment(PxkImage* image, int32_t m, int32_t n);
+PXK_API double pxkNormalizedSpatialMoment(PxkImage* image, int32_t m, int32_t n);
+PXK_API double pxkCentralMoment(PxkImage* image, int32_t m, int32_t n);
+PXK_API double pxkNormalizedCentralMoment(PxkImage* image, int32_t m, int32_t n);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @name Norms and extrema */
+
+/** Norms. The relative ones divide by the same norm of the second image. */
+#define PXK_NORM_INF 1 /**< largest of |a - b|, or of |a| */
+#define PXK_NORM_L1 2  /**< sum of |a - b|, or of |a| */
+#define PXK_NORM_L2 4  /**< square root of the sum of (a - b)^2, or of a^2 */
+#define PXK_NORM_INF_REL 9
+#define PXK_NORM_L1_REL 10
+#define PXK_NORM_L2_REL 12
+
+/**
+ * Measures an image, the difference of two images, or that difference relative to the second one, over all processed
+ * channels and all pixels selected by the masks of both. srcImageB may be null, for the norms that are not relative.
+ * Every depth; bits are samples of 0 and 1. Integers are added exactly, floats and squares of 32S in double, in an
+ * order that depends only on the sizes and row steps of images, tiles and masks. A NaN makes sums NaN, and is never the
+ * largest difference.
+ *
+ * Returns 0 where there is nothing to measure. Returns 0 after a report: "Incorrect Image", for a null srcImageB first
+ * -5 "normType unknown"; -5 "(srcImageA->dataOrder!=srcImageB->dataOrder)", "(srcImageA->depth!=srcImageB->depth)",
+ * "normType unknown"; -15 "Bad number of channels"; -9 "Null pointer for mask" when masks can't be combined. Returns -1
+ * after -5 "Zero divided", where the norm of the second image is 0, and -2 after -2 " ", a refused tile.
+ */
+PXK_API double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normType);
+
+/**
+ * Stores the smallest and the largest sample of a 32F image over the region and all processed channels; masks do not
+ * count. NaN samples are passed over; both results are a NaN when there are no others. A zero is stored as +0. Returns
+ * 0, also with nothing stored when there is nothing to measure; or -5, with nothing stored, after a report: "Incorrect
+ * Image" with the status of the header; -5 "((min == ((void*)(0)))||(max == ((void*)(0))))", "(srcImage->depth != 32)",
+ * "(srcImage->tileInfo->tileData == NULL)".
+ */
+PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */
 #if defined(__cplusplus) && __cplusplus >= 201103L
 #define PXK_IS_AT(record, field, with4, with8)                                                                         \

@@ -123,5 +123,6 @@ extern const Family rankFamily;
 extern const Family morphologyFamily;
 extern const Family statsFamily;
 extern const Family borderFamily;
+extern const Family scaleFamily;
 
 } // namespace gallery

@@ -1268,6 +1268,102 @@ PXK_API double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normTyp
 PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Changes of scale and mirrors
+ *
+ * Geometry operations go on after a failed check: one call can give several reports, in the order told, and the last
+ * status stands. They stop behind all checks at any negative status, be it an old one. After a null image nothing else
+ * is checked.
+ *
+ * A change of scale by xDst / xSrc and yDst / ySrc takes one-bit images (nearest pixels only), 8U and 16U, in both data
+ * orders. Regions keep their own offsets; the work is the smaller of the destination's region and the source's region in
+ * its new size, rounded down but at least one pixel each way. The source's mask comes into the new scale by its nearest
+ * pixels, bit (0, 0) of its region on the first pixel of the work, and is joined with the destination's. Shared pixels
+ * are read before they are written.
+ */
+
+/** Interpolations: the nearest pixel, 2 by 2, 4 by 4, or the mean of the box that becomes one pixel. */
+#define PXK_INTER_NN 0
+#define PXK_INTER_LINEAR 1
+#define PXK_INTER_CUBIC 2
+#define PXK_INTER_SUPER 3
+
+/**
+ * Enlarges: xDst at least xSrc, yDst at least ySrc. The first and last destination pixels lie on the first and last
+ * source pixels, so pixel i reads position p = i (w - 1) / (w xDst / xSrc - 1), w being the source's width; by equal
+ * factors i itself, and every interpolation copies then.
+ *
+ * - PXK_INTER_NN: the pixel at p + 0.5, rounded down (a fraction within 0.00001 of the next integer counts as that).
+ * - PXK_INTER_LINEAR: weights of 14 bits; 8U keeps 14 bits between row and column and cuts both off, 16U is cut off
+ *   once, at the end.
+ * - PXK_INTER_CUBIC: Newton's polynomial through four pixels in single precision, limited to the depth's range.
+ * A source below 2 pixels wide or high takes PXK_INTER_NN, one below 4 PXK_INTER_LINEAR in place of PXK_INTER_CUBIC.
+ *
+ * Reports -5 "xDst < xSrc || yDst < ySrc"; "Incorrect Image"; -5 "interpolate != PXK_INTER_NN && interpolate !=
+ * PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC", "srcImage->depth != dstImage->depth", "srcImage->depth !=
+ * PXK_DEPTH_1U && srcImage->depth != PXK_DEPTH_8U && srcImage->depth != PXK_DEPTH_16U", "srcImage->dataOrder !=
+ * dstImage->dataOrder", "xDst <= 0 || xSrc <= 0", "yDst <= 0 || ySrc <= 0", "This function isn`t in-plase function";
+ * -2 "Processed channels of srcImage != Processed channels of dstImage"; -4 "Out of memory", also for a refused source
+ * tile; -5 "Error get tile to write". Whatever the cause of a negative status, -1 with an empty text follows.
+ */
+PXK_API void pxkZoom(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
+                     int32_t interpolate);
+
+/**
+ * Enlarges or reduces, each axis for itself, like pxkZoom and with its reports but for the first. Reducing by
+ * PXK_INTER_SUPER is pxkDecimate, which reports under its own name; for enlarging, -5 "(interpolate == PXK_INTER_SUPER)
+ * && (xDst > xSrc || yDst > ySrc)" comes first.
+ */
+PXK_API void pxkResize(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
+                       int32_t interpolate);
+
+/**
+ * Reduces: xDst at most xSrc, yDst at most ySrc. PXK_INTER_NN takes pixel i at i xSrc / xDst, plus 0.5 on an axis where
+ * xSrc / xDst is no whole number, rounded down. PXK_INTER_SUPER takes the exact mean of the box of xSrc / xDst by ySrc /
+ * yDst pixels, parts of pixels by the area they cover, rounded to nearest, halves upward. PXK_INTER_LINEAR and
+ * PXK_INTER_CUBIC give what pxkResize gives. One-bit images, sources below 4 pixels wide or high or without a whole
+ * pixel in the new size, and whole factors on both axes (but for PXK_INTER_SUPER) take PXK_INTER_NN.
+ *
+ * Reports "Incorrect Image"; -5 "srcImage == dstImage", "srcImage->depth != dstImage->depth", "srcImage->origin !=
+ * dstImage->origin", "srcImage->dataOrder != dstImage->dataOrder", "srcImage->roi->coi > 0 && dstImage->roi->coi == 0",
+ * "srcImage->roi->coi > 0 && dstImage->roi == ((void *)0)", the same two with the images exchanged, "interpolate !=
+ * PXK_INTER_NN, PXK_INTER_LINEAR, PXK_INTER_CUBIC or PXK_INTER_SUPER", "xDst <= 0", "xSrc <= 0", "yDst <= 0", "ySrc <=
+ * 0", "xDst > xSrc", "yDst > ySrc", and the depth; then channels, memory and tiles as pxkZoom.
+ */
+PXK_API void pxkDecimate(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
+                         int32_t interpolate);
+
+/**
+ * Reduces a blurred source: pixels are replaced by the mean of xMaskSize by yMaskSize pixels around them (of an even
+ * number, one more to the left or above), rounded to nearest, halves upward, and then decimated. Pixels at the region's
+ * edges stand for those beyond. A size of 0 or 1 leaves its axis alone; one-bit images are never blurred. All
+ * interpolations but PXK_INTER_SUPER. The images may be one.
+ *
+ * Reports "Incorrect Image"; -5 "(xMaskSize<0||yMaskSize<0)", "((xDst <= 0)||(yDst<=0))", "((xSrc <= 0)||(ySrc<=0))",
+ * "(xDst>xSrc||yDst>ySrc)", "(srcImage->depth!=dstImage->depth)", "(srcImage->dataOrder!=dstImage->dataOrder)",
+ * "(srcImage->alphaChannel!=dstImage->alphaChannel)", "srcImage->roi->xOffset >= srcImage->width", "srcImage->roi->
+ * yOffset >= srcImage->height" (without the blank), the same two of dstImage, and interpolation and depth as pxkZoom;
+ * then channels, memory and tiles as pxkZoom.
+ */
+PXK_API void pxkDecimateExt(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst,
+                            int32_t ySrc, int32_t interpolate, int32_t xMaskSize, int32_t yMaskSize);
+
+/**
+ * Copies the area, the smaller width and height of both regions, reversed: flipAxis 1 reverses each row, 0 the order of
+ * the rows, -1 both. All depths but 32F. The images may be one. A mask selects pixels of the destination; bit (i, j) of
+ * a source's mask belongs to destination pixel (i, j) too. The data orders may differ.
+ *
+ * Reports "Incorrect Image"; -5 "(srcImage==dstImage && srcImage->maskROI != ((void *)0))",
+ * "(srcImage->depth==32||dstImage->depth==32)", "(srcImage->depth!=dstImage->depth)", "((flipAxis>1)||(flipAxis<-1))",
+ * "(srcImage->depth==1 && srcImage->alphaChannel!=0)", "(dstImage->depth==1 && dstImage->alphaChannel!=0)",
+ * "(coiSrc<0||coiSrc>srcImage->nChannels)", "(srcImage->alphaChannel!=0 && srcImage->alphaChannel!=
+ * srcImage->nChannels)" (without the blank), "(coiDst<0 || coiDst>dstImage->nChannels)", "(dstImage->alphaChannel!=0 &&
+ * dstImage->alphaChannel!=dstImage->nChannels)", "(nChannelsSrc != nChannelsDst)"; -4 "Out of memory", also for a
+ * refused source tile; -5 "Error get tile to write".
+ */
+PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */
 #if defined(__cplusplus) && __cplusplus >= 201103L
 #define PXK_IS_AT(record, field, with4, with8)                                                                         \

@@ -3,7 +3,6 @@
 #include "support/compare.h"
 #include "support/reports.h"
 
-// Behind good headers all faults are told, whatever status was stored.
 // 2^31 pixels in rows that touch: more than a pointer difference of 32 bits can count.
 TEST(Set, asManyBitsAsFitInMemory)
 {
@@ -17,6 +16,7 @@ TEST(Set, asManyBitsAsFitInMemory)
     pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA);
 }
 
+// Behind good headers all faults are told, whatever status was stored.
 TEST(Copy, reportsAllArgumentFaults)
 {
     const PictureSpec rgb(PXK_DEPTH_8U, 9, 4, 3);

@@ -7,15 +7,9 @@
 #include <limits>
 #include <type_traits>
 
-template <class T> constexpr bool ownIsFloat = std::is_floating_point<T>::value;
+#include "frame/ownlimit.h"
 
-// The limited value exists in the wide type before it is narrowed; narrowing within the choice costs half the speed.
-template <class T, class Wide> inline T ownLimitTo(Wide value)
-{
-    constexpr Wide low = std::numeric_limits<T>::min();
-    constexpr Wide high = std::numeric_limits<T>::max();
-    return static_cast<T>(std::min(std::max(value, low), high));
-}
+template <class T> constexpr bool ownIsFloat = std::is_floating_point<T>::value;
 
 // Products of two samples fit it.
 template <class T>
@@ -33,7 +27,7 @@ struct OwnAddSamples {
     template <class T> T operator()(T a, T b) const
     {
         if constexpr (ownIsFloat<T>) {
-            return a + b;
+            return ownOneNaN(a + b);
         } else if constexpr (std::is_unsigned<T>::value) {
             const T room = static_cast<T>(~a);
             return static_cast<T>(a + (b < room ? b : room));
@@ -49,7 +43,7 @@ struct OwnSubtractSamples {
     template <class T> T operator()(T a, T b) const
     {
         if constexpr (ownIsFloat<T>) {
-            return a - b;
+            return ownOneNaN(a - b);
         } else if constexpr (std::is_unsigned<T>::value) {
             return static_cast<T>(a - (a < b ? a : b));
         } else {
@@ -64,7 +58,7 @@ struct OwnMultiplySamples {
     template <class T> T operator()(T a, T b) const
     {
         if constexpr (ownIsFloat<T>) {
-            return a * b;
+            return ownOneNaN(a * b);
         } else if constexpr (std::is_same<T, int16_t>::value) {
             // Both halves of the product are formed in 16 bits; in range, the upper one repeats the lower one's sign.
             const T upper = static_cast<T>((int32_t { a } * b) >> 16);
@@ -72,7 +66,7 @@ struct OwnMultiplySamples {
             return upper == static_cast<T>(lower >> 15) ? lower : ownLimitOnSideOf(static_cast<T>(a ^ b));
         } else {
             using Wide = OwnProduct<T>;
-            return ownLimitTo<T, Wide>(static_cast<Wide>(static_cast<Wide>(a) * static_cast<Wide>(b)));
+            return ownLimitInteger<T>(static_cast<Wide>(static_cast<Wide>(a) * static_cast<Wide>(b)));
         }
     }
 };
@@ -117,7 +111,7 @@ struct OwnSquareSample {
     template <class T> T operator()(T a) const
     {
         if constexpr (ownIsFloat<T>) {
-            return a * a;
+            return ownOneNaN(a * a);
         } else {
             using U = std::make_unsigned_t<T>;
             constexpr T root = ownRoot<T>();

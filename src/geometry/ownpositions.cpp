@@ -15,16 +15,15 @@ static int64_t ownFixedOf(double value)
     return llrint(std::max(-most, std::min(value * 65536, most)));
 }
 
-static OwnFixedMap::Axis ownFixedAxis(const double* c, int32_t origin, int32_t bias)
+static OwnFixedMap::Axis ownFixedAxis(const double* c, int32_t bias)
 {
-    const uint64_t shift = (static_cast<uint64_t>(static_cast<int64_t>(origin)) << 16) - static_cast<uint64_t>(bias);
     return { static_cast<uint64_t>(ownFixedOf(c[0])), static_cast<uint64_t>(ownFixedOf(c[1])),
-             static_cast<uint64_t>(ownFixedOf(c[2])) - shift };
+             static_cast<uint64_t>(ownFixedOf(c[2]) + bias) };
 }
 
-OwnFixedMap ownFixedMapOf(const OwnAffine& inverse, int32_t left, int32_t top, int32_t bias)
+OwnFixedMap ownFixedMapOf(const OwnAffine& inverse, int32_t bias)
 {
-    OwnFixedMap map = { ownFixedAxis(inverse.c, left, bias), ownFixedAxis(inverse.c + 3, top, bias), 1 };
+    OwnFixedMap map = { ownFixedAxis(inverse.c, bias), ownFixedAxis(inverse.c + 3, bias), 1 };
     const int64_t step = std::max(std::abs(static_cast<int64_t>(map.x.perColumn)),
                                   std::abs(static_cast<int64_t>(map.y.perColumn)));
     const int64_t most = (INT32_MAX - 65535) / std::max<int64_t>(step, 1);

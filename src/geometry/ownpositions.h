@@ -32,8 +32,8 @@ struct OwnFixedMap {
     int32_t mostRun; // pixels whose positions differ by less than 2^31
 };
 
-// Positions count from (left, top); `bias` is added to both.
-OwnFixedMap ownFixedMapOf(const OwnAffine& inverse, int32_t left, int32_t top, int32_t bias);
+// `bias`, in 65536ths, is added to both coordinates.
+OwnFixedMap ownFixedMapOf(const OwnAffine& inverse, int32_t bias);
 void ownFixedPositions(const OwnFixedMap& map, int32_t x, int32_t y, int32_t n, OwnFixedRun& run);
 
 // Any map from destination to source, in double precision.

@@ -42,49 +42,62 @@ static inline double ownHeld(double value, double high)
     return above < high ? above : high;
 }
 
-// Positions in whole pixels and parts, held to 0 and `last`; the base of the taps is held so that all lie inside.
-template <OwnInterpolation I, class Part>
-static void ownPlaceFixed(const int32_t* whole, const int32_t* part, int32_t n, int32_t last, int32_t* first,
-                          Part* parts)
+// The pixels of one axis that may be read.
+struct OwnAxis {
+    int32_t first;
+    int32_t count;
+    int32_t last() const { return first + (count - 1); }
+};
+
+// First taps, counted from the axis' first pixel, and parts of positions that are held inside the axis.
+template <OwnInterpolation I>
+static void ownPlaceFixed(const int32_t* whole, const int32_t* part, int32_t n, OwnAxis axis, int32_t* taps,
+                          int32_t* parts)
 {
     constexpr int32_t before = ownTapsBefore(I), after = ownTapsPerAxis(I) - 1 - before;
+    const int32_t first = axis.first, last = axis.last(), lastBase = axis.count - 1 - after;
     for (int32_t i = 0; i < n; ++i) {
-        const int32_t held = ownHeld(whole[i], 0, last);
-        const int32_t base = ownHeld(held, before, last - after);
-        first[i] = base - before;
+        const int32_t held = ownHeld(whole[i], first, last) - first;
+        const int32_t base = ownHeld(held, before, lastBase);
+        taps[i] = base - before;
         if constexpr (I != OwnInterpolation::NEAREST) {
-            const bool isBetween = whole[i] == held && whole[i] < last;
+            const bool isBetween = whole[i] >= first && whole[i] < last;
             parts[i] = (held - base) * 65536 + (isBetween ? part[i] : 0);
         }
     }
 }
 
 template <OwnInterpolation I, class Part>
-static void ownPlaceReal(const double* positions, int32_t n, int32_t last, int32_t* first, Part* parts)
+static void ownPlaceReal(const double* positions, int32_t n, OwnAxis axis, int32_t* taps, Part* parts)
 {
     constexpr int32_t before = ownTapsBefore(I), after = ownTapsPerAxis(I) - 1 - before;
+    const double first = axis.first, last = axis.count - 1;
+    const int32_t lastBase = axis.count - 1 - after;
     for (int32_t i = 0; i < n; ++i) {
-        const double position = ownHeld(positions[i], last);
+        const double position = ownHeld(positions[i] - first, last);
         if constexpr (std::is_floating_point<Part>::value) {
             constexpr double justBelow = 0.0000001; // positions so near below a pixel belong to it
-            const int32_t base = ownHeld(static_cast<int32_t>(position + justBelow), before, last - after);
-            first[i] = base - before;
+            const int32_t base = ownHeld(static_cast<int32_t>(position + justBelow), before, lastBase);
+            taps[i] = base - before;
             parts[i] = static_cast<Part>(position - base);
         } else {
             const int32_t whole = static_cast<int32_t>(position);
-            const int32_t base = ownHeld(whole, before, last - after);
-            first[i] = base - before;
+            const int32_t base = ownHeld(whole, before, lastBase);
+            taps[i] = base - before;
             parts[i] = (whole - base) * 65536 + static_cast<int32_t>((position - whole) * 65536 + 0.5);
         }
     }
 }
 
-static void ownPlaceNearest(const double* positions, int32_t n, int32_t last, OwnTies ties, int32_t* first)
+static void ownPlaceNearest(const double* positions, int32_t n, OwnAxis axis, OwnTies ties, int32_t* taps)
 {
-    if (ties == OwnTies::EVEN) {
-        for (int32_t i = 0; i < n; ++i) first[i] = ownRoundEven(ownHeld(positions[i], last));
+    const double first = axis.first, last = axis.count - 1;
+    if (ties == OwnTies::EVEN) { // of the coordinates, wherever the axis starts
+        for (int32_t i = 0; i < n; ++i) {
+            taps[i] = ownRoundEven(ownHeld(positions[i] - first, last) + first) - axis.first;
+        }
     } else {
-        for (int32_t i = 0; i < n; ++i) first[i] = static_cast<int32_t>(ownHeld(positions[i] + 0.5, last));
+        for (int32_t i = 0; i < n; ++i) taps[i] = static_cast<int32_t>(ownHeld(positions[i] - first + 0.5, last));
     }
 }
 
@@ -271,21 +284,14 @@ static void ownSampleAdjacent(const OwnView& source, const OwnTaps<Part>& places
     }
 }
 
-// Channels that do not lie side by side, or are of an unusual number, are taken one by one.
 template <class T, OwnInterpolation I, class Part>
 static void ownSampleChannels(const OwnView& source, const OwnTaps<Part>& places, int32_t n, uint8_t* to)
 {
     T* const out = reinterpret_cast<T*>(to);
-    const int32_t nChannels = source.nChannels;
-    const bool isAdjacent = source.channelStep == static_cast<ptrdiff_t>(sizeof(T));
-    if (nChannels == 1) return ownSampleAdjacent<T, I, 1>(source, places, n, out);
-    if (nChannels == 3 && isAdjacent) return ownSampleAdjacent<T, I, 3>(source, places, n, out);
-    if (nChannels == 4 && isAdjacent) return ownSampleAdjacent<T, I, 4>(source, places, n, out);
-    OwnView channel = source;
-    T samples[ownMostRun];
-    for (int32_t c = 0; c < nChannels; ++c, channel.first += source.channelStep) {
-        ownSampleAdjacent<T, I, 1>(channel, places, n, samples);
-        for (int32_t i = 0; i < n; ++i) out[static_cast<ptrdiff_t>(i) * nChannels + c] = samples[i];
+    switch (source.nChannels) {
+    case 1: return ownSampleAdjacent<T, I, 1>(source, places, n, out);
+    case 3: return ownSampleAdjacent<T, I, 3>(source, places, n, out);
+    default: return ownSampleAdjacent<T, I, 4>(source, places, n, out);
     }
 }
 
@@ -301,12 +307,13 @@ static void ownSampleNearest(const OwnView& source, const int32_t* rows, OwnTaps
 }
 
 template <OwnInterpolation I>
-static void ownSampleFixedBy(const OwnView& source, const OwnFixedRun& run, int32_t n, uint8_t* to)
+static void ownSampleFixedBy(const OwnSampler& sampler, const OwnFixedRun& run, int32_t n, uint8_t* to)
 {
+    const OwnView& source = sampler.source;
     OwnTaps<int32_t> places;
     int32_t rows[ownMostRun];
-    ownPlaceFixed<I>(run.x, run.xPart, n, source.width - 1, places.column, places.xPart);
-    ownPlaceFixed<I>(run.y, run.yPart, n, source.height - 1, rows, places.yPart);
+    ownPlaceFixed<I>(run.x, run.xPart, n, { sampler.left, source.width }, places.column, places.xPart);
+    ownPlaceFixed<I>(run.y, run.yPart, n, { sampler.top, source.height }, rows, places.yPart);
     if constexpr (I == OwnInterpolation::NEAREST) {
         ownSampleNearest(source, rows, places, n, to);
     } else {
@@ -316,12 +323,13 @@ static void ownSampleFixedBy(const OwnView& source, const OwnFixedRun& run, int3
 }
 
 template <class T, OwnInterpolation I>
-static void ownSampleRealBy(const OwnView& source, const OwnRealRun& run, int32_t n, uint8_t* to)
+static void ownSampleRealBy(const OwnSampler& sampler, const OwnRealRun& run, int32_t n, uint8_t* to)
 {
+    const OwnView& source = sampler.source;
     OwnTaps<typename OwnMethod<T, I>::Part> places;
     int32_t rows[ownMostRun];
-    ownPlaceReal<I>(run.x, n, source.width - 1, places.column, places.xPart);
-    ownPlaceReal<I>(run.y, n, source.height - 1, rows, places.yPart);
+    ownPlaceReal<I>(run.x, n, { sampler.left, source.width }, places.column, places.xPart);
+    ownPlaceReal<I>(run.y, n, { sampler.top, source.height }, rows, places.yPart);
     ownOffsets(source, rows, n, places);
     ownSampleChannels<T, I>(source, places, n, to);
 }
@@ -329,9 +337,9 @@ static void ownSampleRealBy(const OwnView& source, const OwnRealRun& run, int32_
 void ownSampleFixed(const OwnSampler& sampler, const OwnFixedRun& run, int32_t n, uint8_t* to)
 {
     switch (sampler.interpolation) {
-    case OwnInterpolation::NEAREST: return ownSampleFixedBy<OwnInterpolation::NEAREST>(sampler.source, run, n, to);
-    case OwnInterpolation::LINEAR: return ownSampleFixedBy<OwnInterpolation::LINEAR>(sampler.source, run, n, to);
-    default: return ownSampleFixedBy<OwnInterpolation::CUBIC>(sampler.source, run, n, to);
+    case OwnInterpolation::NEAREST: return ownSampleFixedBy<OwnInterpolation::NEAREST>(sampler, run, n, to);
+    case OwnInterpolation::LINEAR: return ownSampleFixedBy<OwnInterpolation::LINEAR>(sampler, run, n, to);
+    default: return ownSampleFixedBy<OwnInterpolation::CUBIC>(sampler, run, n, to);
     }
 }
 
@@ -341,15 +349,15 @@ void ownSampleReal(const OwnSampler& sampler, const OwnRealRun& run, int32_t n, 
     if (sampler.interpolation == OwnInterpolation::NEAREST) {
         OwnTaps<int32_t> places;
         int32_t rows[ownMostRun];
-        ownPlaceNearest(run.x, n, source.width - 1, ties, places.column);
-        ownPlaceNearest(run.y, n, source.height - 1, ties, rows);
+        ownPlaceNearest(run.x, n, { sampler.left, source.width }, ties, places.column);
+        ownPlaceNearest(run.y, n, { sampler.top, source.height }, ties, rows);
         return ownSampleNearest(source, rows, places, n, to);
     }
     const bool isLinear = sampler.interpolation == OwnInterpolation::LINEAR;
     if (source.sampleBytes == 1) {
-        return isLinear ? ownSampleRealBy<uint8_t, OwnInterpolation::LINEAR>(source, run, n, to)
-                        : ownSampleRealBy<uint8_t, OwnInterpolation::CUBIC>(source, run, n, to);
+        return isLinear ? ownSampleRealBy<uint8_t, OwnInterpolation::LINEAR>(sampler, run, n, to)
+                        : ownSampleRealBy<uint8_t, OwnInterpolation::CUBIC>(sampler, run, n, to);
     }
-    return isLinear ? ownSampleRealBy<uint16_t, OwnInterpolation::LINEAR>(source, run, n, to)
-                    : ownSampleRealBy<uint16_t, OwnInterpolation::CUBIC>(source, run, n, to);
+    return isLinear ? ownSampleRealBy<uint16_t, OwnInterpolation::LINEAR>(sampler, run, n, to)
+                    : ownSampleRealBy<uint16_t, OwnInterpolation::CUBIC>(sampler, run, n, to);
 }

@@ -24,8 +24,8 @@ static OwnFixedMap::Axis ownFixedAxis(const double* c, int32_t bias)
 OwnFixedMap ownFixedMapOf(const OwnAffine& inverse, int32_t bias)
 {
     OwnFixedMap map = { ownFixedAxis(inverse.c, bias), ownFixedAxis(inverse.c + 3, bias), 1 };
-    const int64_t step = std::max(std::abs(static_cast<int64_t>(map.x.perColumn)),
-                                  std::abs(static_cast<int64_t>(map.y.perColumn)));
+    const int64_t step =
+        std::max(std::abs(static_cast<int64_t>(map.x.perColumn)), std::abs(static_cast<int64_t>(map.y.perColumn)));
     const int64_t most = (INT32_MAX - 65535) / std::max<int64_t>(step, 1);
     map.mostRun = static_cast<int32_t>(std::max<int64_t>(1, std::min<int64_t>(most, ownMostRun)));
     return map;
@@ -154,15 +154,9 @@ OwnRealMap ownInverseBilinear(const OwnBounds& bounds, const OwnQuad& quad)
     for (int32_t k = 0; k < 4; ++k) p[k] = { quad.corners[k].x * mirror, quad.corners[k].y };
     const OwnPoint e = { p[1].x - p[0].x, p[1].y - p[0].y }, f = { p[3].x - p[0].x, p[3].y - p[0].y };
     const OwnPoint g = { (p[2].x - p[3].x) - e.x, (p[2].y - p[3].y) - e.y };
-    const OwnBilinearSolver solver = { mirror,
-                                       p[0],
-                                       e,
-                                       f,
-                                       g,
-                                       bounds.left,
-                                       bounds.right - bounds.left,
-                                       bounds.top,
-                                       bounds.bottom - bounds.top };
+    const OwnBilinearSolver solver = {
+        mirror, p[0], e, f, g, bounds.left, bounds.right - bounds.left, bounds.top, bounds.bottom - bounds.top
+    };
     OwnRealMap real = { ownInverseBilinearPositions, {} };
     memcpy(real.c, &solver, sizeof solver);
     return real;

@@ -217,7 +217,8 @@ template <class T, OwnInterpolation I, int32_t C> struct OwnTapBlock {
                 if (C == 1 && pixelStep == static_cast<ptrdiff_t>(sizeof(T))) {
                     memcpy(&taps[row][0][0] + K * i, from, K * sizeof(T));
                 } else if (C == 1) {
-                    for (int32_t k = 0; k < K; ++k) memcpy(&taps[row][0][0] + K * i + k, from + k * pixelStep, sizeof(T));
+                    for (int32_t k = 0; k < K; ++k)
+                        memcpy(&taps[row][0][0] + K * i + k, from + k * pixelStep, sizeof(T));
                 } else {
                     for (int32_t k = 0; k < K; ++k) memcpy(&taps[row][k][C * i], from + k * pixelStep, C * sizeof(T));
                 }

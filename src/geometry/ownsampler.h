@@ -21,10 +21,11 @@ struct OwnSampler {
 // The numbers of adjacent channels that are taken together. Any other channels are views of their own.
 inline bool ownAreTakenTogether(const OwnView& view)
 {
-    return view.nChannels == 1 || (view.channelStep == view.sampleBytes && (view.nChannels == 3 || view.nChannels == 4));
+    return view.nChannels == 1
+        || (view.channelStep == view.sampleBytes && (view.nChannels == 3 || view.nChannels == 4));
 }
 
-// n pixels of such channels, without gaps; one-bit pixels become bytes of 0 and 1. The nearest pixel is that of the whole
-// part: rounding is the caller's. 16-bit samples: NEAREST.
+// n pixels of such channels, without gaps; one-bit pixels become bytes of 0 and 1. The nearest pixel is that of the
+// whole part: rounding is the caller's. 16-bit samples: NEAREST.
 void ownSampleFixed(const OwnSampler& sampler, const OwnFixedRun& run, int32_t n, uint8_t* to);
 void ownSampleReal(const OwnSampler& sampler, const OwnRealRun& run, int32_t n, OwnTies ties, uint8_t* to);

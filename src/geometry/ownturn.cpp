@@ -46,12 +46,10 @@ void ownTurnPiece(const OwnTurn& turn, const OwnSource& source, const OwnRect& t
                   int32_t x, int32_t y)
 {
     const bool isAcross = turn.xx == 0; // rows become columns
-    const OwnRange64 columns = isAcross
-        ? ownTurnedRange(turn.xy, turn.xShift, taps.y, taps.height, x, piece.rect.width)
-        : ownTurnedRange(turn.xx, turn.xShift, taps.x, taps.width, x, piece.rect.width);
-    const OwnRange64 rows = isAcross
-        ? ownTurnedRange(turn.yx, turn.yShift, taps.x, taps.width, y, piece.rect.height)
-        : ownTurnedRange(turn.yy, turn.yShift, taps.y, taps.height, y, piece.rect.height);
+    const OwnRange64 columns = isAcross ? ownTurnedRange(turn.xy, turn.xShift, taps.y, taps.height, x, piece.rect.width)
+                                        : ownTurnedRange(turn.xx, turn.xShift, taps.x, taps.width, x, piece.rect.width);
+    const OwnRange64 rows = isAcross ? ownTurnedRange(turn.yx, turn.yShift, taps.x, taps.width, y, piece.rect.height)
+                                     : ownTurnedRange(turn.yy, turn.yShift, taps.y, taps.height, y, piece.rect.height);
     if (columns.first >= columns.end || rows.first >= rows.end) return;
     const int32_t column = static_cast<int32_t>(columns.first - x), row = static_cast<int32_t>(rows.first - y);
     const OwnView to = ownPartOf(piece.view, column, row, static_cast<int32_t>(columns.end - columns.first),

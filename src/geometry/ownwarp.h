@@ -46,7 +46,8 @@ struct OwnRunTarget {
     {
         return piece.view.first + y * piece.view.rowStep + x * piece.view.pixelStep;
     }
-    // At most ownMostRun pixels from (x, y) on, which `make` makes. Those whose byte in `selected` is 0 stay; null: none.
+    // At most ownMostRun pixels from (x, y) on, which `make` makes. Those whose byte in `selected` is 0 stay; null:
+    // none.
     template <class Make> void write(int32_t x, int32_t y, int32_t n, const uint8_t* selected, Make&& make) const
     {
         if (isDirect && selected == nullptr) return make(pixel(x, y));

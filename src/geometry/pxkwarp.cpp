@@ -13,15 +13,14 @@ static int32_t ownWarpFault(const OwnSite& site, const PxkImage* srcImage, const
 {
     const bool isOneOrder = srcImage->depth == PXK_DEPTH_1U || (srcImage->nChannels == 1 && dstImage->nChannels == 1);
     const bool isRefused = (srcImage->depth & PXK_DEPTH_SIGN) != 0 || srcImage->depth == PXK_DEPTH_32F;
-    return ownEveryFault(site,
-                         { { srcImage->depth != dstImage->depth, PXK_StsBadArg, "srcImage->depth != dstImage->depth" },
-                           { srcImage->origin != dstImage->origin, PXK_StsBadArg,
-                             "srcImage->origin != dstImage->origin" },
-                           { !isOneOrder && srcImage->dataOrder != dstImage->dataOrder, PXK_StsBadArg,
-                             "srcImage->dataOrder != dstImage->dataOrder" },
-                           { isRefused, PXK_StsBadArg,
-                             "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)" },
-                           { srcImage == dstImage, PXK_StsBadArg, "This function is not in-place function" } });
+    return ownEveryFault(
+        site,
+        { { srcImage->depth != dstImage->depth, PXK_StsBadArg, "srcImage->depth != dstImage->depth" },
+          { srcImage->origin != dstImage->origin, PXK_StsBadArg, "srcImage->origin != dstImage->origin" },
+          { !isOneOrder && srcImage->dataOrder != dstImage->dataOrder, PXK_StsBadArg,
+            "srcImage->dataOrder != dstImage->dataOrder" },
+          { isRefused, PXK_StsBadArg, "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)" },
+          { srcImage == dstImage, PXK_StsBadArg, "This function is not in-place function" } });
 }
 
 // Everything that is checked before the stored status is. `shape` are the checks of the transform's arguments.
@@ -82,10 +81,19 @@ static void ownWarpAffine(const OwnSite& site, PxkImage* srcImage, PxkImage* dst
     if (ownQuadFault(quad) != nullptr) return; // so far away that its corners fall together
     const OwnShape shape = ownShapeOf(quad);
     const OwnAffine inverse = ownInverse(transform);
-    OwnWarp warp = { site, srcImage, dstImage, ownRegionRect(srcImage), OwnInterpolation::NEAREST, &shape, false, true,
-                     {}, ownRealMapOf(inverse), nullptr };
-    warp.interpolation = ownInterpolationFor(interpolate & ~PXK_WARP_SMOOTH_EDGE, srcImage->depth,
-                                             ownRegionSize(srcImage));
+    OwnWarp warp = { site,
+                     srcImage,
+                     dstImage,
+                     ownRegionRect(srcImage),
+                     OwnInterpolation::NEAREST,
+                     &shape,
+                     false,
+                     true,
+                     {},
+                     ownRealMapOf(inverse),
+                     nullptr };
+    warp.interpolation =
+        ownInterpolationFor(interpolate & ~PXK_WARP_SMOOTH_EDGE, srcImage->depth, ownRegionSize(srcImage));
     warp.isSmooth = (interpolate & PXK_WARP_SMOOTH_EDGE) != 0 && srcImage->depth != PXK_DEPTH_1U;
     warp.fixed = ownFixedMapOf(inverse, warp.interpolation == OwnInterpolation::NEAREST ? 32768 : 0);
     OwnTurn turn;
@@ -113,7 +121,8 @@ void pxkRotate(PxkImage* srcImage, PxkImage* dstImage, double angle, double xShi
     OwnTurn turn;
     const bool isTiled = (srcImage != nullptr && srcImage->tileInfo != nullptr)
         || (dstImage != nullptr && dstImage->tileInfo != nullptr);
-    if (isTiled || !ownTurnOf(ownAffineFrom(coeffs), turn)) return pxkWarpAffine(srcImage, dstImage, coeffs, interpolate);
+    if (isTiled || !ownTurnOf(ownAffineFrom(coeffs), turn))
+        return pxkWarpAffine(srcImage, dstImage, coeffs, interpolate);
     ownWarpAffine(OWN_HERE, srcImage, dstImage, ownAffineFrom(coeffs), interpolate);
 }
 
@@ -130,7 +139,7 @@ void pxkShear(PxkImage* srcImage, PxkImage* dstImage, double xShear, double yShe
 static OwnRect ownRectAround(const OwnQuad& quad, const PxkImage* image)
 {
     const OwnBounds bounds = ownBoundsOf(quad);
-    constexpr double reach = 3; // pixels that the widest interpolation takes beside a position
+    constexpr double reach = 3;  // pixels that the widest interpolation takes beside a position
     constexpr int32_t least = 4; // pixels that it needs
     const auto place = [](double low, double high, int32_t size, int32_t& start, int32_t& count) {
         const double last = size - 1.0;
@@ -162,10 +171,11 @@ static void ownWarpQuad(const OwnSite& site, PxkImage* srcImage, PxkImage* dstIm
                         int32_t warpFlag, int32_t interpolate)
 {
     const char* const fault = ownQuadFault(quad);
-    const bool isGood = ownGoodWarp(site, srcImage, dstImage,
-                                    { { warpFlag != 0 && warpFlag != 1, PXK_StsBadArg, "warpFlag != 0 && warpFlag != 1" },
-                                      { fault != nullptr, PXK_StsBadArg, fault } },
-                                    interpolate);
+    const bool isGood =
+        ownGoodWarp(site, srcImage, dstImage,
+                    { { warpFlag != 0 && warpFlag != 1, PXK_StsBadArg, "warpFlag != 0 && warpFlag != 1" },
+                      { fault != nullptr, PXK_StsBadArg, fault } },
+                    interpolate);
     if (!isGood || !ownGoodRegion(site, srcImage, dstImage, warpFlag != 0)) return;
     OwnBounds bounds;
     if (!ownRegionBounds(warpFlag != 0 ? dstImage : srcImage, bounds)) return;
@@ -195,10 +205,9 @@ static OwnQuad ownQuadFrom(const double quad[4][2])
     return result;
 }
 
-// What a transform makes of an image's region. Regions without pixels, which are refused later on, become any quadrangle
-// without fault.
-template <class Transform>
-static void ownRegionQuad(const PxkImage* image, const double* coeffs, double quad[4][2])
+// What a transform makes of an image's region. Regions without pixels, which are refused later on, become any
+// quadrangle without fault.
+template <class Transform> static void ownRegionQuad(const PxkImage* image, const double* coeffs, double quad[4][2])
 {
     OwnBounds bounds = { 0, 0, 1, 1 };
     OwnQuad result = ownCornersOf(bounds);

@@ -38,14 +38,14 @@ Warp rotation(double angle, int32_t interpolate)
 }
 
 // The destination from a quadrangle somewhat inside the source, or the source on such a quadrangle.
-template <class Quad> Warp quadWarp(Quad quadWarp, int32_t warpFlag, int32_t interpolate)
+template <class Call> Warp quadWarp(Call call, int32_t warpFlag, int32_t interpolate)
 {
     return [=](PxkImage* a, PxkImage* b) {
         const double s = a->width;
         double quad[4][2] = {
             { 0.1 * s, 0.05 * s }, { 0.9 * s, 0.1 * s }, { 0.95 * s, 0.9 * s }, { 0.02 * s, 0.8 * s }
         };
-        quadWarp(a, b, quad, warpFlag, interpolate);
+        call(a, b, quad, warpFlag, interpolate);
     };
 }
 
@@ -95,6 +95,11 @@ void registerAll()
     }
 }
 
-const bool registered = (registerAll(), true);
-
 } // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    registerAll();
+    benchmark::RunSpecifiedBenchmarks();
+}

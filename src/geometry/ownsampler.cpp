@@ -7,6 +7,7 @@
 
 #include "frame/ownivdep.h"
 #include "frame/ownlimit.h"
+#include "frame/ownsplit.h"
 
 // ---- places of taps ------------------------------------------------------------------------------------------------
 
@@ -198,48 +199,68 @@ template <> struct OwnMethod<uint16_t, OwnInterpolation::CUBIC> : OwnCubic16 {
 // Taps are brought together for this many pixels, then worked on in vectors.
 constexpr int32_t ownTapBlock = 64;
 
-// Taps of C adjacent channels. Single ones: the taps of a pixel's row lie together; otherwise each tap has a row of its
-// own, and parts are repeated for each channel.
+// How far a sample of the size lies above the end of the word that its byte belongs to.
+constexpr int32_t ownShiftOf(int32_t byte, int32_t size)
+{
+    return 8 * (__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? byte % 4 : 4 - size - byte % 4);
+}
+
+// Taps of C adjacent channels, which are moved as words: those of a pixel in a row of the source fill `nWords`.
 template <class T, OwnInterpolation I, int32_t C> struct OwnTapBlock {
     static constexpr int32_t K = ownTapsPerAxis(I);
+    static constexpr int32_t size = sizeof(T);
+    static constexpr int32_t rowBytes = K * C * size; // even
+    static constexpr int32_t nWords = (rowBytes + 3) / 4;
     using Part = typename OwnMethod<T, I>::Part;
-    T taps[K][K][C * ownTapBlock];
-    Part xPart[C * ownTapBlock];
-    Part yPart[C * ownTapBlock];
 
-    void gather(const OwnView& source, const OwnTaps<Part>& places, int32_t start, int32_t n)
+    uint32_t words[K][nWords][ownTapBlock];
+
+    // Pixels of just C channels.
+    void gather(const OwnView& source, const ptrdiff_t* offsets, int32_t n)
     {
         const uint8_t* const first = source.first;
-        const ptrdiff_t rowStep = source.rowStep, pixelStep = source.pixelStep;
+        const ptrdiff_t rowStep = source.rowStep;
         for (int32_t i = 0; i < n; ++i) {
-            const uint8_t* from = first + places.offset[start + i];
+            const uint8_t* from = first + offsets[i];
             for (int32_t row = 0; row < K; ++row, from += rowStep) {
-                if (C == 1 && pixelStep == static_cast<ptrdiff_t>(sizeof(T))) {
-                    memcpy(&taps[row][0][0] + K * i, from, K * sizeof(T));
-                } else if (C == 1) {
-                    for (int32_t k = 0; k < K; ++k)
-                        memcpy(&taps[row][0][0] + K * i + k, from + k * pixelStep, sizeof(T));
-                } else {
-                    for (int32_t k = 0; k < K; ++k) memcpy(&taps[row][k][C * i], from + k * pixelStep, C * sizeof(T));
+                for (int32_t w = 0; w < rowBytes / 4; ++w) memcpy(&words[row][w][i], from + 4 * w, 4);
+                if constexpr (rowBytes % 4 != 0) {
+                    uint16_t rest[2] = {};
+                    memcpy(rest, from + rowBytes - 2, 2);
+                    memcpy(&words[row][nWords - 1][i], rest, 4);
                 }
-            }
-            for (int32_t c = 0; c < C; ++c) {
-                xPart[C * i + c] = places.xPart[start + i];
-                yPart[C * i + c] = places.yPart[start + i];
             }
         }
     }
 
-    void join(int32_t nSamples, T* out) const
+    // Any pixels.
+    void gatherApart(const OwnView& source, const ptrdiff_t* offsets, int32_t n)
+    {
+        const uint8_t* const first = source.first;
+        const ptrdiff_t rowStep = source.rowStep, pixelStep = source.pixelStep;
+        for (int32_t i = 0; i < n; ++i) {
+            for (int32_t row = 0; row < K; ++row) {
+                const uint8_t* const from = first + offsets[i] + row * rowStep;
+                T line[nWords * 4 / size];
+                for (int32_t k = 0; k < K; ++k) memcpy(line + k * C, from + k * pixelStep, C * size);
+                for (int32_t w = 0; w < nWords; ++w) memcpy(&words[row][w][i], line + w * 4 / size, 4);
+            }
+        }
+    }
+
+    template <int32_t CHANNEL> void interpolate(const Part* xPart, const Part* yPart, int32_t n, T* out) const
     {
         using Method = OwnMethod<T, I>;
         OWN_IVDEP
-        for (int32_t i = 0; i < nSamples; ++i) {
+        for (int32_t i = 0; i < n; ++i) {
             Part rows[K];
             for (int32_t row = 0; row < K; ++row) {
-                T line[K];
-                for (int32_t k = 0; k < K; ++k) line[k] = C == 1 ? (&taps[row][0][0])[K * i + k] : taps[row][k][i];
-                rows[row] = Method::row(line, xPart[i]);
+                T taps[K];
+                for (int32_t k = 0; k < K; ++k) {
+                    const int32_t byte = (k * C + CHANNEL) * size;
+                    taps[k] = static_cast<T>(words[row][byte / 4][i] >> ownShiftOf(byte, size));
+                }
+                rows[row] = Method::row(taps, xPart[i]);
             }
             out[i] = Method::join(rows, yPart[i]);
         }
@@ -253,8 +274,23 @@ static void ownInterpolate(const OwnView& source, const OwnTaps<typename OwnMeth
     OwnTapBlock<T, I, C> block;
     for (int32_t i = 0; i < n; i += ownTapBlock) {
         const int32_t count = std::min(ownTapBlock, n - i);
-        block.gather(source, places, i, count);
-        block.join(count * C, out + i * C);
+        if (source.pixelStep == static_cast<ptrdiff_t>(C * sizeof(T))) {
+            block.gather(source, places.offset + i, count);
+        } else {
+            block.gatherApart(source, places.offset + i, count);
+        }
+        if constexpr (C == 1) {
+            block.template interpolate<0>(places.xPart + i, places.yPart + i, count, out + i);
+        } else {
+            T samples[C][ownTapBlock];
+            uint8_t* rows[C];
+            for (int32_t c = 0; c < C; ++c) rows[c] = reinterpret_cast<uint8_t*>(samples[c]);
+            block.template interpolate<0>(places.xPart + i, places.yPart + i, count, samples[0]);
+            block.template interpolate<1>(places.xPart + i, places.yPart + i, count, samples[1]);
+            block.template interpolate<2>(places.xPart + i, places.yPart + i, count, samples[2]);
+            if constexpr (C > 3) block.template interpolate<3>(places.xPart + i, places.yPart + i, count, samples[3]);
+            ownJoinPixels(rows, C, sizeof(T), reinterpret_cast<uint8_t*>(out + i * C), count);
+        }
     }
 }
 

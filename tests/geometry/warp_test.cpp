@@ -131,3 +131,37 @@ TEST(Remap, meetsItsModel)
         EXPECT_TRUE(sameScene(want, got, interpolate == PXK_INTER_NN ? EXACT : Tolerance { 1, 0, false }));
     });
 }
+
+// Turns by right angles with whole shifts move pixels, under every interpolation and on tiles; the identity copies.
+TEST(Rotate, rightAnglesMovePixels)
+{
+    Axes axes = warpAxes(3000);
+    axes.orders = { Order::PIXEL, Order::PLANE };
+    forEachCase(axes, [](const Case& c) {
+        Random random(c.seed);
+        const Scene got = makeScene(c, 2);
+        const Window region = windowOf(got[0]), target = windowOf(got[1]);
+        if (!isWarpable(region)) return;
+        const int32_t quarters = random.between(-5, 5);
+        const int32_t cosine = quarters % 2 != 0 ? 0 : quarters % 4 == 0 ? 1 : -1;
+        const int32_t sine = quarters % 2 == 0 ? 0 : ((quarters % 4) + 4) % 4 == 1 ? 1 : -1;
+        // The region's middle comes somewhere near the destination's.
+        const int64_t cx = region.x + region.width / 2, cy = region.y + region.height / 2;
+        const int64_t xShift = target.x + random.below(int32_t(target.width)) - cx * cosine - cy * sine;
+        const int64_t yShift = target.y + random.below(int32_t(target.height)) + cx * sine - cy * cosine;
+        const Scene want = got.copy();
+        forEachSelectedPixel({ &want[1] }, [&](int32_t i, int32_t j) {
+            const int64_t dx = target.x + i - xShift, dy = target.y + j - yShift;
+            const int64_t x = cosine * dx - sine * dy, y = sine * dx + cosine * dy;
+            if (x < region.x || y < region.y || x >= region.x + region.width || y >= region.y + region.height) return;
+            for (int32_t k = 0; k < target.channels; ++k) {
+                want[1].setBits(int32_t(target.x) + i, int32_t(target.y) + j, target.firstChannel + k,
+                                want[0].bits(int32_t(x), int32_t(y), region.firstChannel + k));
+            }
+        });
+        startReports();
+        pxkRotate(got[0], got[1], 90.0 * quarters, double(xShift), double(yShift), random.below(3) + 16 * random.below(2));
+        expectNoReports();
+        EXPECT_TRUE(sameScene(want, got));
+    });
+}

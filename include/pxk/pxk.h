@@ -1364,6 +1364,130 @@ PXK_API void pxkDecimateExt(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst
 PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Warps, rotation, shear and remapping
+ *
+ * Transforms take source coordinates to destination coordinates, both in pixels of the whole image: the first pixel's
+ * centre is (0, 0), whatever the regions are. Arrays of coefficients:
+ * - affine, 2 by 3: x' = c0 x + c1 y + c2, y' = c3 x + c4 y + c5;
+ * - bilinear, 2 by 4: x' = c0 x y + c1 x + c2 y + c3, y' the same from c4 on;
+ * - perspective, 3 by 3: x' = (c0 x + c1 y + c2) / (c6 x + c7 y + c8), y' = (c3 x + c4 y + c5) / (c6 x + c7 y + c8).
+ * A quadrangle lists its corners as x, y for those of a region, whose last pixels are (x1, y1): (x0, y0), (x1, y0),
+ * (x1, y1), (x0, y1). It may go round in either sense.
+ *
+ * Depths 1U (nearest pixels only), 8U and 16U. The source's region comes to lie in a quadrangle; pixels of the
+ * destination's region that lie in it, borders included, are written, the others stay. Only the destination's mask
+ * counts. What is outside the source's region is not read: taps that would lie there are held at its edge. A source
+ * below 2 pixels wide or high takes nearest pixels, one below 4 linear instead of cubic interpolation.
+ *
+ * - PXK_INTER_NN: the nearest pixel, half a pixel upward.
+ * - PXK_INTER_LINEAR: 8U from positions in 65536ths of a pixel, with 6 fraction bits from row to column; 16U in single
+ *   precision from positions in double precision.
+ * - PXK_INTER_CUBIC: Newton's polynomial through 4 by 4 pixels, 8U in fixed point with 4 fraction bits.
+ * - PXK_WARP_SMOOTH_EDGE may be or-ed in: pixels less than one pixel outside the quadrangle are mixed with the source's
+ *   edge, by the share that the source's pixels cover. One-bit images have no such edge.
+ *
+ * The operations report all that is wrong, in this order, and go on only with a stored status that is not negative:
+ * "Incorrect Image" (behind a null image nothing else is checked); -5 "srcImage->depth != dstImage->depth",
+ * "srcImage->origin != dstImage->origin", "srcImage->dataOrder != dstImage->dataOrder" (not for one-bit images, nor for
+ * one channel on both sides), "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)", "This
+ * function is not in-place function"; "warpFlag != 0 && warpFlag != 1", "Quadrangle is degenerate to triangle or length
+ * or point" (also where a corner is no number), "Quadrangle is concave"; "interpolate != PXK_INTER_NN && interpolate !=
+ * PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC". Then one of: -5 "Determinant of transform matrix == 0.0" (affine
+ * coefficients that are no numbers, or a determinant of at most 0.0000001), "Number of processed channels of srcImage !=
+ * Number of processed channels of dstImage", "Bad rect ROI" (a region that misses its image), "srcImage Rectangle ROI is
+ * degenerate to length or point" or the same of dstImage (below 2 pixels wide or high, of the region that belongs to
+ * the quadrangle); -4 "Out of memory", also for a refused source tile; -5 "Error get tile to write". Null arrays are
+ * refused with -5 and texts such as "coeffs == ((void *)0)".
+ */
+
+/** Interpolations. */
+#define PXK_INTER_NN 0
+#define PXK_INTER_LINEAR 1
+#define PXK_INTER_CUBIC 2
+/** Or-ed to an interpolation of a warp: edges fade into what lies round them. */
+#define PXK_WARP_SMOOTH_EDGE 16
+
+/** Warps by an affine transform. */
+PXK_API void pxkWarpAffine(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][3], int32_t interpolate);
+
+/**
+ * Warps by a bilinear transform: finds the quadrangle, which is all that counts of the coefficients, and goes on as
+ * pxkWarpBilinearQ, under its name. With warpFlag 0 they are applied to the source's region, with 1 to the
+ * destination's.
+ */
+PXK_API void pxkWarpBilinear(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][4], int32_t warpFlag,
+                             int32_t interpolate);
+
+/**
+ * Warps bilinearly between a region and a quadrangle. warpFlag 0: the source's region to the quadrangle in the
+ * destination. 1: the quadrangle in the source, of which parts may lie outside the region and the image (whose edge
+ * pixels are then repeated), to all of the destination's region.
+ */
+PXK_API void pxkWarpBilinearQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
+                              int32_t interpolate);
+
+/** The same in perspective. */
+PXK_API void pxkWarpPerspective(PxkImage* srcImage, PxkImage* dstImage, double coeffs[3][3], int32_t warpFlag,
+                                int32_t interpolate);
+PXK_API void pxkWarpPerspectiveQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
+                                 int32_t interpolate);
+
+/**
+ * Turns by `angle` degrees: x' = x cos + y sin + xShift, y' = y cos - x sin + yShift. Any angle; multiples of 90 have
+ * exact sines and cosines, and with whole shifts only move pixels. Reports under the name pxkWarpAffine unless pixels
+ * are moved between images in memory.
+ */
+PXK_API void pxkRotate(PxkImage* srcImage, PxkImage* dstImage, double angle, double xShift, double yShift,
+                       int32_t interpolate);
+
+/** Shears: pxkWarpAffine by x' = x + xShear y + xShift, y' = yShear x + y + yShift. */
+PXK_API void pxkShear(PxkImage* srcImage, PxkImage* dstImage, double xShear, double yShear, double xShift,
+                      double yShift, int32_t interpolate);
+
+/**
+ * Adds to the shifts what makes pxkRotate turn round (xCenter, yCenter); nothing at multiples of 360 degrees. Reports -5
+ * "xShift == ((void *)0) || yShift == ((void *)0)".
+ */
+PXK_API void pxkGetRotateShift(double xCenter, double yCenter, double angle, double* xShift, double* yShift);
+
+/**
+ * The quadrangle that a transform makes of the image's region, and its bounds { { smallest x, smallest y }, { largest x,
+ * largest y } }. No result is written after "Incorrect Image" or -5 "Bad rect ROI".
+ */
+PXK_API void pxkGetAffineQuad(PxkImage* image, double coeffs[2][3], double quad[4][2]);
+PXK_API void pxkGetAffineBound(PxkImage* image, double coeffs[2][3], double bound[2][2]);
+PXK_API void pxkGetBilinearQuad(PxkImage* image, double coeffs[2][4], double quad[4][2]);
+PXK_API void pxkGetBilinearBound(PxkImage* image, double coeffs[2][4], double bound[2][2]);
+PXK_API void pxkGetPerspectiveQuad(PxkImage* image, double coeffs[3][3], double quad[4][2]);
+PXK_API void pxkGetPerspectiveBound(PxkImage* image, double coeffs[3][3], double bound[2][2]);
+
+/**
+ * The transform that takes the image's region to a quadrangle, stored in `coeffs`. No result is written after "Incorrect
+ * Image"; -5 "Quadrangle is degenerate to triangle or length or point", "Quadrangle is concave"; affine: "Quadrangle is
+ * not parallelogram"; "Bad rect ROI"; "image Rectangle ROI is degenerate to length or point" (affine: "srcImage
+ * Rectangle ..."), a region one pixel wide or high.
+ */
+PXK_API void pxkGetAffineTransform(PxkImage* image, double coeffs[2][3], double quad[4][2]);
+PXK_API void pxkGetBilinearTransform(PxkImage* image, double coeffs[2][4], double quad[4][2]);
+PXK_API void pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], double quad[4][2]);
+
+/**
+ * Every destination pixel from the source position that two 32F images of one channel hold for it, as coordinates of
+ * the whole source. The area is the smallest of the regions of the destination and both maps, each at its own offset. A
+ * position before the first or behind the last pixel of the source's region, or one that is no number, leaves the pixel
+ * as it is. Nearest pixels: halves to the even coordinate. Otherwise interpolations, taps, depths and masks are those
+ * of the warps.
+ *
+ * Reports all of "Incorrect Image" (srcImage, xMap, yMap, dstImage); -5 "srcImage->depth != dstImage->depth",
+ * "srcImage->origin != dstImage->origin", "srcImage->dataOrder != dstImage->dataOrder", "(srcImage->depth &
+ * PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)", "xMap->depth != PXK_DEPTH_32F || xMap->nChannels != 1 ||
+ * xMap->alphaChannel != 0", the same of yMap, "This function is not in-place function", "interpolate != PXK_INTER_NN &&
+ * interpolate != PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC"; then channels, memory and tiles as the warps.
+ */
+PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkImage* dstImage, int32_t interpolate);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */
 #if defined(__cplusplus) && __cplusplus >= 201103L
 #define PXK_IS_AT(record, field, with4, with8)                                                                         \

@@ -57,5 +57,5 @@ template <int nSources, class Op> void ownRunPairs(const OwnWork& work, Op op)
         const uint16_t word = operation(ownLoadWord(a + even, 1), ownLoadWord(b + even, 1));
         memcpy(d + even, &word, 1);
     };
-    ownRunWork(work, ownRowFunction(row));
+    ownRunWork(work, OwnPadding::WORKED_ON, row);
 }

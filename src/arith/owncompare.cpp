@@ -2,69 +2,49 @@
 
 #include <algorithm>
 
-bool ownGoodComparison(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage)
+bool ownGoodComparison(const OwnSite& site, const OwnComparison& images)
 {
-    if (!ownGoodHeaders(site, { srcImageA, srcImageB, dstImage })) return false;
-    const char* fault = nullptr;
-    if (srcImageA->depth != srcImageB->depth) {
-        fault = "(srcImageA->depth != srcImageB->depth)";
-    } else if (dstImage->depth != PXK_DEPTH_1U) {
-        fault = "(dstImage->depth != 1)";
-    } else if (ownProcessedChannels(srcImageA) != ownProcessedChannels(srcImageB)) {
-        fault = "(nChSrcA != nChSrcB)";
+    PxkImage* const a = images.sources[0];
+    PxkImage* const b = images.sources[1];
+    PxkImage* const d = images.dstImage;
+    if (images.nSources == 1) {
+        return ownGoodHeaders(site, { a, d })
+            && ownPassed(site, { { d->depth != PXK_DEPTH_1U, PXK_StsBadArg, "(dstImage->depth != 1)" } });
     }
-    if (fault != nullptr) ownReport(site, PXK_StsBadArg, fault);
-    return fault == nullptr;
+    return ownGoodHeaders(site, { a, b, d })
+        && ownPassed(site,
+                     { { a->depth != b->depth, PXK_StsBadArg, "(srcImageA->depth != srcImageB->depth)" },
+                       { d->depth != PXK_DEPTH_1U, PXK_StsBadArg, "(dstImage->depth != 1)" },
+                       { ownProcessedChannels(a) != ownProcessedChannels(b), PXK_StsBadArg, "(nChSrcA != nChSrcB)" } });
 }
 
-bool ownGoodComparison(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage)
-{
-    if (!ownGoodHeaders(site, { srcImage, dstImage })) return false;
-    const bool isGood = dstImage->depth == PXK_DEPTH_1U;
-    if (!isGood) ownReport(site, PXK_StsBadArg, "(dstImage->depth != 1)");
-    return isGood;
-}
-
-// Channels are operands of their own here, as many at a time as a kernel takes; a bit stays 1 while all of them agree.
-static void ownComparePiece(const OwnPiece& piece, int32_t nSources, const OwnCompareRow& row)
+// As many channels at a time as a row function takes; a bit stays 1 while all of them agree.
+static void ownComparePiece(const OwnPiece& piece, int32_t nSources, const OwnCompareRows& compareRows)
 {
     const int32_t nChannels = piece.views[0].nChannels;
-    const int32_t most = (ownMostOperands - 1) / nSources;
+    const int32_t most = (ownMostViews - 1) / nSources;
     for (int32_t start = 0; start < nChannels; start += most) {
         const int32_t count = std::min(most, nChannels - start);
-        OwnView views[ownMostOperands];
-        for (int32_t k = 0; k < nSources * count; ++k) {
-            views[k] = ownChannelView(piece.views[k / count], start + k % count);
-        }
-        views[nSources * count] = piece.views[nSources];
         const bool isFurther = start > 0;
-        const auto call = [&](uint8_t* const* rows, ptrdiff_t n) { row.call(row.self, rows, n, count, isFurther); };
-        ownRunViews(views, nSources * count + 1, 1, piece.mask, ownRowFunction(call, isFurther));
+        const auto rowFunction = [&](uint8_t* const* rows, ptrdiff_t n) { compareRows(rows, n, count, isFurther); };
+        ownRunPixels({ ownSomeChannels(piece.views[0], start, count),
+                       ownSomeChannels(piece.views[1], start, nSources == 2 ? count : 0),
+                       ownSomeChannels(piece.views[nSources], 0, 1) },
+                     1, piece.mask, OwnRowFunction(rowFunction, isFurther));
     }
 }
 
-static void ownRunComparison(const OwnSite& site, std::initializer_list<OwnOperand> operands, const OwnCompareRow& row)
+void ownRunComparison(const OwnSite& site, const OwnComparison& images, const OwnCompareRows& compareRows)
 {
+    const OwnOperand destination = { images.dstImage, "(dstImage->tileInfo->tileData == ((void*)(0)))" };
     OwnWork work;
-    if (!ownBeginWork(work, site, operands)) return;
-    const auto onPiece = [&](const OwnPiece& piece) { ownComparePiece(piece, work.count - 1, row); };
-    ownSweepPieces(work, ownPieceRunner(onPiece));
-}
-
-void ownRunComparison(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage,
-                      const OwnCompareRow& row)
-{
-    ownRunComparison(site,
-                     { { srcImageA, "(srcImageA->tileInfo->tileData == ((void*)(0)))" },
-                       { srcImageB, "(srcImageB->tileInfo->tileData == ((void*)(0)))" },
-                       { dstImage, "(dstImage->tileInfo->tileData == ((void*)(0)))" } },
-                     row);
-}
-
-void ownRunComparison(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, const OwnCompareRow& row)
-{
-    ownRunComparison(site,
-                     { { srcImage, "(srcImage->tileInfo->tileData == ((void*)(0)))" },
-                       { dstImage, "(dstImage->tileInfo->tileData == ((void*)(0)))" } },
-                     row);
+    const bool isReady = images.nSources == 2
+        ? ownBeginWork(work, site,
+                       { { images.sources[0], "(srcImageA->tileInfo->tileData == ((void*)(0)))" },
+                         { images.sources[1], "(srcImageB->tileInfo->tileData == ((void*)(0)))" },
+                         destination })
+        : ownBeginWork(work, site,
+                       { { images.sources[0], "(srcImage->tileInfo->tileData == ((void*)(0)))" }, destination });
+    if (!isReady) return;
+    ownSweepPieces(work, [&](const OwnPiece& piece) { ownComparePiece(piece, images.nSources, compareRows); });
 }

@@ -4,23 +4,24 @@
 #include <limits>
 
 #include "frame/owndepth.h"
-#include "frame/ownwork.h"
+#include "frame/ownpixels.h"
 
-// Headers, depths and channels, in the order of the arguments; a null srcImageB is no operand. False: reported.
-[[nodiscard]] bool ownGoodComparison(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
-[[nodiscard]] bool ownGoodComparison(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage);
-
-// A row of nChannels channels of each source, one channel after the other, and last the row of results: bytes of 0 and
-// 1, or bytes of eight pixels where the sources are one-bit. A further row keeps only what is 1 already.
-struct OwnCompareRow {
-    void (*call)(const void* self, uint8_t* const* rows, ptrdiff_t n, int32_t nChannels, bool isFurther);
-    const void* self;
+// The images of a comparison, of two images or of one with a constant.
+struct OwnComparison {
+    PxkImage* sources[2];
+    int32_t nSources;
+    PxkImage* dstImage;
 };
 
+// Headers, depths and channels, in the order of the arguments. False: reported.
+[[nodiscard]] bool ownGoodComparison(const OwnSite& site, const OwnComparison& images);
+
+// What becomes of nChannels rows of each source, one channel after the other, and last the row of results: bytes of 0
+// and 1, or bytes of eight pixels where the sources are one-bit. A further call keeps only what is 1 already.
+using OwnCompareRows = OwnFunction<void(uint8_t* const* rows, ptrdiff_t n, int32_t nChannels, bool isFurther)>;
+
 // Behind the checks: joins the channels of the images and walks the work.
-void ownRunComparison(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage,
-                      const OwnCompareRow& row);
-void ownRunComparison(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, const OwnCompareRow& row);
+void ownRunComparison(const OwnSite& site, const OwnComparison& images, const OwnCompareRows& compareRows);
 
 template <class T, class Test> inline void ownTestRow(const T* a, uint8_t* d, ptrdiff_t n, bool isFurther, Test test)
 {
@@ -46,65 +47,58 @@ inline void ownTestRows(const T* a, const T* b, uint8_t* d, ptrdiff_t n, bool is
 }
 
 // Stores test(a, b) of the samples of two images.
-template <class T, class Test>
-void ownCompareImages(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, Test test)
+template <class T, class Test> void ownCompareImages(const OwnSite& site, const OwnComparison& images, Test test)
 {
-    const auto call = [](const void* self, uint8_t* const* rows, ptrdiff_t n, int32_t nChannels, bool isFurther) {
+    ownRunComparison(site, images, [test](uint8_t* const* rows, ptrdiff_t n, int32_t nChannels, bool isFurther) {
         for (int32_t c = 0; c < nChannels; ++c) {
             ownTestRows(reinterpret_cast<const T*>(rows[c]), reinterpret_cast<const T*>(rows[nChannels + c]),
-                        rows[2 * nChannels], n, isFurther || c > 0, *static_cast<const Test*>(self));
+                        rows[2 * nChannels], n, isFurther || c > 0, test);
         }
-    };
-    ownRunComparison(site, srcImageA, srcImageB, dstImage, { call, &test });
+    });
 }
 
 // Stores test(a) of the samples of one image.
-template <class T, class Test>
-void ownCompareImage(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, Test test)
+template <class T, class Test> void ownCompareImage(const OwnSite& site, const OwnComparison& images, Test test)
 {
-    const auto call = [](const void* self, uint8_t* const* rows, ptrdiff_t n, int32_t nChannels, bool isFurther) {
+    ownRunComparison(site, images, [test](uint8_t* const* rows, ptrdiff_t n, int32_t nChannels, bool isFurther) {
         for (int32_t c = 0; c < nChannels; ++c) {
-            ownTestRow(reinterpret_cast<const T*>(rows[c]), rows[nChannels], n, isFurther || c > 0,
-                       *static_cast<const Test*>(self));
+            ownTestRow(reinterpret_cast<const T*>(rows[c]), rows[nChannels], n, isFurther || c > 0, test);
         }
-    };
-    ownRunComparison(site, srcImage, dstImage, { call, &test });
+    });
 }
 
 // A relation of the samples of two images of one depth.
-template <class Relation>
-void ownCompare(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, Relation relation)
+template <class Relation> void ownCompare(const OwnSite& site, const OwnComparison& images, Relation relation)
 {
-    const bool isWide = ownForDepth(srcImageA->depth, [&](auto tag) {
-        using T = typename decltype(tag)::Sample;
-        ownCompareImages<T>(site, srcImageA, srcImageB, dstImage, relation);
-    });
-    if (isWide) return;
-    const auto test = [relation](uint8_t a, uint8_t b) { return relation.ofBits(a, b); };
-    ownCompareImages<uint8_t>(site, srcImageA, srcImageB, dstImage, test);
+    if (images.sources[0]->depth == PXK_DEPTH_1U) {
+        const auto test = [relation](uint8_t a, uint8_t b) { return relation.ofBits(a, b); };
+        return ownCompareImages<uint8_t>(site, images, test);
+    }
+    ownForDepth(images.sources[0]->depth,
+                [&](auto tag) { ownCompareImages<typename decltype(tag)::Sample>(site, images, relation); });
 }
 
 // A relation of the samples of an integer image with any value, which need not be one of the depth's.
 template <class Relation>
-void ownCompareWith(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, int32_t value, Relation relation)
+void ownCompareWith(const OwnSite& site, const OwnComparison& images, int32_t value, Relation relation)
 {
-    const auto onBits = [&] {
+    const int32_t depth = images.sources[0]->depth;
+    if (depth == PXK_DEPTH_1U) {
         const uint8_t ofZeros = relation(0, value) ? 0xFF : 0;
         const uint8_t ofOnes = relation(1, value) ? 0xFF : 0;
         const auto test = [ofZeros, ofOnes](uint8_t a) { return (a & ofOnes) | (~a & ofZeros); };
-        ownCompareImage<uint8_t>(site, srcImage, dstImage, test);
-    };
-    const auto onSamples = [&](auto tag) {
+        return ownCompareImage<uint8_t>(site, images, test);
+    }
+    ownForIntegerDepth(depth, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
-        const OwnRange range = ownDepthRange(srcImage->depth);
+        const OwnRange range = ownDepthRange(depth);
         if (value < range.low || value > range.high) {
             const bool answer = relation(range.low, value); // the same for all samples
-            return ownCompareImage<T>(site, srcImage, dstImage, [answer](T) { return answer; });
+            return ownCompareImage<T>(site, images, [answer](T) { return answer; });
         }
         const T constant = static_cast<T>(value);
-        ownCompareImage<T>(site, srcImage, dstImage, [relation, constant](T a) { return relation(a, constant); });
-    };
-    if (!ownForDepth(srcImage->depth, onSamples)) onBits();
+        ownCompareImage<T>(site, images, [relation, constant](T a) { return relation(a, constant); });
+    });
 }
 
 struct OwnIsLess {

@@ -1,37 +1,38 @@
 #include "owndyadic.h"
 
-const char* ownDyadicFormatFault(const PxkImage* srcImageA, const PxkImage* srcImageB, const PxkImage* dstImage,
-                                 OwnOrders orders)
+bool ownGoodFormats(const OwnSite& site, const OwnDyadic& images, OwnOrders orders)
 {
-    if (srcImageA->depth != dstImage->depth) return "(srcImageA->depth != dstImage->depth)";
-    if (srcImageB->depth != dstImage->depth) return "(srcImageB->depth != dstImage->depth)";
-    if (orders == OwnOrders::MUST_AGREE) {
-        if (srcImageA->dataOrder != dstImage->dataOrder) return "(srcImageA->dataOrder != dstImage->dataOrder)";
-        if (srcImageB->dataOrder != dstImage->dataOrder) return "(srcImageB->dataOrder != dstImage->dataOrder)";
-    }
-    return nullptr;
+    const PxkImage* const a = images.srcImageA;
+    const PxkImage* const b = images.srcImageB;
+    const PxkImage* const d = images.dstImage;
+    const bool mustAgree = orders == OwnOrders::MUST_AGREE;
+    return ownPassed(
+        site,
+        { { a->depth != d->depth, PXK_StsBadArg, "(srcImageA->depth != dstImage->depth)" },
+          { b->depth != d->depth, PXK_StsBadArg, "(srcImageB->depth != dstImage->depth)" },
+          { mustAgree && a->dataOrder != d->dataOrder, PXK_StsBadArg, "(srcImageA->dataOrder != dstImage->dataOrder)" },
+          { mustAgree && b->dataOrder != d->dataOrder, PXK_StsBadArg,
+            "(srcImageB->dataOrder != dstImage->dataOrder)" } });
 }
 
-const char* ownDyadicChannelFault(const PxkImage* srcImageA, const PxkImage* srcImageB, const PxkImage* dstImage)
+bool ownGoodChannels(const OwnSite& site, const OwnDyadic& images)
 {
-    const int32_t nChDst = ownProcessedChannels(dstImage);
-    if (ownProcessedChannels(srcImageA) != nChDst) return "(nChSrcA != nChDst)";
-    if (ownProcessedChannels(srcImageB) != nChDst) return "(nChSrcB != nChDst)";
-    return nullptr;
+    const int32_t nChDst = ownProcessedChannels(images.dstImage);
+    return ownPassed(site,
+                     { { ownProcessedChannels(images.srcImageA) != nChDst, PXK_StsBadArg, "(nChSrcA != nChDst)" },
+                       { ownProcessedChannels(images.srcImageB) != nChDst, PXK_StsBadArg, "(nChSrcB != nChDst)" } });
 }
 
-bool ownBeginDyadic(OwnWork& work, const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage,
-                    OwnOrders orders)
+bool ownOpenDyadic(OwnWork& work, const OwnSite& site, const OwnDyadic& images)
 {
-    if (!ownGoodHeaders(site, { srcImageA, srcImageB, dstImage })) return false;
-    const char* fault = ownDyadicFormatFault(srcImageA, srcImageB, dstImage, orders);
-    if (fault == nullptr) fault = ownDyadicChannelFault(srcImageA, srcImageB, dstImage);
-    if (fault != nullptr) {
-        ownReport(site, PXK_StsBadArg, fault);
-        return false;
-    }
     return ownBeginWork(work, site,
-                        { { srcImageA, "(srcImageA->tileInfo->tileData == ((void*)(0)))" },
-                          { srcImageB, "(srcImageB->tileInfo->tileData == ((void*)(0)))" },
-                          { dstImage, "(dstImage->tileInfo->tileData == ((void*)(0)))" } });
+                        { { images.srcImageA, "(srcImageA->tileInfo->tileData == ((void*)(0)))" },
+                          { images.srcImageB, "(srcImageB->tileInfo->tileData == ((void*)(0)))" },
+                          { images.dstImage, "(dstImage->tileInfo->tileData == ((void*)(0)))" } });
+}
+
+bool ownBeginDyadic(OwnWork& work, const OwnSite& site, const OwnDyadic& images, OwnOrders orders)
+{
+    return ownGoodHeaders(site, { images.srcImageA, images.srcImageB, images.dstImage })
+        && ownGoodFormats(site, images, orders) && ownGoodChannels(site, images) && ownOpenDyadic(work, site, images);
 }

@@ -5,14 +5,22 @@
 #include "frame/ownwork.h"
 #include "ownorders.h"
 
-// The first fault of depths and data orders, or of the processed channels, as the text to report, or null.
-const char* ownDyadicFormatFault(const PxkImage* srcImageA, const PxkImage* srcImageB, const PxkImage* dstImage,
-                                 OwnOrders orders);
-const char* ownDyadicChannelFault(const PxkImage* srcImageA, const PxkImage* srcImageB, const PxkImage* dstImage);
+// The images of a call.
+struct OwnDyadic {
+    PxkImage* srcImageA;
+    PxkImage* srcImageB;
+    PxkImage* dstImage;
+};
 
-// Headers, arguments, masks and common size of a call, in this order. False: reported, or nothing to do.
-[[nodiscard]] bool ownBeginDyadic(OwnWork& work, const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB,
-                                  PxkImage* dstImage, OwnOrders orders);
+// Depths and data orders, or the numbers of processed channels. False: reported.
+[[nodiscard]] bool ownGoodFormats(const OwnSite& site, const OwnDyadic& images, OwnOrders orders);
+[[nodiscard]] bool ownGoodChannels(const OwnSite& site, const OwnDyadic& images);
+
+// Masks and common size behind the checks. False: nothing to do, or reported.
+[[nodiscard]] bool ownOpenDyadic(OwnWork& work, const OwnSite& site, const OwnDyadic& images);
+
+// All of these, headers first.
+[[nodiscard]] bool ownBeginDyadic(OwnWork& work, const OwnSite& site, const OwnDyadic& images, OwnOrders orders);
 
 template <class T, class Op> inline void ownDyadicRow(uint8_t* const* rows, ptrdiff_t n, Op op)
 {
@@ -26,20 +34,19 @@ template <class T, class Op> inline void ownDyadicRow(uint8_t* const* rows, ptrd
 template <class T, class Op> void ownRunDyadicAs(const OwnWork& work, Op op)
 {
     const auto row = [op](uint8_t* const* rows, ptrdiff_t n) { ownDyadicRow<T>(rows, n, op); };
-    ownRunWork(work, ownRowFunction(row));
+    ownRunWork(work, OwnPadding::WORKED_ON, row);
 }
 
 // Runs an arithmetic operation on samples of the depth's own type.
 template <class Op> void ownRunDyadic(const OwnWork& work, Op op)
 {
-    const int32_t depth = work.operands[0].image->depth;
-    ownForDepth(depth, [&](auto tag) { ownRunDyadicAs<typename decltype(tag)::Sample>(work, op); });
+    ownForDepth(work.depth(), [&](auto tag) { ownRunDyadicAs<typename decltype(tag)::Sample>(work, op); });
 }
 
 // Runs a logical operation: bits do not care for the width of the sample they are in.
 template <class Op> void ownRunDyadicBits(const OwnWork& work, Op op)
 {
-    const int32_t bytes = ownSampleBytes(work.operands[0].image->depth);
+    const int32_t bytes = ownSampleBytes(work.depth());
     ownForSampleBytes(bytes > 0 ? bytes : 1,
                       [&](auto tag) { ownRunDyadicAs<typename decltype(tag)::Sample>(work, op); });
 }

@@ -7,15 +7,9 @@
 #include <limits>
 #include <type_traits>
 
-template <class T> constexpr bool ownIsFloat = std::is_floating_point<T>::value;
+#include "frame/ownlimit.h"
 
-// The limited value exists in the wide type before it is narrowed; narrowing within the choice costs half the speed.
-template <class T, class Wide> inline T ownLimitTo(Wide value)
-{
-    constexpr Wide low = std::numeric_limits<T>::min();
-    constexpr Wide high = std::numeric_limits<T>::max();
-    return static_cast<T>(std::min(std::max(value, low), high));
-}
+template <class T> constexpr bool ownIsFloat = std::is_floating_point<T>::value;
 
 // Products of two samples fit it.
 template <class T>
@@ -72,7 +66,7 @@ struct OwnMultiplySamples {
             return upper == static_cast<T>(lower >> 15) ? lower : ownLimitOnSideOf(static_cast<T>(a ^ b));
         } else {
             using Wide = OwnProduct<T>;
-            return ownLimitTo<T, Wide>(static_cast<Wide>(static_cast<Wide>(a) * static_cast<Wide>(b)));
+            return ownLimitInteger<T>(static_cast<Wide>(static_cast<Wide>(a) * static_cast<Wide>(b)));
         }
     }
 };

@@ -10,10 +10,17 @@
 #include "frame/ownwork.h"
 #include "ownorders.h"
 
-// Headers, depths, data orders and processed channels, in this order. False: reported.
+// Depths, data orders and processed channels, in this order. False: reported.
+[[nodiscard]] bool ownGoodScalarFormats(const OwnSite& site, const PxkImage* srcImage, const PxkImage* dstImage,
+                                        OwnOrders orders);
+
+// The headers before them.
 [[nodiscard]] bool ownGoodScalar(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, OwnOrders orders);
 
-// The same, then masks and common size. False: reported, or nothing to do.
+// Masks and common size behind them. False: nothing to do, or reported.
+[[nodiscard]] bool ownOpenScalar(OwnWork& work, const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage);
+
+// Both.
 [[nodiscard]] bool ownBeginScalar(OwnWork& work, const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage,
                                   OwnOrders orders);
 
@@ -34,7 +41,7 @@ template <class T, class Op> inline void ownScalarRow(uint8_t* const* rows, ptrd
 template <class T, class Op> void ownRunScalarAs(const OwnWork& work, Op op)
 {
     const auto row = [op](uint8_t* const* rows, ptrdiff_t n) { ownScalarRow<T>(rows, n, op); };
-    ownRunWork(work, ownRowFunction(row));
+    ownRunWork(work, OwnPadding::WORKED_ON, row);
 }
 
 // A constant as samples of a depth see it: its low bits, and at depth 1 eight pixels of its lowest bit.
@@ -46,7 +53,7 @@ inline int32_t ownConstantBits(int32_t depth, int32_t value)
 // Combines the bits of every sample with those of a constant.
 template <class Op> void ownRunScalarBits(const OwnWork& work, int32_t value, Op op)
 {
-    const int32_t depth = work.operands[0].image->depth;
+    const int32_t depth = work.depth();
     const int32_t bits = ownConstantBits(depth, value);
     ownForSampleBytes(std::max(ownSampleBytes(depth), 1), [&](auto tag) {
         using T = typename decltype(tag)::Sample;

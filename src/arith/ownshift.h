@@ -15,7 +15,7 @@ template <class U> constexpr uint64_t ownInEverySample(U sample)
 // vector shifts of bytes, and shifts of 16-bit samples would be formed in 32 bits.
 template <class Op> void ownRunWords(const OwnWork& work, Op op)
 {
-    const ptrdiff_t sampleBytes = std::max(ownSampleBytes(work.operands[0].image->depth), 1);
+    const ptrdiff_t sampleBytes = std::max(ownSampleBytes(work.depth()), 1);
     const auto row = [op, sampleBytes](uint8_t* const* rows, ptrdiff_t n) {
         const uint8_t* const a = rows[0];
         uint8_t* const d = rows[1];
@@ -35,5 +35,5 @@ template <class Op> void ownRunWords(const OwnWork& work, Op op)
         word = operation(word);
         memcpy(d + 8 * words, &word, rest);
     };
-    ownRunWork(work, ownRowFunction(row));
+    ownRunWork(work, OwnPadding::WORKED_ON, row);
 }

@@ -1,19 +1,9 @@
 #include "ownsamples.h"
 #include "ownscalar.h"
 
-// The first argument fault, as the text to report, or null.
-static const char* ownAbsFault(const PxkImage* srcImage, const PxkImage* dstImage)
-{
-    if (srcImage->depth != dstImage->depth) return "(srcImage->depth != dstImage->depth)";
-    if (srcImage->dataOrder != dstImage->dataOrder) return "(srcImage->dataOrder != dstImage->dataOrder)";
-    if (ownProcessedChannels(srcImage) != ownProcessedChannels(dstImage)) return "(nChSrcCoi != nChDstCoi)";
-    if (srcImage->nChannels != dstImage->nChannels) return "(srcImage->nChannels != dstImage->nChannels)";
-    return nullptr;
-}
-
 static void ownRunAbs(const OwnWork& work)
 {
-    ownForDepth(work.operands[0].image->depth, [&](auto tag) {
+    ownForDepth(work.depth(), [&](auto tag) {
         using T = typename decltype(tag)::Sample;
         if constexpr (ownIsFloat<T>) {
             // As bit patterns: the sign goes, whatever the number is.
@@ -26,17 +16,25 @@ static void ownRunAbs(const OwnWork& work)
 
 void pxkAbs(PxkImage* srcImage, PxkImage* dstImage)
 {
-    if (srcImage == nullptr) OWN_REPORT(PXK_StsBadArg, "srcImage==0");
-    if (dstImage == nullptr) OWN_REPORT(PXK_StsBadArg, "dstImage==0");
-    if (srcImage == nullptr || dstImage == nullptr || pxkGetErrStatus() < 0) return;
+    const int32_t isNull = ownEveryFault(OWN_HERE,
+                                         { { srcImage == nullptr, PXK_StsBadArg, "srcImage==0" },
+                                           { dstImage == nullptr, PXK_StsBadArg, "dstImage==0" } });
+    if (isNull != PXK_StsOk || pxkGetErrStatus() < 0) return;
     if (srcImage->depth == PXK_DEPTH_1U || srcImage->depth == PXK_DEPTH_8U || srcImage->depth == PXK_DEPTH_16U) {
         pxkCopy(srcImage, dstImage); // these samples have no sign
         if (pxkGetErrStatus() < 0) OWN_REPORT(PXK_StsBackTrace, "pxkCopy is failed");
         return;
     }
     OWN_REFUSE_BAD_HEADERS(srcImage, dstImage);
-    const char* const fault = ownAbsFault(srcImage, dstImage);
-    OWN_REFUSE_IF(fault != nullptr, PXK_StsBadArg, fault);
+    const bool isGood = ownPassed(
+        OWN_HERE,
+        { { srcImage->depth != dstImage->depth, PXK_StsBadArg, "(srcImage->depth != dstImage->depth)" },
+          { srcImage->dataOrder != dstImage->dataOrder, PXK_StsBadArg, "(srcImage->dataOrder != dstImage->dataOrder)" },
+          { ownProcessedChannels(srcImage) != ownProcessedChannels(dstImage), PXK_StsBadArg,
+            "(nChSrcCoi != nChDstCoi)" },
+          { srcImage->nChannels != dstImage->nChannels, PXK_StsBadArg,
+            "(srcImage->nChannels != dstImage->nChannels)" } });
+    if (!isGood) return;
     OwnWork work;
     // The two texts differ in their operator; callers know them so.
     if (!ownBeginWork(work, OWN_HERE,

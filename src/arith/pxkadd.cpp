@@ -7,6 +7,6 @@ void pxkAdd(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage)
     if (srcImageA->depth == PXK_DEPTH_1U)
         return pxkOr(srcImageA, srcImageB, dstImage); // on single bits 1 + 1 saturates to 1
     OwnWork work;
-    if (!ownBeginDyadic(work, OWN_HERE, srcImageA, srcImageB, dstImage, OwnOrders::MUST_AGREE)) return;
+    if (!ownBeginDyadic(work, OWN_HERE, { srcImageA, srcImageB, dstImage }, OwnOrders::MUST_AGREE)) return;
     ownRunDyadic(work, OwnAddSamples {});
 }

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "frame/ownwork.h"
+#include "frame/ownpixels.h"
 #include "ownscaled.h"
 
 // What a sample is multiplied by. Float alpha runs from 0 to 1, and the product is a plain one.
@@ -42,23 +42,21 @@ static void ownPreMultiplyRows(uint8_t* const* rows, int32_t count, ptrdiff_t n,
     if (how.setsAlpha) std::fill_n(alpha, n, constant);
 }
 
-// Channels are operands of their own, as many at a time as a kernel takes, with alpha as the last of them: where it is
-// only read it is stored as it was.
+// As many channels at a time as a row function takes, with alpha as the last of them: where it is only read it is
+// stored as it was.
 template <class T>
 static void ownPreMultiplyPiece(const PxkImage* image, const OwnPiece& piece, const OwnPreMultiplication& how,
                                 T constant)
 {
-    const OwnView& colours = piece.views[0];
-    const int32_t nColours = how.hasColours ? colours.nChannels : 0;
-    const int32_t nAlphas = how.needsAlpha() ? 1 : 0;
-    constexpr int32_t most = ownMostOperands - 1;
+    const OwnView& view = piece.views[0];
+    const int32_t nColours = how.hasColours ? view.nChannels : 0;
+    constexpr int32_t most = ownMostViews - 1;
     for (int32_t start = 0; start < std::max(nColours, 1); start += most) {
         const int32_t count = std::min(most, nColours - start);
-        OwnView views[ownMostOperands];
-        for (int32_t c = 0; c < count; ++c) views[c] = ownChannelView(colours, start + c);
-        if (nAlphas != 0) views[count] = ownAlphaView(image, colours);
+        OwnPixelChannels channels = ownSomeChannels(view, start, count);
+        if (how.needsAlpha()) ownAddChannel(channels, ownAlphaPlace(image));
         const auto row = [&](uint8_t* const* rows, ptrdiff_t n) { ownPreMultiplyRows(rows, count, n, how, constant); };
-        ownRunViews(views, count + nAlphas, count + nAlphas, piece.mask, ownRowFunction(row, true));
+        ownRunPixels({ channels }, 1, piece.mask, OwnRowFunction(row, true));
     }
 }
 
@@ -74,27 +72,30 @@ template <class T> static T ownAlphaSample(int32_t alphaValue)
 
 template <class T> static void ownPreMultiply(const OwnWork& work, int32_t alphaValue)
 {
-    const PxkImage* const image = work.operands[0].image;
+    const PxkImage* const image = work.image(0);
     const int32_t coi = image->roi != nullptr ? image->roi->coi : 0;
     const bool isConstant = alphaValue >= 0;
-    const bool hasColours = coi == 0 || coi != image->alphaChannel;
+    const bool hasColours = coi == 0 ? ownProcessedChannels(image) > 0 : coi != image->alphaChannel;
     const bool setsAlpha = isConstant && image->alphaChannel != 0 && (coi == 0 || coi == image->alphaChannel);
     const OwnPreMultiplication how = { hasColours, setsAlpha, isConstant };
     if (!hasColours && !setsAlpha) return;
     const T constant = isConstant ? ownAlphaSample<T>(alphaValue) : T { 0 };
-    const auto onPiece = [&](const OwnPiece& piece) { ownPreMultiplyPiece<T>(image, piece, how, constant); };
-    ownSweepPieces(work, ownPieceRunner(onPiece));
+    ownSweepPieces(work, [&](const OwnPiece& piece) { ownPreMultiplyPiece<T>(image, piece, how, constant); });
 }
 
 void pxkPreMultiplyAlpha(PxkImage* image, int32_t alphaValue)
 {
     OWN_REFUSE_BAD_HEADERS(image);
     const int32_t depth = image->depth;
-    OWN_REFUSE_IF(depth != PXK_DEPTH_8U && depth != PXK_DEPTH_16U && depth != PXK_DEPTH_32F, PXK_StsBadArg,
-                  "(image->depth != 8) && (image->depth != 16) && (image->depth != 32)");
-    OWN_REFUSE_IF(alphaValue < 0 && image->alphaChannel == 0, PXK_StsBadArg, "(image->alphaChannel == 0)");
+    const bool isGood =
+        ownPassed(OWN_HERE,
+                  { { depth != PXK_DEPTH_8U && depth != PXK_DEPTH_16U && depth != PXK_DEPTH_32F, PXK_StsBadArg,
+                      "(image->depth != 8) && (image->depth != 16) && (image->depth != 32)" },
+                    { alphaValue < 0 && image->alphaChannel == 0, PXK_StsBadArg, "(image->alphaChannel == 0)" } });
+    if (!isGood) return;
     OwnWork work;
-    if (!ownBeginWork(work, OWN_HERE, { { image, "(image->tileInfo->tileData == ((void*)(0)))" } })) return;
+    const OwnOperand operand = { image, "(image->tileInfo->tileData == ((void*)(0)))" };
+    if (ownOpenWork(work, OWN_HERE, { operand }, OwnLoneAlpha::WORKED_ON) != PXK_StsOk) return;
     if (depth == PXK_DEPTH_32F) return ownPreMultiply<float>(work, alphaValue);
     ownForScaled(depth, [&](auto tag) { ownPreMultiply<typename decltype(tag)::Sample>(work, alphaValue); });
 }

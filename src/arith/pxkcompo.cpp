@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "frame/ownpixels.h"
 #include "ownblend.h"
 #include "owndyadic.h"
 
@@ -91,26 +92,19 @@ static void ownCompositePiece(const OwnWork& work, const OwnPiece& piece, const 
 {
     // Three colours fit with all alphas; more of them take several rounds, the last one with the result's alpha.
     constexpr int32_t mostColours = 3;
-    const OwnCompositeTargets targets = ownCompositeTargets(work.operands[2].image);
+    const OwnCompositeTargets targets = ownCompositeTargets(work.image(2));
     const int32_t nColours = targets.colours ? piece.views[2].nChannels : 0;
     for (int32_t start = 0; start < std::max(nColours, 1); start += mostColours) {
         const int32_t count = std::min(mostColours, nColours - start);
         const bool writesAlpha = targets.alpha && start + count == nColours;
-        OwnView views[ownMostOperands];
-        int32_t k = 0;
-        const auto addColours = [&](const OwnView& view) {
-            for (int32_t c = 0; c < count; ++c) views[k++] = ownChannelView(view, start + c);
+        const auto channelsOf = [&](int32_t k, bool hasAlpha) {
+            OwnPixelChannels channels = ownSomeChannels(piece.views[k], start, count);
+            if (hasAlpha) ownAddChannel(channels, ownAlphaPlace(work.image(k)));
+            return channels;
         };
-        for (int32_t source = 0; source < 2; ++source) {
-            addColours(piece.views[source]);
-            if (!how.isConstant) views[k++] = ownAlphaView(work.operands[source].image, piece.views[source]);
-        }
-        addColours(piece.views[2]);
-        if (writesAlpha) views[k++] = ownAlphaView(work.operands[2].image, piece.views[2]);
-        const auto row = [&](uint8_t* const* rows, ptrdiff_t n) {
-            ownCompositeSamples(how, rows, count, writesAlpha, n);
-        };
-        ownRunViews(views, k, count + (writesAlpha ? 1 : 0), piece.mask, ownRowFunction(row));
+        ownRunPixels({ channelsOf(0, !how.isConstant), channelsOf(1, !how.isConstant), channelsOf(2, writesAlpha) }, 1,
+                     piece.mask,
+                     [&](uint8_t* const* rows, ptrdiff_t n) { ownCompositeSamples(how, rows, count, writesAlpha, n); });
     }
 }
 
@@ -123,50 +117,42 @@ template <class T> static void ownRunComposition(const OwnWork& work, const OwnC
     const OwnRange range = { 0, ownLargest<T> };
     std::fill_n(how.constantA, how.mostConstant, static_cast<T>(ownLimit(composition.alphaA, range)));
     std::fill_n(how.constantB, how.mostConstant, static_cast<T>(ownLimit(composition.alphaB, range)));
-    const auto onPiece = [&](const OwnPiece& piece) { ownCompositePiece<T>(work, piece, how); };
-    ownSweepPieces(work, ownPieceRunner(onPiece));
+    ownSweepPieces(work, [&](const OwnPiece& piece) { ownCompositePiece<T>(work, piece, how); });
 }
 
-// The first argument fault, as the text to report, or null.
-static const char* ownCompositeFault(const PxkImage* srcImageA, const PxkImage* srcImageB, const PxkImage* dstImage,
-                                     const OwnComposition& composition)
+static bool ownGoodComposition(const OwnSite& site, const OwnDyadic& images, const OwnComposition& composition)
 {
-    const char* fault = ownDyadicFormatFault(srcImageA, srcImageB, dstImage, OwnOrders::MUST_AGREE);
-    if (fault != nullptr) return fault;
-    if (srcImageA->depth != PXK_DEPTH_8U && srcImageA->depth != PXK_DEPTH_16U)
-        return "(srcImageA->depth != 8) && (srcImageA->depth != 16)";
-    if (!composition.isConstant && srcImageA->alphaChannel == 0) return "(srcImageA->alphaChannel == 0)";
-    if (!composition.isConstant && srcImageB->alphaChannel == 0) return "(srcImageB->alphaChannel == 0)";
-    fault = ownDyadicChannelFault(srcImageA, srcImageB, dstImage);
-    if (fault != nullptr) return fault;
+    if (!ownGoodFormats(site, images, OwnOrders::MUST_AGREE)) return false;
+    const PxkImage* const a = images.srcImageA;
+    const bool isAlphaRead = !composition.isConstant;
     const bool isType = composition.type >= PXK_COMPOSITE_OVER && composition.type <= PXK_COMPOSITE_PLUS;
-    return isType ? nullptr : "(compositeType < 0) || (compositeType > 5)";
+    return ownPassed(site,
+                     { { a->depth != PXK_DEPTH_8U && a->depth != PXK_DEPTH_16U, PXK_StsBadArg,
+                         "(srcImageA->depth != 8) && (srcImageA->depth != 16)" },
+                       { isAlphaRead && a->alphaChannel == 0, PXK_StsBadArg, "(srcImageA->alphaChannel == 0)" },
+                       { isAlphaRead && images.srcImageB->alphaChannel == 0, PXK_StsBadArg,
+                         "(srcImageB->alphaChannel == 0)" } })
+        && ownGoodChannels(site, images)
+        && ownPassed(site, { { !isType, PXK_StsBadArg, "(compositeType < 0) || (compositeType > 5)" } });
 }
 
-static void ownComposite(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage,
-                         const OwnComposition& composition)
+static void ownComposite(const OwnSite& site, const OwnDyadic& images, const OwnComposition& composition)
 {
-    if (!ownGoodHeaders(site, { srcImageA, srcImageB, dstImage })) return;
-    const char* const fault = ownCompositeFault(srcImageA, srcImageB, dstImage, composition);
-    if (fault != nullptr) return ownReport(site, PXK_StsBadArg, fault);
+    if (!ownGoodHeaders(site, { images.srcImageA, images.srcImageB, images.dstImage })) return;
     OwnWork work;
-    if (!ownBeginWork(work, site,
-                      { { srcImageA, "(srcImageA->tileInfo->tileData == ((void*)(0)))" },
-                        { srcImageB, "(srcImageB->tileInfo->tileData == ((void*)(0)))" },
-                        { dstImage, "(dstImage->tileInfo->tileData == ((void*)(0)))" } }))
-        return;
-    ownForScaled(srcImageA->depth,
-                 [&](auto tag) { ownRunComposition<typename decltype(tag)::Sample>(work, composition); });
+    if (!ownGoodComposition(site, images, composition) || !ownOpenDyadic(work, site, images)) return;
+    ownForScaled(work.depth(), [&](auto tag) { ownRunComposition<typename decltype(tag)::Sample>(work, composition); });
 }
 
 void pxkAlphaComposite(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, int32_t compositeType,
                        int32_t premultiplied)
 {
-    ownComposite(OWN_HERE, srcImageA, srcImageB, dstImage, { compositeType, premultiplied != 0, false, 0, 0 });
+    ownComposite(OWN_HERE, { srcImageA, srcImageB, dstImage }, { compositeType, premultiplied != 0, false, 0, 0 });
 }
 
 void pxkAlphaCompositeC(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, int32_t compositeType,
                         int32_t alphaA, int32_t alphaB, int32_t premultiplied)
 {
-    ownComposite(OWN_HERE, srcImageA, srcImageB, dstImage, { compositeType, premultiplied != 0, true, alphaA, alphaB });
+    ownComposite(OWN_HERE, { srcImageA, srcImageB, dstImage },
+                 { compositeType, premultiplied != 0, true, alphaA, alphaB });
 }

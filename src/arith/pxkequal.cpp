@@ -4,23 +4,26 @@
 
 void pxkEqual(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage)
 {
-    if (!ownGoodComparison(OWN_HERE, srcImageA, srcImageB, dstImage)) return;
-    ownCompare(OWN_HERE, srcImageA, srcImageB, dstImage, OwnIsEqual {});
+    const OwnComparison images = { { srcImageA, srcImageB }, 2, dstImage };
+    if (!ownGoodComparison(OWN_HERE, images)) return;
+    ownCompare(OWN_HERE, images, OwnIsEqual {});
 }
 
 void pxkEqualS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)
 {
-    if (!ownGoodComparison(OWN_HERE, srcImage, dstImage)) return;
+    const OwnComparison images = { { srcImage }, 1, dstImage };
+    if (!ownGoodComparison(OWN_HERE, images)) return;
     OWN_REFUSE_IF(srcImage->depth == PXK_DEPTH_32F, PXK_StsBadArg, "For processing depth 32F use function pxkEqualSFP");
-    ownCompareWith(OWN_HERE, srcImage, dstImage, value, OwnIsEqual {});
+    ownCompareWith(OWN_HERE, images, value, OwnIsEqual {});
 }
 
 void pxkEqualSFP(PxkImage* srcImage, PxkImage* dstImage, float value)
 {
-    if (!ownGoodComparison(OWN_HERE, srcImage, dstImage)) return;
+    const OwnComparison images = { { srcImage }, 1, dstImage };
+    if (!ownGoodComparison(OWN_HERE, images)) return;
     OWN_REFUSE_IF(srcImage->depth != PXK_DEPTH_32F, PXK_StsBadArg, "For processing this depth use function pxkEqualS");
     const auto test = [value](float a) { return OwnIsEqual {}(a, value); };
-    ownCompareImage<float>(OWN_HERE, srcImage, dstImage, test);
+    ownCompareImage<float>(OWN_HERE, images, test);
 }
 
 // The difference is formed in double: there it is exact unless one sample is 2^29 times the other, while a difference
@@ -32,18 +35,20 @@ static bool ownIsNear(float a, float b, float epsilon)
 
 void pxkEqualFPEps(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, float epsilon)
 {
-    if (!ownGoodComparison(OWN_HERE, srcImageA, srcImageB, dstImage)) return;
+    const OwnComparison images = { { srcImageA, srcImageB }, 2, dstImage };
+    if (!ownGoodComparison(OWN_HERE, images)) return;
     OWN_REFUSE_IF(srcImageA->depth != PXK_DEPTH_32F, PXK_StsBadArg, "(srcImageA->depth != 32)");
     OWN_REFUSE_IF(epsilon < 0, PXK_StsBadArg, "(epsilon < 0)");
     const auto test = [epsilon](float a, float b) { return ownIsNear(a, b, epsilon); };
-    ownCompareImages<float>(OWN_HERE, srcImageA, srcImageB, dstImage, test);
+    ownCompareImages<float>(OWN_HERE, images, test);
 }
 
 void pxkEqualSFPEps(PxkImage* srcImage, PxkImage* dstImage, float value, float epsilon)
 {
-    if (!ownGoodComparison(OWN_HERE, srcImage, dstImage)) return;
+    const OwnComparison images = { { srcImage }, 1, dstImage };
+    if (!ownGoodComparison(OWN_HERE, images)) return;
     OWN_REFUSE_IF(srcImage->depth != PXK_DEPTH_32F, PXK_StsBadArg, "(srcImage->depth != 32)");
     OWN_REFUSE_IF(epsilon < 0, PXK_StsBadArg, "(epsilon < 0)");
     const auto test = [value, epsilon](float a) { return ownIsNear(a, value, epsilon); };
-    ownCompareImage<float>(OWN_HERE, srcImage, dstImage, test);
+    ownCompareImage<float>(OWN_HERE, images, test);
 }

@@ -2,23 +2,26 @@
 
 void pxkGreater(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage)
 {
-    if (!ownGoodComparison(OWN_HERE, srcImageA, srcImageB, dstImage)) return;
-    ownCompare(OWN_HERE, srcImageA, srcImageB, dstImage, OwnIsGreater {});
+    const OwnComparison images = { { srcImageA, srcImageB }, 2, dstImage };
+    if (!ownGoodComparison(OWN_HERE, images)) return;
+    ownCompare(OWN_HERE, images, OwnIsGreater {});
 }
 
 void pxkGreaterS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)
 {
-    if (!ownGoodComparison(OWN_HERE, srcImage, dstImage)) return;
+    const OwnComparison images = { { srcImage }, 1, dstImage };
+    if (!ownGoodComparison(OWN_HERE, images)) return;
     OWN_REFUSE_IF(srcImage->depth == PXK_DEPTH_32F, PXK_StsBadArg,
                   "For processing depth 32F use function pxkGreaterSFP");
-    ownCompareWith(OWN_HERE, srcImage, dstImage, value, OwnIsGreater {});
+    ownCompareWith(OWN_HERE, images, value, OwnIsGreater {});
 }
 
 void pxkGreaterSFP(PxkImage* srcImage, PxkImage* dstImage, float value)
 {
-    if (!ownGoodComparison(OWN_HERE, srcImage, dstImage)) return;
+    const OwnComparison images = { { srcImage }, 1, dstImage };
+    if (!ownGoodComparison(OWN_HERE, images)) return;
     OWN_REFUSE_IF(srcImage->depth != PXK_DEPTH_32F, PXK_StsBadArg,
                   "For processing this depth use function pxkGreaterS");
     const auto test = [value](float a) { return OwnIsGreater {}(a, value); };
-    ownCompareImage<float>(OWN_HERE, srcImage, dstImage, test);
+    ownCompareImage<float>(OWN_HERE, images, test);
 }

@@ -44,7 +44,7 @@ void pxkMultiplyS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)
     const bool isUnsigned = (depth & PXK_DEPTH_SIGN) == 0;
     if (isUnsigned && value <= 0) return pxkAndS(srcImage, dstImage, 0);
     OwnWork work;
-    if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
+    if (!ownOpenScalar(work, OWN_HERE, srcImage, dstImage)) return;
     ownForDepth(depth, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
         if constexpr (sizeof(T) == 1) {

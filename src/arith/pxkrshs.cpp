@@ -23,7 +23,7 @@ void pxkRShiftS(PxkImage* srcImage, PxkImage* dstImage, int32_t nShift)
     if (shift == 0) return pxkXorS(srcImage, dstImage, 0);
     if (shift >= width && !isSigned && depth != PXK_DEPTH_32F) return pxkAndS(srcImage, dstImage, 0);
     OwnWork work;
-    if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
+    if (!ownOpenScalar(work, OWN_HERE, srcImage, dstImage)) return;
     OWN_REFUSE_IF(depth == PXK_DEPTH_32F, PXK_StsBadArg, "This function does not support depth 32F");
     ownForSampleBytes(ownSampleBytes(depth), [&](auto tag) {
         using U = typename decltype(tag)::Sample;

@@ -4,6 +4,7 @@
 #include "frame/ownbits.h"
 #include "frame/ownbuffer.h"
 #include "frame/owndepth.h"
+#include "frame/ownpixelorder.h"
 #include "frame/ownwork.h"
 #include "ownreduc.h"
 
@@ -13,27 +14,28 @@ enum class OwnModel { COLOUR, GRAY, OTHER };
 
 static OwnModel ownModelOf(const PxkImage* image)
 {
-    const auto isText = [](const char(&field)[4], const char* text) { return strncmp(field, text, 4) == 0; };
-    const bool isColour = isText(image->colorModel, "RGB");
-    if (isColour && (isText(image->channelSeq, "RGB") || isText(image->channelSeq, "BGR"))) return OwnModel::COLOUR;
-    const bool isGray = isText(image->colorModel, "Gray") || isText(image->colorModel, "GRAY");
+    const OwnSequence sequence = ownSequenceOf(image);
+    const bool isOrdered = sequence == OwnSequence::RGB || sequence == OwnSequence::BGR;
+    if (ownIsWord(image->colorModel, "RGB") && isOrdered) return OwnModel::COLOUR;
+    const bool isGray = ownIsWord(image->colorModel, "Gray") || ownIsWord(image->colorModel, "GRAY");
     return isGray && image->channelSeq[0] == 'G' ? OwnModel::GRAY : OwnModel::OTHER;
 }
 
-static const char* ownArgumentFault(const PxkImage* src, const PxkImage* dst, int32_t jitterType, int32_t ditherType)
+static bool ownGoodReduction(const OwnSite& site, const PxkImage* src, const PxkImage* dst, int32_t jitterType,
+                             int32_t ditherType)
 {
     const bool isDithered = ditherType != PXK_DITHER_NONE;
-    if (src->roi != nullptr || dst->roi != nullptr) return "src & dst roi must be NULL";
-    if (src->nChannels != dst->nChannels || src->dataOrder != dst->dataOrder || src->origin != dst->origin) {
-        return "(src->nChannels != dst->nChannels)||(src->dataOrder != dst->dataOrder)||(src->origin != dst->origin)";
-    }
-    if (jitterType != 0 && isDithered && dst->depth == PXK_DEPTH_1U) {
-        return "Jittering is incompatible with dithering operation for 1U destination image";
-    }
-    if (isDithered && ownModelOf(src) == OwnModel::OTHER) {
-        return "colorModel, (channelSeq)  must be RGB,(RGB,BGR) or GRAY,(G) when dithering mode is set on";
-    }
-    return nullptr;
+    const bool isUnlike =
+        src->nChannels != dst->nChannels || src->dataOrder != dst->dataOrder || src->origin != dst->origin;
+    return ownPassed(
+        site,
+        { { src->roi != nullptr || dst->roi != nullptr, PXK_StsBadArg, "src & dst roi must be NULL" },
+          { isUnlike, PXK_StsBadArg,
+            "(src->nChannels != dst->nChannels)||(src->dataOrder != dst->dataOrder)||(src->origin != dst->origin)" },
+          { jitterType != 0 && isDithered && dst->depth == PXK_DEPTH_1U, PXK_StsBadArg,
+            "Jittering is incompatible with dithering operation for 1U destination image" },
+          { isDithered && ownModelOf(src) == OwnModel::OTHER, PXK_StsBadArg,
+            "colorModel, (channelSeq)  must be RGB,(RGB,BGR) or GRAY,(G) when dithering mode is set on" } });
 }
 
 // What a stage objects to, reported under the stage's name.
@@ -177,7 +179,7 @@ static OwnWork ownWorkOf(const OwnReduction& reduction, PxkImage* from, PxkImage
     work.operands[0] = { from, "(src->tileInfo->tileData == NULL)" };
     work.operands[1] = { to, "(dst->tileInfo->tileData == NULL)" };
     work.count = 2;
-    work.size = reduction.size;
+    work.area.size = reduction.size;
     return work;
 }
 
@@ -196,9 +198,7 @@ static bool ownReducePlainly(const OwnReduction& reduction, PxkImage* from, PxkI
             OWN_IVDEP
             for (ptrdiff_t i = 0; i < n; ++i) target[i] = Reduce {}(source[i]);
         };
-        const OwnRowFunction kernel = ownRowFunction(row);
-        const auto onPiece = [&](const OwnPiece& piece) { ownRunViews(piece.views, 2, 1, nullptr, kernel); };
-        isDone = ownSweepPieces(work, ownPieceRunner(onPiece));
+        isDone = ownSweepPieces(work, [&](const OwnPiece& piece) { ownRunViews(piece.views, 2, 1, nullptr, row); });
     });
     return isDone;
 }
@@ -265,7 +265,7 @@ static bool ownReducePoints(const OwnReduction& reduction, PxkImage* from, PxkIm
     bool isDone = false;
     ownForReductionPair(from->depth, to->depth, [&](auto pair) {
         const auto onPiece = [&](const OwnPiece& piece) { ownReducePiece<decltype(pair)>(reduction, piece); };
-        isDone = ownSweepPieces(work, ownPieceRunner(onPiece));
+        isDone = ownSweepPieces(work, onPiece);
     });
     return isDone;
 }
@@ -341,9 +341,9 @@ static void ownDiffuseReduction(OwnReduction& reduction)
     if (rowSamples <= INT32_MAX) memory = ownBuffer<uint8_t>(ownDiffusionBytes(diffusion));
     if (reduction.isTiled()) return ownDiffuseTiled(reduction, diffusion, memory.get());
     if (!memory) {
-        OwnSite kernel = reduction.site;
-        kernel.func = ownRowStageName(diffusion, reduction.model);
-        return ownReport(kernel, PXK_StsNoMem, "no memory for errr array");
+        OwnSite stage = reduction.site;
+        stage.func = ownRowStageName(diffusion, reduction.model);
+        return ownReport(stage, PXK_StsNoMem, "no memory for errr array");
     }
     PxkImage* const source = &reduction.source;
     PxkImage* const destination = &reduction.destination;
@@ -358,8 +358,7 @@ void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, i
 {
     OWN_REFUSE_IF(jitterType < 0 || jitterType >= 9, PXK_StsBadArg, "(jitterType<0)||( jitterType >= 9)");
     OWN_REFUSE_BAD_HEADERS(srcImage, dstImage);
-    const char* const fault = ownArgumentFault(srcImage, dstImage, jitterType, ditherType);
-    OWN_REFUSE_IF(fault != nullptr, PXK_StsBadArg, fault);
+    if (!ownGoodReduction(OWN_HERE, srcImage, dstImage, jitterType, ditherType)) return;
 
     OwnReduction reduction;
     reduction.site = OWN_HERE;

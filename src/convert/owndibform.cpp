@@ -40,9 +40,8 @@ struct OwnDibTest {
 template <int32_t count> static int32_t ownRefuseDib(const OwnDibCall& call, const OwnDibTest (&tests)[count])
 {
     for (const OwnDibTest& test : tests) {
-        if (!test.isBad) continue;
-        ownReport(call.site, PXK_StsBadArg, call.isSep && test.sep != nullptr ? test.sep : test.plain);
-        return test.result;
+        const char* const text = call.isSep && test.sep != nullptr ? test.sep : test.plain;
+        if (!ownPassed(call.site, { { test.isBad, PXK_StsBadArg, text } })) return test.result;
     }
     return PXK_StsOk;
 }
@@ -121,9 +120,9 @@ static bool ownFitsImage(const PxkImage* image)
 // Reports what the choice of stages found. False: nothing can be converted.
 static bool ownCanConvert(const OwnDibCall& call, OwnDibChoice choice)
 {
-    if (choice == ownDibBadSequence) ownReport(call.site, PXK_StsBadColorModel, "image->channelSeq unsupport");
-    if (choice == ownDibBadMask) ownReport(call.site, PXK_StsBadArg, "Bit-field mask is zero");
-    return choice == ownDibServed;
+    if (choice == OwnDibChoice::BAD_SEQUENCE) ownReport(call.site, PXK_StsBadColorModel, "image->channelSeq unsupport");
+    if (choice == OwnDibChoice::BAD_MASK) ownReport(call.site, PXK_StsBadArg, "Bit-field mask is zero");
+    return choice == OwnDibChoice::SERVED;
 }
 
 // In the plain form the failed stream is told twice, by the decoder and here.
@@ -265,8 +264,8 @@ static int32_t ownFillDib(const OwnDibCall& call, const PxkImage* image)
     OwnDibConversion conversion = {};
     OwnNearest nearest;
     const OwnDibChoice choice = ownChooseToDib(&conversion, call.dib, image, &nearest);
-    if (choice == ownDibBadImage) ownReport(call.site, PXK_StsBadChannels, "image->nChannels is bad");
-    if (choice == ownDibBadBits) ownReport(call.site, PXK_StsBadArg, ownBadBitsText(call));
+    if (choice == OwnDibChoice::BAD_IMAGE) ownReport(call.site, PXK_StsBadChannels, "image->nChannels is bad");
+    if (choice == OwnDibChoice::BAD_BITS) ownReport(call.site, PXK_StsBadArg, ownBadBitsText(call));
     if (!ownCanConvert(call, choice)) return ownFailDib(call);
     uint8_t* const bits = call.isSep ? call.bits : ownDibBits(call.dib);
     if (bits == nullptr) return ownFailDib(call);

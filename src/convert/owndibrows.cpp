@@ -3,6 +3,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include "frame/ownpixelorder.h"
+
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "work pixels are copied as words");
 
 template <class T> static T ownLoad(const uint8_t* at)
@@ -216,16 +218,14 @@ struct OwnDibSequences {
 // The sequence stages for all four bytes of channelSeq. False: not one of the six words.
 static bool ownFindSequences(const PxkImage* image, OwnDibSequences* sequences)
 {
-    const auto is = [image](const char* word) { return memcmp(image->channelSeq, word, 4) == 0; };
-    if (is("G\0\0") || is("GRAY"))
-        *sequences = { ownMakeGray, ownSpreadGray };
-    else if (is("BGR") || is("BGRA"))
-        *sequences = { nullptr, nullptr };
-    else if (is("RGB") || is("RGBA"))
-        *sequences = { ownSwapRedAndBlue, ownSwapRedAndBlue };
-    else
-        return false;
-    return true;
+    switch (ownSequenceOf(image)) {
+    case OwnSequence::GRAY: *sequences = { ownMakeGray, ownSpreadGray }; return true;
+    case OwnSequence::BGR:
+    case OwnSequence::BGRA: *sequences = { nullptr, nullptr }; return true;
+    case OwnSequence::RGB:
+    case OwnSequence::RGBA: *sequences = { ownSwapRedAndBlue, ownSwapRedAndBlue }; return true;
+    default: return false;
+    }
 }
 
 // ---- bitmaps -------------------------------------------------------------------------------------------------------
@@ -449,32 +449,32 @@ OwnDibChoice ownChooseFromDib(OwnDibConversion* c, PxkBitmapInfoHeader* dib, con
 {
     const PxkBitmapInfoHeader header = ownLoadDib(dib);
     c->read = ownDibReader(header);
-    if (c->read == nullptr) return ownDibBadBits;
-    if (ownHasFields(header) && !ownFieldsToBytes(dib, &c->fields)) return ownDibBadMask;
+    if (c->read == nullptr) return OwnDibChoice::BAD_BITS;
+    if (ownHasFields(header) && !ownFieldsToBytes(dib, &c->fields)) return OwnDibChoice::BAD_MASK;
     OwnDibSequences sequences;
-    if (!ownFindSequences(image, &sequences)) return ownDibBadSequence;
+    if (!ownFindSequences(image, &sequences)) return OwnDibChoice::BAD_SEQUENCE;
     c->write = ownImageWriter(image);
-    if (c->write == nullptr) return ownDibBadImage;
+    if (c->write == nullptr) return OwnDibChoice::BAD_IMAGE;
     c->sequence = sequences.fromDib;
     c->planeStep = ownPlaneStep(image);
     if (header.biBitCount <= 8) ownPrepareColors(c, dib, header);
     c->wholeRow = ownShortFromDib(c, header.biBitCount, image);
-    return ownDibServed;
+    return OwnDibChoice::SERVED;
 }
 
 OwnDibChoice ownChooseToDib(OwnDibConversion* c, PxkBitmapInfoHeader* dib, const PxkImage* image, OwnNearest* nearest)
 {
     const PxkBitmapInfoHeader header = ownLoadDib(dib);
     c->read = ownImageReader(image);
-    if (c->read == nullptr) return ownDibBadImage;
+    if (c->read == nullptr) return OwnDibChoice::BAD_IMAGE;
     OwnDibSequences sequences;
-    if (!ownFindSequences(image, &sequences)) return ownDibBadSequence;
+    if (!ownFindSequences(image, &sequences)) return OwnDibChoice::BAD_SEQUENCE;
     // One channel is in all three bytes already, and there is no alpha to clear.
     c->sequence = image->nChannels == 1 ? nullptr : sequences.toDib;
     const bool isGray = image->nChannels == 1 || sequences.toDib == ownSpreadGray;
     c->write = ownDibWriter(header, isGray);
-    if (c->write == nullptr) return ownDibBadBits;
-    if (ownHasFields(header) && !ownFieldsFromBytes(dib, &c->fields)) return ownDibBadMask;
+    if (c->write == nullptr) return OwnDibChoice::BAD_BITS;
+    if (ownHasFields(header) && !ownFieldsFromBytes(dib, &c->fields)) return OwnDibChoice::BAD_MASK;
     c->planeStep = ownPlaneStep(image);
     if (header.biBitCount <= 8) {
         c->nearest = nearest;
@@ -484,7 +484,7 @@ OwnDibChoice ownChooseToDib(OwnDibConversion* c, PxkBitmapInfoHeader* dib, const
         if (isGray) ownFindNearestColors(nearest, grays, 256, c->bytes);
     }
     c->wholeRow = ownShortToDib(c, header.biBitCount, image);
-    return ownDibServed;
+    return OwnDibChoice::SERVED;
 }
 
 // ---- the walk ------------------------------------------------------------------------------------------------------

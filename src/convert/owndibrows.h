@@ -36,7 +36,7 @@ struct OwnDibRows {
 };
 
 // Choose the stages. The result tells what is not served; the order is that of the tests.
-enum OwnDibChoice { ownDibServed, ownDibBadBits, ownDibBadMask, ownDibBadSequence, ownDibBadImage };
+enum class OwnDibChoice { SERVED, BAD_BITS, BAD_MASK, BAD_SEQUENCE, BAD_IMAGE };
 OwnDibChoice ownChooseFromDib(OwnDibConversion* c, PxkBitmapInfoHeader* dib, const PxkImage* image);
 OwnDibChoice ownChooseToDib(OwnDibConversion* c, PxkBitmapInfoHeader* dib, const PxkImage* image, OwnNearest* nearest);
 

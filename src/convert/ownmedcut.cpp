@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "frame/ownbuffer.h"
+#include "frame/ownpixelorder.h"
 #include "owndib.h"
 
 // A colour, or a level, that occurs, cut to the bits that are told apart. Gray has its level in the first channel.
@@ -287,21 +288,13 @@ static int32_t ownTableOfGrays(uint8_t* table, const PxkImage* image, int32_t wa
     return ownTableFromCounts(table, counts[0], 256, wanted, true);
 }
 
-// The place of red, -1 for an unknown sequence; all four bytes count.
-static int32_t ownRedChannel(const PxkImage* image)
-{
-    const auto is = [image](const char* word) { return memcmp(image->channelSeq, word, 4) == 0; };
-    if (is("BGR\0") || is("BGRA")) return 2;
-    return is("RGB\0") || is("RGBA") ? 0 : -1;
-}
-
 static int32_t ownTableOfColors(uint8_t* table, const PxkImage* image, int32_t wanted)
 {
-    const int32_t redChannel = ownRedChannel(image);
-    if (redChannel < 0) return 0;
+    const OwnSequence sequence = ownSequenceOf(image);
+    if (sequence == OwnSequence::GRAY || sequence == OwnSequence::OTHER) return 0;
     const OwnBuffer<uint32_t> counts = ownBuffer<uint32_t>(ownColorCells);
     if (!counts) return 0;
-    ownCountColors(ownCountedRows(image), redChannel, counts.get());
+    ownCountColors(ownCountedRows(image), ownColourPlaces(image).red, counts.get());
     return ownTableFromCounts(table, counts.get(), ownColorCells, wanted, false);
 }
 

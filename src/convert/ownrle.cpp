@@ -23,7 +23,7 @@ static int64_t ownRowsBytes(const PxkBitmapInfoHeader& header)
 
 // ---- decoding ------------------------------------------------------------------------------------------------------
 
-enum OwnRleResult { ownRleGoesOn, ownRleDone, ownRleBadSize, ownRleBadWidth, ownRleBadHeight, ownRleBadDelta };
+enum class OwnRleResult { GOES_ON, DONE, BAD_SIZE, BAD_WIDTH, BAD_HEIGHT, BAD_DELTA };
 
 struct OwnRleDecoder {
     const uint8_t* source;
@@ -103,31 +103,31 @@ template <class Coding> static void ownAdvance(OwnRleDecoder* d, int32_t count)
 template <class Coding> static OwnRleResult ownDecodeRun(OwnRleDecoder* d, int32_t count)
 {
     const int32_t value = *d->source++;
-    if (!ownHasRoom<Coding>(*d, count)) return ownRleBadSize;
+    if (!ownHasRoom<Coding>(*d, count)) return OwnRleResult::BAD_SIZE;
     Coding::run(d->block + d->address, d->block + d->blockBytes, d->x, count, value);
     ownAdvance<Coding>(d, count);
-    return ownRleGoesOn;
+    return OwnRleResult::GOES_ON;
 }
 
 template <class Coding> static OwnRleResult ownDecodeLiteral(OwnRleDecoder* d)
 {
     const int32_t count = *d->source++;
-    if (!ownHasRoom<Coding>(*d, count)) return ownRleBadSize;
+    if (!ownHasRoom<Coding>(*d, count)) return OwnRleResult::BAD_SIZE;
     Coding::literal(d->block + d->address, d->block + d->blockBytes, d->x, count, d->source);
     d->source += (count + Coding::pixelsPerByte - 1) / Coding::pixelsPerByte;
     d->source += reinterpret_cast<uintptr_t>(d->source) & 1; // the next even address, not the next even offset
     ownAdvance<Coding>(d, count);
-    return ownRleGoesOn;
+    return OwnRleResult::GOES_ON;
 }
 
 static OwnRleResult ownDecodeEndOfLine(OwnRleDecoder* d)
 {
-    if (d->x != d->width) return ownRleBadWidth;
+    if (d->x != d->width) return OwnRleResult::BAD_WIDTH;
     ++d->source;
     d->x = 0;
     ++d->y;
     d->address = d->y * d->rowBytes;
-    return d->y > d->height ? ownRleBadSize : ownRleGoesOn;
+    return d->y > d->height ? OwnRleResult::BAD_SIZE : OwnRleResult::GOES_ON;
 }
 
 // The bytes of a delta are not consumed: its 2 and dx are the next run, and dy begins what follows.
@@ -137,7 +137,7 @@ template <class Coding> static OwnRleResult ownDecodeDelta(OwnRleDecoder* d)
     d->address += dy * d->rowBytes + Coding::skippedBytes(d->x, dx);
     d->x += dx;
     d->y += dy;
-    return d->x > d->width || d->y > d->height ? ownRleBadDelta : ownRleGoesOn;
+    return d->x > d->width || d->y > d->height ? OwnRleResult::BAD_DELTA : OwnRleResult::GOES_ON;
 }
 
 template <class Coding> static OwnRleResult ownDecodeStep(OwnRleDecoder* d)
@@ -146,7 +146,8 @@ template <class Coding> static OwnRleResult ownDecodeStep(OwnRleDecoder* d)
     if (count != 0) return ownDecodeRun<Coding>(d, count);
     switch (*d->source) {
     case ownEndOfLine: return ownDecodeEndOfLine(d);
-    case ownEndOfBitmap: return d->y == d->height || d->y == d->height - 1 ? ownRleDone : ownRleBadHeight;
+    case ownEndOfBitmap:
+        return d->y == d->height || d->y == d->height - 1 ? OwnRleResult::DONE : OwnRleResult::BAD_HEIGHT;
     case ownDelta: return ownDecodeDelta<Coding>(d);
     default: return ownDecodeLiteral<Coding>(d);
     }
@@ -154,24 +155,24 @@ template <class Coding> static OwnRleResult ownDecodeStep(OwnRleDecoder* d)
 
 template <class Coding> static OwnRleResult ownDecodeAll(OwnRleDecoder* d)
 {
-    OwnRleResult result = ownRleGoesOn;
-    while (result == ownRleGoesOn) result = ownDecodeStep<Coding>(d);
+    OwnRleResult result = OwnRleResult::GOES_ON;
+    while (result == OwnRleResult::GOES_ON) result = ownDecodeStep<Coding>(d);
     return result;
 }
 
 static const char* ownRleFault(OwnRleResult result, bool isRle8)
 {
     switch (result) {
-    case ownRleBadSize:
+    case OwnRleResult::BAD_SIZE:
         return isRle8 ? "Incorrect format of BI_RLE8 DIB (mismatch biHeight or biWidth)"
                       : "Incorrect format of BI_RLE4 DIB (mismatch biHeight or biWidth)";
-    case ownRleBadWidth:
+    case OwnRleResult::BAD_WIDTH:
         return isRle8 ? "Incorrect format of BI_RLE8 DIB (mismatch biWidth)"
                       : "Incorrect format of BI_RLE4 DIB (mismatch biWidth)";
-    case ownRleBadHeight:
+    case OwnRleResult::BAD_HEIGHT:
         return isRle8 ? "Incorrect format of BI_RLE8 DIB (mismatch biHeight)"
                       : "Incorrect format of BI_RLE4 DIB (mismatch biHeight)";
-    case ownRleBadDelta:
+    case OwnRleResult::BAD_DELTA:
         return isRle8 ? "Incorrect format of BI_RLE8 DIB (bad Delta command)"
                       : "Incorrect format of BI_RLE4 DIB (bad Delta command)";
     default: return nullptr;
@@ -182,7 +183,7 @@ static OwnBuffer<uint8_t> ownDecompress(const OwnSite& site, const PxkBitmapInfo
 {
     const bool isRle8 = ownIsRle8(header);
     if (header.biHeight < 0 || header.biWidth < 0) {
-        ownReport(site, PXK_StsBadArg, ownRleFault(ownRleBadSize, isRle8));
+        ownReport(site, PXK_StsBadArg, ownRleFault(OwnRleResult::BAD_SIZE, isRle8));
         return nullptr;
     }
     const int64_t blockBytes = ownRowsBytes(header);
@@ -202,7 +203,7 @@ static OwnBuffer<uint8_t> ownDecompress(const OwnSite& site, const PxkBitmapInfo
     decoder.width = header.biWidth;
     decoder.height = header.biHeight;
     const OwnRleResult result = isRle8 ? ownDecodeAll<OwnRle8>(&decoder) : ownDecodeAll<OwnRle4>(&decoder);
-    if (result == ownRleDone) return block;
+    if (result == OwnRleResult::DONE) return block;
     ownReport(site, PXK_StsBadArg, ownRleFault(result, isRle8));
     return nullptr;
 }

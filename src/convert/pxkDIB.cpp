@@ -73,26 +73,32 @@ static PxkImage* ownCopyBits(const OwnSite& site, OwnTempImage image, PxkBitmapI
     return image.release();
 }
 
+static bool ownGoodTranslation(const OwnSite& site, const PxkBitmapInfoHeader& dib)
+{
+    const bool isRle8 = dib.biCompression == PXK_BI_RLE8;
+    const bool isRle4 = dib.biCompression == PXK_BI_RLE4;
+    return ownPassed(
+        site,
+        { { dib.biSize != sizeof dib, PXK_StsBadArg, "( dib->biSize != sizeof(BITMAPINFOHEADER) )" },
+          { dib.biPlanes != 1, PXK_StsBadArg, "(dib->biPlanes != 1)" },
+          { dib.biCompression > PXK_BI_BITFIELDS, PXK_StsBadArg,
+            "(dib->biCompression != 0) && (dib->biCompression != 1) && (dib->biCompression != 2) && "
+            "(dib->biCompression != 3)" },
+          { dib.biBitCount != 8 && isRle8, PXK_StsBadArg, "(dib->biBitCount != 8) && (dib->biCompression == 1)" },
+          { dib.biBitCount != 4 && isRle4, PXK_StsBadArg, "(dib->biBitCount != 4) && (dib->biCompression == 2)" },
+          { dib.biHeight < 0 && (isRle8 || isRle4), PXK_StsBadArg,
+            "(dib->biHeight < 0) && ( (dib->biCompression == 1) || (dib->biCompression == 2) )" } });
+}
+
 PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData)
 {
-    OWN_REFUSE_IF(dib == nullptr, PXK_StsBadArg, "( dib == ((void *)0) )", nullptr);
-    OWN_REFUSE_IF(cloneData == nullptr, PXK_StsBadArg, "( cloneData == ((void *)0) )", nullptr);
+    if (!ownPassed(OWN_HERE,
+                   { { dib == nullptr, PXK_StsBadArg, "( dib == ((void *)0) )" },
+                     { cloneData == nullptr, PXK_StsBadArg, "( cloneData == ((void *)0) )" } }))
+        return nullptr;
     const PxkBitmapInfoHeader header = ownLoadDib(dib);
-    const bool isRle8 = header.biCompression == PXK_BI_RLE8, isRle4 = header.biCompression == PXK_BI_RLE4;
-    OWN_REFUSE_IF(header.biSize != sizeof header, PXK_StsBadArg, "( dib->biSize != sizeof(BITMAPINFOHEADER) )",
-                  nullptr);
-    OWN_REFUSE_IF(header.biPlanes != 1, PXK_StsBadArg, "(dib->biPlanes != 1)", nullptr);
-    OWN_REFUSE_IF(header.biCompression > PXK_BI_BITFIELDS, PXK_StsBadArg,
-                  "(dib->biCompression != 0) && (dib->biCompression != 1) && (dib->biCompression != 2) && "
-                  "(dib->biCompression != 3)",
-                  nullptr);
-    OWN_REFUSE_IF(header.biBitCount != 8 && isRle8, PXK_StsBadArg,
-                  "(dib->biBitCount != 8) && (dib->biCompression == 1)", nullptr);
-    OWN_REFUSE_IF(header.biBitCount != 4 && isRle4, PXK_StsBadArg,
-                  "(dib->biBitCount != 4) && (dib->biCompression == 2)", nullptr);
-    OWN_REFUSE_IF(header.biHeight < 0 && (isRle8 || isRle4), PXK_StsBadArg,
-                  "(dib->biHeight < 0) && ( (dib->biCompression == 1) || (dib->biCompression == 2) )", nullptr);
-    OwnDibImageForm form;
+    if (!ownGoodTranslation(OWN_HERE, header)) return nullptr;
+    OwnDibImageForm form = {};
     OWN_REFUSE_IF(!ownFormOfDib(dib, &form), PXK_StsBadArg, "dib->biBitCount is bad", nullptr);
     OwnTempImage image(ownHeaderForDib(header, form));
     OWN_REFUSE_IF(!image, PXK_StsNoMem, "Not enough memory to allocate header for destination image", nullptr);

@@ -24,46 +24,39 @@ static const OwnLevelTexts ownLevelTexts[] = {
       "((dstImage->depth == 16) && (OneScale > 65535))", "((dstImage->depth == 16) && (OneScale < 0))" },
 };
 
-static const char* ownLevelFault(int32_t depth, int32_t zeroScale, int32_t oneScale)
+static bool ownGoodLevels(const OwnSite& site, int32_t depth, int32_t zeroScale, int32_t oneScale)
 {
     const OwnRange range = ownDepthRange(depth);
     for (const OwnLevelTexts& texts : ownLevelTexts) {
         if (texts.depth != depth) continue;
-        if (zeroScale > range.high) return texts.zeroIsHigh;
-        if (zeroScale < range.low) return texts.zeroIsLow;
-        if (oneScale > range.high) return texts.oneIsHigh;
-        if (oneScale < range.low) return texts.oneIsLow;
+        return ownPassed(site,
+                         { { zeroScale > range.high, PXK_StsBadArg, texts.zeroIsHigh },
+                           { zeroScale < range.low, PXK_StsBadArg, texts.zeroIsLow },
+                           { oneScale > range.high, PXK_StsBadArg, texts.oneIsHigh },
+                           { oneScale < range.low, PXK_StsBadArg, texts.oneIsLow } });
     }
-    return nullptr;
-}
-
-// The first failed check, as the text to report, or null.
-static const char* ownBitonalFault(const PxkImage* srcImage, const PxkImage* dstImage)
-{
-    if (srcImage->height != dstImage->height) return "(srcImage->height != dstImage->height)";
-    if (srcImage->width != dstImage->width) return "(srcImage->width != dstImage->width)";
-    if (srcImage->nChannels != 1) return "(srcImage->nChannels != 1)";
-    if (srcImage->depth != PXK_DEPTH_1U) return "(srcImage->depth != 1)";
-    if (dstImage->depth == PXK_DEPTH_32F) return "(dstImage->depth == 32)";
-    if (dstImage->depth == PXK_DEPTH_1U) return "(dstImage->depth == 1)";
-    return nullptr;
+    return true;
 }
 
 int32_t pxkBitonalToGray(PxkImage* srcImage, PxkImage* dstImage, int32_t ZeroScale, int32_t OneScale)
 {
-    const int32_t headerFault = ownHeaderFault(OWN_HERE, { srcImage, dstImage });
-    if (headerFault != PXK_StsOk) return headerFault;
-    const char* fault = ownBitonalFault(srcImage, dstImage);
-    if (fault == nullptr) fault = ownLevelFault(dstImage->depth, ZeroScale, OneScale);
-    OWN_REFUSE_IF(fault != nullptr, PXK_StsBadArg, fault, PXK_StsBadArg);
     const OwnSite site = OWN_HERE;
-    int32_t status = PXK_StsOk;
-    ownForIntegerDepth(dstImage->depth, [&](auto dst) {
+    const int32_t headerFault = ownFirstHeaderFault(site, { srcImage, dstImage });
+    if (headerFault != PXK_StsOk) return headerFault;
+    const bool isGood =
+        ownPassed(site,
+                  { { srcImage->height != dstImage->height, PXK_StsBadArg, "(srcImage->height != dstImage->height)" },
+                    { srcImage->width != dstImage->width, PXK_StsBadArg, "(srcImage->width != dstImage->width)" },
+                    { srcImage->nChannels != 1, PXK_StsBadArg, "(srcImage->nChannels != 1)" },
+                    { srcImage->depth != PXK_DEPTH_1U, PXK_StsBadArg, "(srcImage->depth != 1)" },
+                    { dstImage->depth == PXK_DEPTH_32F, PXK_StsBadArg, "(dstImage->depth == 32)" },
+                    { dstImage->depth == PXK_DEPTH_1U, PXK_StsBadArg, "(dstImage->depth == 1)" } });
+    if (!isGood || !ownGoodLevels(site, dstImage->depth, ZeroScale, OneScale)) return PXK_StsBadArg;
+    return ownForIntegerDepth(dstImage->depth, [&](auto dst) {
         using D = typename decltype(dst)::Sample;
         const D zero = static_cast<D>(ZeroScale);
         const D one = static_cast<D>(OneScale);
         const auto level = [zero, one](uint8_t bit) { return bit != 0 ? one : zero; };
-        status = ownRunDepthsAs<uint8_t, D>(site, srcImage, dstImage, level);
+        return ownRunDepthsAs<uint8_t, D>(site, srcImage, dstImage, level);
     });
-    return status;
 }

@@ -2,8 +2,8 @@
 #include <cmath>
 #include <limits>
 
-#include "frame/ownround.h"
 #include "frame/ownconversion.h"
+#include "frame/ownround.h"
 
 // ---- integer to integer --------------------------------------------------------------------------------------------
 
@@ -45,39 +45,34 @@ template <class D> struct OwnScaleRange {
     }
 };
 
-// The first failed check, as the text to report, or null.
-static const char* ownLayoutFault(const PxkImage* srcImage, const PxkImage* dstImage)
+static bool ownGoodLayout(const OwnSite& site, const PxkImage* srcImage, const PxkImage* dstImage)
 {
-    if (srcImage->dataOrder != dstImage->dataOrder && srcImage->nChannels != 1 && dstImage->nChannels != 1) {
-        return "((srcImage->dataOrder != dstImage->dataOrder)&& "
-               "((srcImage->nChannels != 1)&&(dstImage->nChannels != 1)))";
-    }
-    return srcImage->origin != dstImage->origin ? "(srcImage->origin != dstImage->origin)" : nullptr;
-}
-
-static const char* ownScaleFault(const PxkImage* srcImage, const PxkImage* dstImage)
-{
-    if (srcImage->depth == dstImage->depth) return "(srcImage->depth == dstImage->depth)";
-    if (srcImage->depth == PXK_DEPTH_1U) return "(srcImage->depth == 1)";
-    if (srcImage->depth == PXK_DEPTH_32F) return "(srcImage->depth == 32)";
-    if (dstImage->depth == PXK_DEPTH_1U) return "(dstImage->depth == 1)";
-    if (dstImage->depth == PXK_DEPTH_32F) return "(dstImage->depth == 32)";
-    return ownLayoutFault(srcImage, dstImage);
+    const bool isOrdered = srcImage->nChannels != 1 && dstImage->nChannels != 1;
+    return ownPassed(
+        site,
+        { { isOrdered && srcImage->dataOrder != dstImage->dataOrder, PXK_StsBadArg,
+            "((srcImage->dataOrder != dstImage->dataOrder)&& "
+            "((srcImage->nChannels != 1)&&(dstImage->nChannels != 1)))" },
+          { srcImage->origin != dstImage->origin, PXK_StsBadArg, "(srcImage->origin != dstImage->origin)" } });
 }
 
 int32_t pxkScale(PxkImage* srcImage, PxkImage* dstImage)
 {
-    if (!ownGoodHeaders(OWN_HERE, { srcImage, dstImage })) return PXK_StsBadArg;
-    const char* const fault = ownScaleFault(srcImage, dstImage);
-    OWN_REFUSE_IF(fault != nullptr, PXK_StsBadArg, fault, PXK_StsBadArg);
     const OwnSite site = OWN_HERE;
-    int32_t status = PXK_StsOk;
-    ownForIntegerDepths(srcImage->depth, dstImage->depth, [&](auto src, auto dst) {
+    if (!ownGoodHeaders(site, { srcImage, dstImage })) return PXK_StsBadArg;
+    const bool isGood =
+        ownPassed(site,
+                  { { srcImage->depth == dstImage->depth, PXK_StsBadArg, "(srcImage->depth == dstImage->depth)" },
+                    { srcImage->depth == PXK_DEPTH_1U, PXK_StsBadArg, "(srcImage->depth == 1)" },
+                    { srcImage->depth == PXK_DEPTH_32F, PXK_StsBadArg, "(srcImage->depth == 32)" },
+                    { dstImage->depth == PXK_DEPTH_1U, PXK_StsBadArg, "(dstImage->depth == 1)" },
+                    { dstImage->depth == PXK_DEPTH_32F, PXK_StsBadArg, "(dstImage->depth == 32)" } });
+    if (!isGood || !ownGoodLayout(site, srcImage, dstImage)) return PXK_StsBadArg;
+    return ownForIntegerDepths(srcImage->depth, dstImage->depth, [&](auto src, auto dst) {
         using S = typename decltype(src)::Sample;
         using D = typename decltype(dst)::Sample;
-        status = ownRunDepthsAs<S, D>(site, srcImage, dstImage, OwnScaleRange<D> {});
+        return ownRunDepthsAs<S, D>(site, srcImage, dstImage, OwnScaleRange<D> {});
     });
-    return status;
 }
 
 // ---- integer to float and back -------------------------------------------------------------------------------------
@@ -168,33 +163,31 @@ static int32_t ownScaleToFloat(const OwnSite& site, PxkImage* srcImage, PxkImage
                                     OwnWeightEnds<S> { least / Range::width, most / Range::width });
 }
 
-static const char* ownScaleFloatFault(const PxkImage* srcImage, const PxkImage* dstImage, float minVal, float maxVal)
+static bool ownGoodFloatScale(const OwnSite& site, const PxkImage* srcImage, const PxkImage* dstImage, float minVal,
+                              float maxVal)
 {
     const bool isFromFloat = srcImage->depth == PXK_DEPTH_32F;
     const bool isToFloat = dstImage->depth == PXK_DEPTH_32F;
-    if (!isFromFloat && !isToFloat) return "((srcImage->depth != 32)&& (dstImage->depth != 32))";
-    if (isFromFloat && isToFloat) return "((srcImage->depth == 32)&& (dstImage->depth == 32))";
-    if (srcImage->depth == PXK_DEPTH_1U || dstImage->depth == PXK_DEPTH_1U) {
-        return "((srcImage->depth == 1)|| (dstImage->depth == 1))";
-    }
-    const char* const layoutFault = ownLayoutFault(srcImage, dstImage);
-    if (layoutFault != nullptr) return layoutFault;
     const float range = maxVal - minVal;
-    return range <= 0.0f ? "((maxVal - minVal) <= 0.0f)" : nullptr;
+    return ownPassed(
+               site,
+               { { !isFromFloat && !isToFloat, PXK_StsBadArg, "((srcImage->depth != 32)&& (dstImage->depth != 32))" },
+                 { isFromFloat && isToFloat, PXK_StsBadArg, "((srcImage->depth == 32)&& (dstImage->depth == 32))" },
+                 { srcImage->depth == PXK_DEPTH_1U || dstImage->depth == PXK_DEPTH_1U, PXK_StsBadArg,
+                   "((srcImage->depth == 1)|| (dstImage->depth == 1))" } })
+        && ownGoodLayout(site, srcImage, dstImage)
+        && ownPassed(site, { { range <= 0.0f, PXK_StsBadArg, "((maxVal - minVal) <= 0.0f)" } });
 }
 
 int32_t pxkScaleFP(PxkImage* srcImage, PxkImage* dstImage, float minVal, float maxVal)
 {
-    if (!ownGoodHeaders(OWN_HERE, { srcImage, dstImage })) return PXK_StsBadArg;
-    const char* const fault = ownScaleFloatFault(srcImage, dstImage, minVal, maxVal);
-    OWN_REFUSE_IF(fault != nullptr, PXK_StsBadArg, fault, PXK_StsBadArg);
     const OwnSite site = OWN_HERE;
+    if (!ownGoodHeaders(site, { srcImage, dstImage }) || !ownGoodFloatScale(site, srcImage, dstImage, minVal, maxVal))
+        return PXK_StsBadArg;
     const bool isFromFloat = srcImage->depth == PXK_DEPTH_32F;
-    int32_t status = PXK_StsOk;
-    ownForIntegerDepth(isFromFloat ? dstImage->depth : srcImage->depth, [&](auto tag) {
+    return ownForIntegerDepth(isFromFloat ? dstImage->depth : srcImage->depth, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
-        status = isFromFloat ? ownScaleToInteger<T>(site, srcImage, dstImage, minVal, maxVal)
-                             : ownScaleToFloat<T>(site, srcImage, dstImage, minVal, maxVal);
+        return isFromFloat ? ownScaleToInteger<T>(site, srcImage, dstImage, minVal, maxVal)
+                           : ownScaleToFloat<T>(site, srcImage, dstImage, minVal, maxVal);
     });
-    return status;
 }

@@ -2,23 +2,20 @@
 #include <algorithm>
 
 #include "frame/ownbuffer.h"
-#include "frame/ownmask.h"
-#include "frame/ownreport.h"
 #include "ownextrema.h"
 
-// The first argument fault, as the text to report, or null.
-static const char* ownMorphFault(const PxkImage* srcImage, const PxkImage* dstImage, int32_t nIterations)
+static bool ownGoodMorph(const OwnSite& site, const PxkImage* src, const PxkImage* dst, int32_t nIterations)
 {
-    if (nIterations < 1) return "Illegal number of of iterations";
-    const int32_t depth = srcImage->depth;
-    if (depth != PXK_DEPTH_1U && depth != PXK_DEPTH_8U && depth != PXK_DEPTH_16U) return "Illegal image depth";
-    if (depth != dstImage->depth) return "SRC and DST depth are different";
-    if (srcImage->dataOrder != dstImage->dataOrder) return "SRC and DST order are different";
-    if (srcImage->origin != dstImage->origin) return "SRC and DST orign are different";
-    if (ownProcessedChannels(srcImage) != ownProcessedChannels(dstImage)) {
-        return "SRC and DST number of channels are different";
-    }
-    return nullptr;
+    const int32_t depth = src->depth;
+    const bool isServed = depth == PXK_DEPTH_1U || depth == PXK_DEPTH_8U || depth == PXK_DEPTH_16U;
+    return ownPassed(site,
+                     { { nIterations < 1, PXK_StsBadArg, "Illegal number of of iterations" },
+                       { !isServed, PXK_StsBadArg, "Illegal image depth" },
+                       { depth != dst->depth, PXK_StsBadArg, "SRC and DST depth are different" },
+                       { src->dataOrder != dst->dataOrder, PXK_StsBadArg, "SRC and DST order are different" },
+                       { src->origin != dst->origin, PXK_StsBadArg, "SRC and DST orign are different" },
+                       { ownProcessedChannels(src) != ownProcessedChannels(dst), PXK_StsBadArg,
+                         "SRC and DST number of channels are different" } });
 }
 
 // One pass. A window that reaches past the ring everywhere sees the same samples as a larger one, so its side is cut
@@ -29,8 +26,8 @@ static bool ownMorphPass(OwnWindowWork work, OwnExtremum kind, int32_t nIteratio
     const int32_t y = std::min(nIterations, work.sourceRect.height + 1);
     work.margins = { x, y, x, y };
     const int32_t depth = work.source->depth;
-    const auto engine = [&](const OwnBand& band) { return ownExtremaBand(band, depth, kind, 2 * x + 1, 2 * y + 1); };
-    return ownRunWindow(work, ownBandEngine(engine));
+    return ownRunWindow(work,
+                        [&](const OwnBand& band) { return ownExtremaBand(band, depth, kind, 2 * x + 1, 2 * y + 1); });
 }
 
 // The first pass's result over the whole region: its processed channels and nothing else.
@@ -52,47 +49,34 @@ struct OwnMorphPasses {
 
 static bool ownRunMorph(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations, const OwnMorphPasses& passes)
 {
-    OwnMask mask;
-    const OwnMaskCode code = ownCombineMasks({ srcImage->maskROI, dstImage->maskROI }, mask);
-    if (code == OWN_MASK_NO_MEMORY) return false;
-    const OwnSize size = ownCommonSize({ srcImage, dstImage }); // the ring lies round it, whatever the mask cuts off
-    if (code == OWN_MASK_EMPTY || size.isEmpty() || ownProcessedChannels(srcImage) == 0) return true;
-    OwnWindowWork work = {};
-    work.source = srcImage;
-    work.destination = dstImage;
-    work.sourceRect = ownRegionRect(srcImage);
-    work.sourceRect.width = size.width;
-    work.sourceRect.height = size.height;
-    work.isInPlace = ownSharePixels(srcImage, dstImage);
+    OwnArea area;
+    const OwnStart start = ownFindArea(area, { srcImage, dstImage });
+    if (start == OwnStart::NO_MEMORY) return false;
+    if (start == OwnStart::NOTHING_TO_DO || ownProcessedChannels(srcImage) == 0) return true;
+    OwnWindowWork work = ownWindowWork(srcImage, dstImage, area);
+    work.sourceRect.width = area.regions.width; // the ring lies round it, whatever the mask cuts off
+    work.sourceRect.height = area.regions.height;
     work.bitRows = OwnBitRows::AS_BITS;
     work.ring = 1;
-    OwnTempImage first;
-    if (passes.count == 2) {
-        first = ownFirstResult(srcImage, size);
-        if (first == nullptr || first->imageData == nullptr) return false;
-        OwnWindowWork firstPass = work;
-        firstPass.destination = first.get();
-        firstPass.destinationRect = { 0, 0, size.width, size.height };
-        firstPass.isInPlace = false;
-        if (!ownMorphPass(firstPass, passes.kinds[0], nIterations)) return false;
-        work.source = first.get();
-        work.sourceRect = firstPass.destinationRect;
-        work.isInPlace = false;
-        work.ring = 0;
-    }
-    const OwnRect region = ownRegionRect(dstImage);
-    work.destinationRect = { region.x, region.y, std::min(size.width, mask.size.width),
-                             std::min(size.height, mask.size.height) };
-    work.mask = mask.bitsOrNull();
-    return ownMorphPass(work, passes.kinds[passes.count - 1], nIterations);
+    if (passes.count == 1) return ownMorphPass(work, passes.kinds[0], nIterations);
+    const OwnTempImage first = ownFirstResult(srcImage, area.regions);
+    if (first == nullptr || first->imageData == nullptr) return false;
+    OwnWindowWork firstPass = work;
+    firstPass.destination = first.get();
+    firstPass.size = area.regions;
+    firstPass.mask = nullptr;
+    if (!ownMorphPass(firstPass, passes.kinds[0], nIterations)) return false;
+    work.source = first.get();
+    work.sourceRect = { 0, 0, area.regions.width, area.regions.height };
+    work.ring = 0;
+    return ownMorphPass(work, passes.kinds[1], nIterations);
 }
 
 static void ownMorph(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations, const OwnMorphPasses& passes)
 {
     pxkSetErrStatus(PXK_StsOk);
     OWN_REFUSE_BAD_HEADERS(srcImage, dstImage);
-    const char* const fault = ownMorphFault(srcImage, dstImage, nIterations);
-    OWN_REFUSE_IF(fault != nullptr, PXK_StsBadArg, fault);
+    if (!ownGoodMorph(OWN_HERE, srcImage, dstImage, nIterations)) return;
     // A shortage of memory and a refused tile are told by the status alone.
     if (!ownRunMorph(srcImage, dstImage, nIterations, passes)) pxkSetErrStatus(PXK_StsNoMem);
 }

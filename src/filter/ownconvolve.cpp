@@ -7,8 +7,8 @@
 #include <type_traits>
 
 #include "frame/owndepth.h"
-#include "frame/ownround.h"
 #include "frame/ownivdep.h"
+#include "frame/ownround.h"
 #include "ownsums.h"
 #include "pxk/pxk.h"
 

@@ -1,8 +1,6 @@
 #include "ownconvwork.h"
 
-#include <algorithm>
-
-#include "pxkborde.h"
+#include "frame/owndepth.h"
 
 static bool ownStartsInside(const PxkImage* image)
 {
@@ -13,58 +11,56 @@ static bool ownStartsInside(const PxkImage* image)
 
 bool ownGoodConvHeaders(const OwnSite& site, const OwnConvImages& images)
 {
-    if (!ownGoodHeaders(site, { images.srcImage, images.dstImage })) return false;
-    if (ownStartsInside(images.srcImage) && ownStartsInside(images.dstImage)) return true;
-    ownReport(site, PXK_StsBadRoiOffset, "Bad ROI offsets");
-    return false;
+    return ownGoodHeaders(site, { images.srcImage, images.dstImage })
+        && ownPassed(site,
+                     { { !ownStartsInside(images.srcImage) || !ownStartsInside(images.dstImage), PXK_StsBadRoiOffset,
+                         "Bad ROI offsets" } });
 }
 
-const char* ownConvImagesFault(const OwnConvImages& images, bool isFloat)
+bool ownGoodConvImages(const OwnSite& site, const OwnConvImages& images, bool isFloat)
 {
-    const PxkImage* const srcImage = images.srcImage;
-    const PxkImage* const dstImage = images.dstImage;
-    if (srcImage->depth != dstImage->depth || srcImage->dataOrder != dstImage->dataOrder) return "Uncompatible images";
-    if (!isFloat && srcImage->depth == PXK_DEPTH_32F) return "32F images can be processed only with FP kernel";
-    if (isFloat && srcImage->depth != PXK_DEPTH_32F) return "FP kernel can be used only for 32F image";
-    return nullptr;
+    const PxkImage* const src = images.srcImage;
+    const PxkImage* const dst = images.dstImage;
+    const bool isFloatImage = src->depth == PXK_DEPTH_32F;
+    return ownPassed(
+        site,
+        { { src->depth != dst->depth || src->dataOrder != dst->dataOrder, PXK_StsBadArg, "Uncompatible images" },
+          { !isFloat && isFloatImage, PXK_StsBadArg, "32F images can be processed only with FP kernel" },
+          { isFloat && !isFloatImage, PXK_StsBadArg, "FP kernel can be used only for 32F image" } });
 }
 
-// The first fault of the channels, as the text to report, or null.
-static const char* ownChannelsFault(const OwnConvImages& images)
+static bool ownGoodConvChannels(const OwnSite& site, const OwnConvImages& images)
 {
     const auto hasInterest = [](const PxkImage* image) { return image->roi != nullptr && image->roi->coi > 0; };
-    if (hasInterest(images.srcImage) != hasInterest(images.dstImage)) return "One of the COI is not defined";
     const int32_t nSource = ownProcessedChannels(images.srcImage);
     const int32_t nDestination = ownProcessedChannels(images.dstImage);
-    if (nSource == 0 || nDestination == 0) return "No channel to operate";
-    return nSource != nDestination ? "Uncompatible images" : nullptr;
+    return ownPassed(site,
+                     { { hasInterest(images.srcImage) != hasInterest(images.dstImage), PXK_StsBadArg,
+                         "One of the COI is not defined" },
+                       { nSource == 0 || nDestination == 0, PXK_StsBadArg, "No channel to operate" },
+                       { nSource != nDestination, PXK_StsBadArg, "Uncompatible images" } });
+}
+
+// A caller may have written any constants by hand.
+static void ownLimitBorderConstants(PxkImage* header)
+{
+    const OwnRange range = ownDepthRange(header->depth);
+    for (int32_t& constant : header->borderConst) constant = ownLimit(constant, range);
 }
 
 bool ownBeginConvWork(const OwnSite& site, const OwnConvImages& images, OwnConvWork& work)
 {
-    const OwnMaskCode code = ownCombineMasks({ images.srcImage->maskROI, images.dstImage->maskROI }, work.mask);
-    const OwnSize common = ownCommonSize({ images.srcImage, images.dstImage });
-    const OwnSize size = { std::min(common.width, work.mask.size.width),
-                           std::min(common.height, work.mask.size.height) };
-    if (code == OWN_MASK_EMPTY || size.isEmpty()) return false; // before the channels are looked at
-    const char* const fault = ownChannelsFault(images);
-    if (fault != nullptr || code == OWN_MASK_NO_MEMORY) {
-        ownReport(site, fault != nullptr ? PXK_StsBadArg : PXK_StsNoMem,
-                  fault != nullptr ? fault : "Allocation failure");
-        return false;
-    }
+    const OwnStart start = ownFindArea(work.area, { images.srcImage, images.dstImage });
+    if (start == OwnStart::NOTHING_TO_DO || !ownGoodConvChannels(site, images)) return false;
+    if (!ownPassed(site, { { start == OwnStart::NO_MEMORY, PXK_StsNoMem, "Allocation failure" } })) return false;
     work.source = *images.srcImage;
-    ownNormalizeBorderConsts(&work.source);
-    OwnWindowWork& window = work.window;
-    window = {};
-    ownPlaceWindow(window, &work.source, images.dstImage, size);
-    window.mask = work.mask.bitsOrNull();
-    window.bitRows = OwnBitRows::AS_BYTES;
-    window.ring = ownRingNone;
+    ownLimitBorderConstants(&work.source);
+    work.window = ownWindowWork(&work.source, images.dstImage, work.area);
+    work.window.bitRows = OwnBitRows::AS_BYTES;
     return true;
 }
 
-void ownRunConvWork(const OwnSite& site, OwnConvWork& work, const OwnMargins& margins, const OwnBandEngine& engine)
+void ownRunConvWork(const OwnSite& site, OwnConvWork& work, const OwnMargins& margins, OwnBandEngine engine)
 {
     work.window.margins = margins;
     if (!ownRunWindow(work.window, engine)) ownReport(site, PXK_StsNoMem, "Allocation failure");

@@ -1,8 +1,6 @@
 // What all convolutions share: the checks of their images, and the way through masks, borders and tiles to an engine.
 #pragma once
 
-#include "frame/ownmask.h"
-#include "frame/ownreport.h"
 #include "ownwindow.h"
 
 struct OwnConvImages {
@@ -13,17 +11,17 @@ struct OwnConvImages {
 // Headers and region offsets, reported.
 [[nodiscard]] bool ownGoodConvHeaders(const OwnSite& site, const OwnConvImages& images);
 
-// Depths and orders; the first fault as the text to report, or null.
-const char* ownConvImagesFault(const OwnConvImages& images, bool isFloat);
+// Depths and orders, reported.
+[[nodiscard]] bool ownGoodConvImages(const OwnSite& site, const OwnConvImages& images, bool isFloat);
 
 // A convolution behind its checks: sizes and masks are found, channels judged. False: nothing to do, or reported.
 struct OwnConvWork {
     OwnWindowWork window;
-    OwnMask mask;
+    OwnArea area;
     PxkImage source; // the caller's header with border constants limited to the depth
 };
 
 [[nodiscard]] bool ownBeginConvWork(const OwnSite& site, const OwnConvImages& images, OwnConvWork& work);
 
 // Brings the images to the engine. Whatever goes wrong there counts as a shortage of memory, and is reported.
-void ownRunConvWork(const OwnSite& site, OwnConvWork& work, const OwnMargins& margins, const OwnBandEngine& engine);
+void ownRunConvWork(const OwnSite& site, OwnConvWork& work, const OwnMargins& margins, OwnBandEngine engine);

@@ -13,11 +13,16 @@ struct OwnRectFilter {
     int32_t anchorY;
 };
 
-enum class OwnSameImage { REFUSED, ALLOWED };
+// In what the filters' rules differ.
+struct OwnRectRules {
+    bool allowsSameImage;
+    bool stopsOnStaleStatus;
+    int32_t refusedDepth;
+    const char* refusal;
+};
 
-// All checks, reported. False also for a stored status that is negative, and for images without a channel to process.
-[[nodiscard]] bool ownGoodRectFilter(const OwnSite& site, const OwnRectFilter& filter, OwnSameImage sameImage,
-                                     int32_t refusedDepth = PXK_DEPTH_32F, const char* refusal = "srcImage->depth==32");
+// All checks, reported. False also for images without a channel to process.
+[[nodiscard]] bool ownGoodRectFilter(const OwnSite& site, const OwnRectFilter& filter, const OwnRectRules& rules);
 
 // Masks, common size, borders and tiles. A shortage of memory or a refused tile ends the call without a report.
-void ownRunRectFilter(const OwnRectFilter& filter, OwnBitRows bitRows, const OwnBandEngine& engine);
+void ownRunRectFilter(const OwnRectFilter& filter, OwnBitRows bitRows, OwnBandEngine engine);

@@ -6,29 +6,22 @@
 #include "frame/ownbits.h"
 #include "frame/ownbuffer.h"
 #include "frame/owndepth.h"
-#include "frame/ownrect.h"
-#include "frame/ownwork.h"
+#include "frame/ownsource.h"
 
 // Source rows of a band stay in the second-level cache together.
 static constexpr int64_t ownBandBytes = 256 * 1024;
 
-// Where the source's pixels can be read in memory, and which of the image's pixels these are.
-struct OwnPixels {
-    OwnBlock block;
-    OwnRect rect;
-};
-
 // One pass of an engine: all channels of pixel-ordered images together, or a single channel.
 struct OwnPass {
-    const OwnWindowWork* work;
-    const OwnBandEngine* engine;
-    OwnPixels pixels;
+    const OwnWindowWork& work;
+    OwnBandEngine engine;
+    OwnSource source;
     int32_t channel;   // the first one, among the processed channels
     int32_t nChannels; // processed channels in this pass
     int32_t step;      // samples from pixel to pixel in the engine's rows
 
-    bool isBits() const { return work->source->depth == PXK_DEPTH_1U; }
-    bool isBitRows() const { return isBits() && work->bitRows == OwnBitRows::AS_BITS; }
+    bool isBits() const { return work.source->depth == PXK_DEPTH_1U; }
+    bool isBitRows() const { return isBits() && work.bitRows == OwnBitRows::AS_BITS; }
     ptrdiff_t pixelBytes(const OwnView& view) const { return isBits() ? 1 : step * view.sampleBytes; }
     ptrdiff_t rowBytes(const OwnView& view, ptrdiff_t n) const
     {
@@ -89,43 +82,25 @@ static bool ownImageRect(const OwnWindowWork& work, const OwnReaches& reaches, O
     return true;
 }
 
-static bool ownHolds(const OwnRect& outer, const OwnRect& inner)
-{
-    return inner.x >= outer.x && inner.y >= outer.y
-        && static_cast<int64_t>(inner.x) + inner.width <= static_cast<int64_t>(outer.x) + outer.width
-        && static_cast<int64_t>(inner.y) + inner.height <= static_cast<int64_t>(outer.y) + outer.height;
-}
-
-// Fetches all source pixels that an output rectangle depends on.
-static bool ownFetchFor(const OwnWindowWork& work, const OwnRect& output, OwnFetched& fetched, OwnPixels& pixels)
+// Makes all source pixels readable that an output rectangle depends on.
+static bool ownReadFor(const OwnWindowWork& work, const OwnRect& output, OwnReading reading, OwnSource& source)
 {
     OwnRect rect;
-    if (!ownImageRect(work, ownReaches(work, output), &rect)) return false;
-    fetched = ownFetch(work.source, rect.x, rect.y, rect.width, rect.height);
-    pixels = { fetched.block, rect };
-    return fetched.pixels != nullptr;
+    return ownImageRect(work, ownReaches(work, output), &rect) && ownReadSource(source, work.source, rect, reading);
 }
 
-bool ownSharePixels(const PxkImage* imageA, const PxkImage* imageB)
+OwnWindowWork ownWindowWork(PxkImage* source, PxkImage* destination, const OwnArea& area)
 {
-    if (imageA->tileInfo != nullptr || imageB->tileInfo != nullptr) return imageA->tileInfo == imageB->tileInfo;
-    const auto start = [](const PxkImage* image) { return reinterpret_cast<uintptr_t>(image->imageData); };
-    const auto end = [&](const PxkImage* image) {
-        const int32_t planes = image->dataOrder == PXK_DATA_ORDER_PLANE ? image->nChannels : 1;
-        return start(image) + static_cast<uintptr_t>(ownImageBlock(image).planeStep) * static_cast<uintptr_t>(planes);
-    };
-    return start(imageA) < end(imageB) && start(imageB) < end(imageA);
-}
-
-void ownPlaceWindow(OwnWindowWork& work, PxkImage* source, PxkImage* destination, OwnSize size)
-{
+    OwnWindowWork work = {};
     work.source = source;
     work.destination = destination;
-    work.isInPlace = ownSharePixels(source, destination);
     work.sourceRect = ownRegionRect(source);
-    work.destinationRect = ownRegionRect(destination);
-    work.sourceRect.width = work.destinationRect.width = size.width;
-    work.sourceRect.height = work.destinationRect.height = size.height;
+    work.sourceRect.width = area.size.width;
+    work.sourceRect.height = area.size.height;
+    work.size = area.size;
+    work.mask = area.mask.bitsOrNull();
+    work.ring = ownRingNone;
+    return work;
 }
 
 void ownLimitBits(const OwnBand& band)
@@ -139,7 +114,7 @@ void ownLimitBits(const OwnBand& band)
 // ---- source rows of a band -----------------------------------------------------------------------------------------
 
 struct OwnBandRows {
-    OwnFetched fetched;
+    OwnSource source; // where the pass's own does not hold them
     OwnBuffer<uint8_t> built;
     OwnBuffer<const uint8_t*> rows;
 };
@@ -170,9 +145,7 @@ static void ownBuildRow(const OwnPass& pass, OwnView view, int32_t y, const OwnR
         OwnView packed = view;
         packed.first = middle;
         packed.pixelStep = pixelBytes;
-        const OwnView views[2] = { view, packed };
-        const OwnCopyRow copyRow = { view.sampleBytes };
-        ownRunViews(views, 2, 1, nullptr, ownRowFunction(copyRow));
+        ownCopyView(view, packed, nullptr);
     }
     const size_t size = static_cast<size_t>(pixelBytes);
     for (ptrdiff_t i = 0; i < before; ++i) memcpy(to + i * pixelBytes, middle, size);
@@ -195,15 +168,14 @@ static bool ownBuildRows(const OwnPass& pass, const OwnView& view, const OwnReac
 // Finds or makes the rows that the output rectangle depends on.
 static bool ownLoadBand(const OwnPass& pass, const OwnRect& output, OwnBandRows& band)
 {
-    const OwnReaches reaches = ownReaches(*pass.work, output);
+    const OwnReaches reaches = ownReaches(pass.work, output);
     const OwnReach& rows = reaches.rows;
     const OwnReach& columns = reaches.columns;
-    OwnPixels pixels = pass.pixels;
     OwnRect rect;
-    if (!ownImageRect(*pass.work, reaches, &rect)) return false;
-    if (!ownHolds(pixels.rect, rect) && !ownFetchFor(*pass.work, output, band.fetched, pixels)) return false;
-    const OwnRect inBlock = { rect.x - pixels.rect.x, rect.y - pixels.rect.y, rect.width, rect.height };
-    OwnView view = ownBlockView(pass.work->source, pixels.block, inBlock);
+    if (!ownImageRect(pass.work, reaches, &rect)) return false;
+    const bool isHeld = pass.source.holds(rect);
+    if (!isHeld && !ownReadSource(band.source, pass.work.source, rect, OwnReading::AS_COPY)) return false;
+    OwnView view = (isHeld ? pass.source : band.source).view(rect);
     view.first += pass.channel * view.channelStep;
     view.nChannels = pass.nChannels;
     const bool isReady = pass.isBits() ? pass.isBitRows() && view.bit == 0 : view.pixelStep == pass.pixelBytes(view);
@@ -224,37 +196,18 @@ static bool ownLoadBand(const OwnPass& pass, const OwnRect& output, OwnBandRows&
 
 // ---- output --------------------------------------------------------------------------------------------------------
 
-// Output rows go straight to the destination where they lie there as the engine writes them; otherwise through a
-// buffer.
 static bool ownRunBand(const OwnPass& pass, const OwnRect& output, const OwnView& destination, const OwnBits* mask)
 {
     OwnBandRows source;
+    OwnOutput rows;
     if (!ownLoadBand(pass, output, source)) return false;
-    const bool isDirect = mask == nullptr && !pass.isBits() && pass.nChannels == pass.step
-        && destination.pixelStep == pass.pixelBytes(destination);
-    OwnView stage = destination;
-    OwnBuffer<uint8_t> staged;
-    if (!isDirect) {
-        stage.rowStep = ownBufferStep(pass.rowBytes(destination, output.width));
-        stage.sampleBytes = pass.isBitRows() ? 0 : std::max(destination.sampleBytes, 1);
-        stage.pixelStep = pass.isBitRows() ? 0 : pass.step * stage.sampleBytes;
-        stage.channelStep = stage.sampleBytes;
-        stage.bit = 0;
-        staged = ownBuffer<uint8_t>(static_cast<int64_t>(stage.rowStep) * output.height);
-        if (staged == nullptr) return false;
-        stage.first = staged.get();
-    }
+    if (!rows.open(destination, { pass.step, pass.isBitRows() }, output.height, mask)) return false;
     OwnBuffer<uint8_t*> out = ownBuffer<uint8_t*>(output.height);
     if (out == nullptr) return false;
-    for (int32_t y = 0; y < output.height; ++y) out[static_cast<size_t>(y)] = stage.first + y * stage.rowStep;
+    for (int32_t y = 0; y < output.height; ++y) out[static_cast<size_t>(y)] = rows.row(y);
     const ptrdiff_t width = static_cast<ptrdiff_t>(output.width) * pass.step;
-    if (!pass.engine->call(pass.engine->self, { source.rows.get(), out.get(), width, output.height, pass.step })) {
-        return false;
-    }
-    if (isDirect) return true;
-    const OwnView views[2] = { stage, destination };
-    const OwnCopyRow copyRow = { stage.sampleBytes };
-    ownRunViews(views, 2, 1, mask, ownRowFunction(copyRow));
+    if (!pass.engine({ source.rows.get(), out.get(), width, output.height, pass.step })) return false;
+    rows.store(destination, 0, output.height, mask);
     return true;
 }
 
@@ -273,11 +226,12 @@ static bool ownHasChannelOfInterest(const PxkImage* image)
     return image->roi != nullptr && image->roi->coi > 0;
 }
 
-static bool ownRunPiece(OwnPass& pass, const OwnRect& rect, const OwnBlock& block, const OwnRect& place)
+static bool ownRunPiece(OwnPass& pass, const OwnDestination& piece)
 {
-    const OwnWindowWork& work = *pass.work;
+    const OwnWindowWork& work = pass.work;
+    const OwnRect& rect = piece.rect;
     const bool isPixelOrder = work.source->dataOrder == PXK_DATA_ORDER_PIXEL;
-    const OwnView whole = ownBlockView(work.destination, block, place);
+    const OwnView& whole = piece.view;
     // Without a channel of interest rows start at the first channel and may carry an alpha channel along.
     const bool isTogether = work.source->nChannels == 1
         || (isPixelOrder && !ownHasChannelOfInterest(work.source) && !ownHasChannelOfInterest(work.destination));
@@ -292,58 +246,29 @@ static bool ownRunPiece(OwnPass& pass, const OwnRect& rect, const OwnBlock& bloc
             destination.height = output.height;
             destination.nChannels = pass.nChannels;
             OwnBits maskBits;
-            if (work.mask != nullptr) maskBits = ownBitsAt(*work.mask, output.x, output.y);
-            if (!ownRunBand(pass, output, destination, work.mask != nullptr ? &maskBits : nullptr)) return false;
+            if (piece.mask != nullptr) maskBits = ownBitsAt(*piece.mask, 0, y);
+            if (!ownRunBand(pass, output, destination, piece.mask != nullptr ? &maskBits : nullptr)) return false;
         }
     }
     return true;
 }
 
-// The part of the work inside one destination tile, which is given back whatever happens.
-static bool ownRunTile(OwnPass& pass, const OwnRect& rect)
+bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
 {
-    const OwnWindowWork& work = *pass.work;
-    PxkImage* const image = work.destination;
-    PxkTileInfo* const tiles = image->tileInfo;
-    OwnRect place = { work.destinationRect.x + rect.x, work.destinationRect.y + rect.y, rect.width, rect.height };
-    const int32_t column = place.x / tiles->width;
-    const int32_t row = place.y / tiles->height;
-    tiles->callBack(image, column, row, PXK_TILE_WRITE);
-    void* const tileData = tiles->tileData;
-    if (tileData == nullptr) return false;
-    place.x %= tiles->width;
-    place.y %= tiles->height;
-    OwnFetched fetched;
-    const bool isFetched = work.source->tileInfo != nullptr && !work.isInPlace;
-    const bool isGood = (!isFetched || ownFetchFor(work, rect, fetched, pass.pixels))
-        && ownRunPiece(pass, rect, ownTileBlock(image, tileData), place);
-    tiles->tileData = tileData;
-    tiles->callBack(image, column, row, PXK_TILE_RELEASE);
-    return isGood;
-}
-
-bool ownRunWindow(const OwnWindowWork& work, const OwnBandEngine& engine)
-{
-    const OwnRect all = { 0, 0, work.destinationRect.width, work.destinationRect.height };
-    const PxkTileInfo* const tiles = work.destination->tileInfo;
-    OwnPass pass = {};
-    pass.work = &work;
-    pass.engine = &engine;
-    OwnFetched fetched;
+    const OwnRect all = { 0, 0, work.size.width, work.size.height };
+    const bool isInPlace = ownSharePixels(work.source, work.destination);
     const bool isSourceTiled = work.source->tileInfo != nullptr;
-    if (work.isInPlace || (isSourceTiled && tiles == nullptr)) {
-        if (!ownFetchFor(work, all, fetched, pass.pixels)) return false;
+    const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
+    OwnPass pass = { work, engine, {}, 0, 0, 0 };
+    if (isInPlace || (isSourceTiled && !isReadByPiece)) {
+        if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {
-        pass.pixels = { ownImageBlock(work.source), { 0, 0, work.source->width, work.source->height } };
+        const OwnRect none = {};
+        if (!ownReadSource(pass.source, work.source, none, OwnReading::IN_PLACE)) return false;
     }
-    if (tiles == nullptr) return ownRunPiece(pass, all, ownImageBlock(work.destination), work.destinationRect);
-    const OwnRect& region = work.destinationRect;
-    for (OwnRect rect = {}; rect.y < all.height; rect.y += rect.height) {
-        rect.height = std::min(tiles->height - (region.y + rect.y) % tiles->height, all.height - rect.y);
-        for (rect.x = 0; rect.x < all.width; rect.x += rect.width) {
-            rect.width = std::min(tiles->width - (region.x + rect.x) % tiles->width, all.width - rect.x);
-            if (!ownRunTile(pass, rect)) return false;
-        }
-    }
-    return true;
+    const OwnWritten written = ownForPieces(work.destination, work.size, work.mask, [&](const OwnDestination& piece) {
+        if (isReadByPiece && !ownReadFor(work, piece.rect, OwnReading::AS_COPY, pass.source)) return false;
+        return ownRunPiece(pass, piece);
+    });
+    return written == OwnWritten::ALL;
 }

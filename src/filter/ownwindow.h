@@ -3,7 +3,7 @@
 // channels.
 #pragma once
 
-#include "frame/ownregion.h"
+#include "frame/ownpieces.h"
 
 // How many pixels a window reaches beyond the pixel it belongs to.
 struct OwnMargins {
@@ -27,15 +27,7 @@ struct OwnBand {
 void ownLimitBits(const OwnBand& band);
 
 // Computes all output rows of a band. False: out of memory.
-struct OwnBandEngine {
-    bool (*call)(const void* self, const OwnBand& band);
-    const void* self;
-};
-
-template <class F> OwnBandEngine ownBandEngine(const F& engine)
-{
-    return { [](const void* self, const OwnBand& band) { return (*static_cast<const F*>(self))(band); }, &engine };
-}
+using OwnBandEngine = OwnFunction<bool(const OwnBand&)>;
 
 enum class OwnBitRows {
     AS_BYTES, // a one-bit pixel is a byte of 0 or 1, in source and output rows
@@ -48,25 +40,21 @@ constexpr int32_t ownRingNone = -1;
 struct OwnWindowWork {
     PxkImage* source; // a private copy of the header where border constants had to be limited
     PxkImage* destination;
-    bool isInPlace;     // both are one image of the caller
-    OwnRect sourceRect; // of the size of destinationRect
-    OwnRect destinationRect;
+    OwnRect sourceRect;  // the part of the source's region that windows belong to
+    OwnSize size;        // of the output, which starts at the destination's region
     const OwnBits* mask; // null, or the bits of the work
     OwnMargins margins;
     OwnBitRows bitRows;
     // ownRingNone: real samples wherever the image has them, beyond it by its border modes. Otherwise only a ring of so
-    // many samples round the region is read in that way, and beyond the ring its samples repeat.
+    // many samples round the source rectangle is read in that way, and beyond the ring its samples repeat.
     int32_t ring;
 };
 
-// True when writing one image may change what is read from the other: one record of tiles, or overlapping blocks.
-bool ownSharePixels(const PxkImage* imageA, const PxkImage* imageB);
-
-// Images, rectangles of this size at each image's region, and whether pixels are shared.
-void ownPlaceWindow(OwnWindowWork& work, PxkImage* source, PxkImage* destination, OwnSize size);
+// A window over the images' regions, of this size at each.
+OwnWindowWork ownWindowWork(PxkImage* source, PxkImage* destination, const OwnArea& area);
 
 // Brings source rows to the engine and its output to the processed channels of the destination. A tiled destination is
 // walked tile by tile; a tiled source is fetched, for each destination tile if the destination is tiled too, otherwise
-// at once; in place all is fetched before the first write. False: out of memory, or a tile was refused; nothing was
-// reported.
-[[nodiscard]] bool ownRunWindow(const OwnWindowWork& work, const OwnBandEngine& engine);
+// at once; where both share pixels, all is fetched before the first write. False: out of memory, or a tile was refused;
+// nothing was reported.
+[[nodiscard]] bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine);

@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "frame/owndepth.h"
-#include "ownrowblocks.h"
 #include "ownrectfilter.h"
+#include "ownrowblocks.h"
 #include "ownsums.h"
 
 // floor((2 sum + n) / (2 n)): the nearest integer, halves upward, for negative sums too. The quotient of single
@@ -136,7 +136,6 @@ static bool ownBlurBand(const OwnBand& band, const OwnRectFilter& filter)
 void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY)
 {
     const OwnRectFilter filter = { srcImage, dstImage, nCols, nRows, anchorX, anchorY };
-    if (!ownGoodRectFilter(OWN_HERE, filter, OwnSameImage::ALLOWED, PXK_DEPTH_1U, "srcImage->depth==1")) return;
-    const auto engine = [&](const OwnBand& band) { return ownBlurBand(band, filter); };
-    ownRunRectFilter(filter, OwnBitRows::AS_BYTES, ownBandEngine(engine));
+    if (!ownGoodRectFilter(OWN_HERE, filter, { true, false, PXK_DEPTH_1U, "srcImage->depth==1" })) return;
+    ownRunRectFilter(filter, OwnBitRows::AS_BYTES, [&](const OwnBand& band) { return ownBlurBand(band, filter); });
 }

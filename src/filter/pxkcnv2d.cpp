@@ -1,5 +1,6 @@
 // Two-dimensional convolution.
-#include "frame/ownreport.h"
+#include <algorithm>
+
 #include "ownconvolve.h"
 #include "ownconvwork.h"
 #include "ownkernel.h"
@@ -14,40 +15,37 @@ static OwnCorrelation ownCorrelationOf(const PxkConvKernelFP* kernel)
     return { kernel->nCols, kernel->nRows, kernel->anchorX, kernel->anchorY, nullptr, kernel->values, 0 };
 }
 
-// The first fault of the kernels, as the text to report, or null. All are looked at for null before any is opened.
+// All kernels are looked at for null before any is opened.
 template <class Kernel>
-static const char* ownKernelsFault(Kernel* const* kernel, int32_t nKernels, int32_t combineMethod)
+static bool ownGoodKernels(const OwnSite& site, Kernel* const* kernel, int32_t nKernels, int32_t combineMethod)
 {
-    if (kernel == nullptr) return "kernel==0";
-    if (nKernels <= 0 || nKernels > ownMostKernels) return "(nKernels<=0 || nKernels>10)";
-    if (nKernels > 1 && (combineMethod < PXK_CONV_SUM || combineMethod > PXK_CONV_MIN)) return "Inadmissible method";
-    for (int32_t k = 0; k < nKernels; ++k) {
-        if (kernel[k] == nullptr) return "kernel[i]==0";
-    }
-    for (int32_t k = 0; k < nKernels; ++k) {
-        if (ownBadKernel(kernel[k])) return "Bad kernel structure";
-    }
-    return nullptr;
+    const bool isMethod = combineMethod >= PXK_CONV_SUM && combineMethod <= PXK_CONV_MIN;
+    if (!ownPassed(site,
+                   { { kernel == nullptr, PXK_StsBadArg, "kernel==0" },
+                     { nKernels <= 0 || nKernels > ownMostKernels, PXK_StsBadArg, "(nKernels<=0 || nKernels>10)" },
+                     { nKernels > 1 && !isMethod, PXK_StsBadArg, "Inadmissible method" } }))
+        return false;
+    Kernel* const* const end = kernel + nKernels;
+    return ownPassed(site, { { std::find(kernel, end, nullptr) != end, PXK_StsBadArg, "kernel[i]==0" } })
+        && ownPassed(site,
+                     { { std::any_of(kernel, end, ownBadKernel<Kernel>), PXK_StsBadArg, "Bad kernel structure" } });
 }
 
 template <class Kernel>
 static void ownConvolution(const OwnSite& site, OwnConvImages images, Kernel* const* kernel, int32_t nKernels,
                            int32_t combineMethod, bool isFloat)
 {
-    if (!ownGoodConvHeaders(site, images)) return;
-    const char* fault = ownKernelsFault(kernel, nKernels, combineMethod);
-    if (fault == nullptr) fault = ownConvImagesFault(images, isFloat);
-    if (fault != nullptr) return ownReport(site, PXK_StsBadArg, fault);
     OwnConvWork work;
-    if (!ownBeginConvWork(site, images, work)) return;
+    if (!ownGoodConvHeaders(site, images) || !ownGoodKernels(site, kernel, nKernels, combineMethod)
+        || !ownGoodConvImages(site, images, isFloat) || !ownBeginConvWork(site, images, work))
+        return;
     OwnCorrelation correlations[ownMostKernels];
     for (int32_t k = 0; k < nKernels; ++k) correlations[k] = ownCorrelationOf(kernel[k]);
     OwnConvPlan plan = {};
     if (!ownPlanConvolution(plan, images.srcImage->depth, correlations, nKernels, combineMethod)) {
         return ownReport(site, PXK_StsNoMem, "Allocation failure");
     }
-    const auto engine = [&](const OwnBand& band) { return ownConvolveBand(band, plan); };
-    ownRunConvWork(site, work, plan.margins, ownBandEngine(engine));
+    ownRunConvWork(site, work, plan.margins, [&](const OwnBand& band) { return ownConvolveBand(band, plan); });
 }
 
 void pxkConvolve2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel** kernel, int32_t nKernels,

@@ -45,10 +45,8 @@ void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filter)
     if (!ownGoodConvHeaders(OWN_HERE, images)) return;
     OWN_REFUSE_IF(filter < 0 || filter > 10, PXK_StsBadArg, "(filter < 0) || (filter > 10)");
     const bool isFloat = srcImage->depth == PXK_DEPTH_32F;
-    const char* const fault = ownConvImagesFault(images, isFloat);
-    OWN_REFUSE_IF(fault != nullptr, PXK_StsBadArg, fault);
     OwnConvWork work;
-    if (!ownBeginConvWork(OWN_HERE, images, work)) return;
+    if (!ownGoodConvImages(OWN_HERE, images, isFloat) || !ownBeginConvWork(OWN_HERE, images, work)) return;
 
     const OwnFixedFilter& fixed = ownFixedFilters[filter];
     float valuesFP[25];
@@ -62,6 +60,5 @@ void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filter)
     if (!ownPlanConvolution(plan, srcImage->depth, &correlation, 1, PXK_CONV_SUM)) {
         return OWN_REPORT(PXK_StsNoMem, "Allocation failure");
     }
-    const auto engine = [&](const OwnBand& band) { return ownConvolveBand(band, plan); };
-    ownRunConvWork(OWN_HERE, work, plan.margins, ownBandEngine(engine));
+    ownRunConvWork(OWN_HERE, work, plan.margins, [&](const OwnBand& band) { return ownConvolveBand(band, plan); });
 }

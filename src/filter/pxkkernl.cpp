@@ -2,27 +2,17 @@
 #include "frame/ownreport.h"
 #include "ownkernel.h"
 
-// The first fault of what a kernel is made from, as the text to report, or null.
-static const char* ownKernelFault(const void* values, int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY)
-{
-    if (values == nullptr) return "(values == 0)";
-    if (nRows <= 0 || nCols <= 0) return "(nRows<=0 || nCols<=0)";
-    if (anchorX < 0 || anchorY < 0 || nRows <= anchorY || nCols <= anchorX) {
-        return "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)";
-    }
-    return nullptr;
-}
-
 // The record with room for its coefficients, or null after a report.
 template <class Kernel, class Value>
 static Kernel* ownCreateKernel(const OwnSite& site, int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
                                const Value* values)
 {
-    const char* const fault = ownKernelFault(values, nCols, nRows, anchorX, anchorY);
-    if (fault != nullptr) {
-        ownReport(site, PXK_StsBadArg, fault);
+    const bool isOutside = anchorX < 0 || anchorY < 0 || nRows <= anchorY || nCols <= anchorX;
+    if (!ownPassed(site,
+                   { { values == nullptr, PXK_StsBadArg, "(values == 0)" },
+                     { nRows <= 0 || nCols <= 0, PXK_StsBadArg, "(nRows<=0 || nCols<=0)" },
+                     { isOutside, PXK_StsBadArg, "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)" } }))
         return nullptr;
-    }
     using Stored = std::remove_pointer_t<decltype(Kernel::values)>;
     const int64_t count = static_cast<int64_t>(nCols) * nRows;
     OwnBuffer<Kernel> kernel = ownBuffer<Kernel>(1);
@@ -72,22 +62,19 @@ struct OwnKernelParts {
     void* values;
 };
 
+// Sizes and anchors go in pairs: both of a pair report, then the status decides.
 template <class Kernel> static bool ownGoodParts(const OwnSite& site, const Kernel* kernel, const OwnKernelParts& parts)
 {
-    const auto isRefused = [&](bool condition, const char* text) {
-        if (condition) ownReport(site, PXK_StsBadArg, text);
-        return condition;
+    const auto arePresent = [&](std::initializer_list<OwnCheck> pair) {
+        return ownEveryFault(site, pair) == PXK_StsOk && pxkGetErrStatus() >= 0;
     };
-    if (isRefused(kernel == nullptr, "kernel==0")) return false;
-    if (isRefused(ownBadKernel(kernel), "ownBadKernel((OwnConvKernel*)kernel)")) return false;
-    // Sizes and anchors go in pairs: both of a pair report, then the status decides.
-    bool isBad = isRefused(parts.nRows == nullptr, "nRows==0");
-    isBad = isRefused(parts.nCols == nullptr, "nCols==0") || isBad;
-    if (isBad || pxkGetErrStatus() < 0) return false;
-    isBad = isRefused(parts.anchorX == nullptr, "anchorX==0");
-    isBad = isRefused(parts.anchorY == nullptr, "anchorY==0") || isBad;
-    if (isBad || pxkGetErrStatus() < 0) return false;
-    return !isRefused(parts.values == nullptr, "values==0");
+    return ownPassed(site, { { kernel == nullptr, PXK_StsBadArg, "kernel==0" } })
+        && ownPassed(site, { { ownBadKernel(kernel), PXK_StsBadArg, "ownBadKernel((OwnConvKernel*)kernel)" } })
+        && arePresent({ { parts.nRows == nullptr, PXK_StsBadArg, "nRows==0" },
+                        { parts.nCols == nullptr, PXK_StsBadArg, "nCols==0" } })
+        && arePresent({ { parts.anchorX == nullptr, PXK_StsBadArg, "anchorX==0" },
+                        { parts.anchorY == nullptr, PXK_StsBadArg, "anchorY==0" } })
+        && ownPassed(site, { { parts.values == nullptr, PXK_StsBadArg, "values==0" } });
 }
 
 template <class Value, class Kernel> static void ownGiveParts(const Kernel* kernel, const OwnKernelParts& parts)

@@ -9,7 +9,7 @@ enum class OwnRankFilter { MAXIMUM, MINIMUM, MEDIAN };
 
 static void ownRankFilter(const OwnSite& site, const OwnRectFilter& filter, OwnRankFilter rank)
 {
-    if (!ownGoodRectFilter(site, filter, OwnSameImage::REFUSED)) return;
+    if (!ownGoodRectFilter(site, filter, { false, true, PXK_DEPTH_32F, "srcImage->depth==32" })) return;
     const int32_t depth = filter.srcImage->depth;
     const auto engine = [&](const OwnBand& band) {
         if (rank == OwnRankFilter::MAXIMUM) {
@@ -22,7 +22,7 @@ static void ownRankFilter(const OwnSite& site, const OwnRectFilter& filter, OwnR
         return ownMedianBand(band, depth, filter.nCols, filter.nRows);
     };
     const OwnBitRows bitRows = rank == OwnRankFilter::MEDIAN ? OwnBitRows::AS_BYTES : OwnBitRows::AS_BITS;
-    ownRunRectFilter(filter, bitRows, ownBandEngine(engine));
+    ownRunRectFilter(filter, bitRows, engine);
 }
 
 void pxkMaxFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,

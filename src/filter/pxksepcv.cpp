@@ -4,8 +4,8 @@
 #include <type_traits>
 
 #include "frame/owndepth.h"
-#include "frame/ownround.h"
 #include "frame/ownivdep.h"
+#include "frame/ownround.h"
 #include "ownconvwork.h"
 #include "ownkernel.h"
 
@@ -129,16 +129,14 @@ static bool ownSeparateBand(const OwnBand& band, const OwnAxis<Value>& rows, con
     return true;
 }
 
-// The first fault of the kernels, as the text to report, or null.
-template <class Kernel> static const char* ownAxesFault(const Kernel* xKernel, const Kernel* yKernel)
+template <class Kernel> static bool ownGoodAxes(const OwnSite& site, const Kernel* xKernel, const Kernel* yKernel)
 {
-    if (xKernel == nullptr && yKernel == nullptr) return "(xKernel == 0) && (yKernel == 0)";
-    for (const Kernel* kernel : { xKernel, yKernel }) {
-        if (kernel != nullptr && ownBadKernel(kernel)) return "Bad kernel structure";
-    }
-    if (xKernel != nullptr && xKernel->nRows != 1) return "(xKernel->nRows != 1)";
-    if (yKernel != nullptr && yKernel->nCols != 1) return "(yKernel->nCols != 1)";
-    return nullptr;
+    const auto isBad = [](const Kernel* kernel) { return kernel != nullptr && ownBadKernel(kernel); };
+    return ownPassed(site,
+                     { { xKernel == nullptr && yKernel == nullptr, PXK_StsBadArg, "(xKernel == 0) && (yKernel == 0)" },
+                       { isBad(xKernel) || isBad(yKernel), PXK_StsBadArg, "Bad kernel structure" },
+                       { xKernel != nullptr && xKernel->nRows != 1, PXK_StsBadArg, "(xKernel->nRows != 1)" },
+                       { yKernel != nullptr && yKernel->nCols != 1, PXK_StsBadArg, "(yKernel->nCols != 1)" } });
 }
 
 template <class T, class Value>
@@ -157,12 +155,10 @@ template <class Kernel>
 static void ownSeparable(const OwnSite& site, const OwnConvImages& images, const Kernel* xKernel, const Kernel* yKernel)
 {
     constexpr bool isFloat = std::is_same<Kernel, PxkConvKernelFP>::value;
-    if (!ownGoodConvHeaders(site, images)) return;
-    const char* fault = ownConvImagesFault(images, isFloat);
-    if (fault == nullptr) fault = ownAxesFault(xKernel, yKernel);
-    if (fault != nullptr) return ownReport(site, PXK_StsBadArg, fault);
     OwnConvWork work;
-    if (!ownBeginConvWork(site, images, work)) return;
+    if (!ownGoodConvHeaders(site, images) || !ownGoodConvImages(site, images, isFloat)
+        || !ownGoodAxes(site, xKernel, yKernel) || !ownBeginConvWork(site, images, work))
+        return;
     const auto rows = ownAxisOf(xKernel, &Kernel::anchorX);
     const auto columns = ownAxisOf(yKernel, &Kernel::anchorY);
     const int32_t depth = images.srcImage->depth;
@@ -182,7 +178,7 @@ static void ownSeparable(const OwnSite& site, const OwnConvImages& images, const
     };
     const OwnMargins margins = { rows.anchor, columns.anchor, rows.count - rows.anchor - 1,
                                  columns.count - columns.anchor - 1 };
-    ownRunConvWork(site, work, margins, ownBandEngine(engine));
+    ownRunConvWork(site, work, margins, engine);
 }
 
 void pxkConvolveSep2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel* xKernel, PxkConvKernel* yKernel)

@@ -6,16 +6,16 @@
 
 // A stretch of a row of every operand, starting at bit `phase` of a byte of the last one.
 struct OwnBitRow {
-    const OwnRowFunction* kernel;
+    const OwnRowFunction* rowFunction;
     int32_t count;
     int32_t nSources;
-    OwnBits operands[ownMostOperands];
+    OwnBits operands[ownMostViews];
 };
 
 // Bits of at most ownStageBytes bytes, through blocks: sources are shifted to the last operand's bit position.
 static void ownRunBitBlock(const OwnBitRow& row, ptrdiff_t start, ptrdiff_t n, const OwnBits* mask)
 {
-    alignas(64) uint8_t stage[ownMostOperands][ownStageBytes];
+    alignas(64) uint8_t stage[ownMostViews][ownStageBytes];
     alignas(64) uint8_t maskBytes[ownStageBytes];
     alignas(64) uint8_t old[ownStageBytes];
     const int32_t phase = static_cast<int32_t>((row.operands[row.count - 1].bit + start) % 8);
@@ -24,13 +24,13 @@ static void ownRunBitBlock(const OwnBitRow& row, ptrdiff_t start, ptrdiff_t n, c
         const OwnBits at = ownBitsAt(bits, static_cast<int32_t>(start), 0);
         ownAlignBits(at.first, at.bit, to, phase, n);
     };
-    uint8_t* blocks[ownMostOperands];
+    uint8_t* blocks[ownMostViews];
     for (int32_t k = 0; k < row.count; ++k) {
         blocks[k] = stage[k];
-        if (k < row.nSources || row.kernel->updates) align(row.operands[k], stage[k]);
+        if (k < row.nSources || row.rowFunction->updates) align(row.operands[k], stage[k]);
     }
     if (mask != nullptr) align(*mask, maskBytes);
-    row.kernel->call(row.kernel->self, blocks, bytes);
+    (*row.rowFunction)(blocks, bytes);
     for (int32_t k = row.nSources; k < row.count; ++k) {
         const OwnBits at = ownBitsAt(row.operands[k], static_cast<int32_t>(start), 0);
         if (mask != nullptr) {
@@ -67,9 +67,9 @@ static void ownRunBitRow(const OwnBitRow& row, ptrdiff_t n, const OwnBits* mask)
         const ptrdiff_t head = std::min<ptrdiff_t>((8 - phase) % 8, n);
         if (head > 0) ownRunBitBlock(row, 0, head, nullptr);
         const ptrdiff_t bytes = (n - head) / 8;
-        uint8_t* operands[ownMostOperands];
+        uint8_t* operands[ownMostViews];
         for (int32_t k = 0; k < row.count; ++k) operands[k] = row.operands[k].first + (head > 0 ? 1 : 0);
-        if (bytes > 0) row.kernel->call(row.kernel->self, operands, bytes);
+        if (bytes > 0) (*row.rowFunction)(operands, bytes);
         start = head + 8 * bytes;
     }
     const ptrdiff_t most = 8 * ownStageBytes - 64;
@@ -92,10 +92,10 @@ static bool ownBitRowsTouch(const OwnBitRow& row, const OwnView& view)
 }
 
 void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                const OwnRowFunction& kernel)
+                const OwnRowFunction& rowFunction)
 {
     OwnBitRow row = {};
-    row.kernel = &kernel;
+    row.rowFunction = &rowFunction;
     row.count = count;
     row.nSources = count - nDestinations;
     for (int32_t k = 0; k < count; ++k) row.operands[k] = { views[k].first, views[k].rowStep, views[k].bit };

@@ -7,33 +7,8 @@
 
 #include "owndepth.h"
 
-// Where a pixel lies relative to the whole image, never to its region: a vertical part, or-ed with a horizontal one.
-enum OwnRegionCode {
-    OWN_INSIDE = 0,
-    OWN_ABOVE = 1,
-    OWN_BELOW = 2,
-    OWN_LEFT = 4,
-    OWN_RIGHT = 8,
-};
-
-inline int32_t ownRegionCode(const PxkImage* image, int64_t x, int64_t y)
-{
-    const int32_t vertical = y < 0 ? OWN_ABOVE : (y >= image->height ? OWN_BELOW : OWN_INSIDE);
-    const int32_t horizontal = x < 0 ? OWN_LEFT : (x >= image->width ? OWN_RIGHT : OWN_INSIDE);
-    return vertical | horizontal;
-}
-
-// Index into borderMode and borderConst.
-enum OwnSide { OWN_SIDE_TOP, OWN_SIDE_BOTTOM, OWN_SIDE_LEFT, OWN_SIDE_RIGHT, OWN_SIDE_NONE };
-
-// The side whose mode governs both coordinates: the four corners belong to top and bottom.
-inline int32_t ownBorderSide(int32_t regionCode)
-{
-    if ((regionCode & OWN_ABOVE) != 0) return OWN_SIDE_TOP;
-    if ((regionCode & OWN_BELOW) != 0) return OWN_SIDE_BOTTOM;
-    if ((regionCode & OWN_LEFT) != 0) return OWN_SIDE_LEFT;
-    return (regionCode & OWN_RIGHT) != 0 ? OWN_SIDE_RIGHT : OWN_SIDE_NONE;
-}
+// Index into borderMode and borderConst. The four corners belong to top and bottom.
+enum OwnSide : int32_t { OWN_SIDE_TOP, OWN_SIDE_BOTTOM, OWN_SIDE_LEFT, OWN_SIDE_RIGHT, OWN_SIDE_NONE };
 
 constexpr int32_t OWN_EDGE_NONE = 4; // inside the image: coordinates stay as they are
 
@@ -41,11 +16,6 @@ constexpr int32_t OWN_EDGE_NONE = 4; // inside the image: coordinates stay as th
 inline int32_t ownSideMode(const PxkImage* image, int32_t side)
 {
     return side == OWN_SIDE_NONE ? OWN_EDGE_NONE : image->borderMode[side] & 3;
-}
-
-inline int32_t ownBorderModeOf(const PxkImage* image, int32_t regionCode)
-{
-    return ownSideMode(image, ownBorderSide(regionCode));
 }
 
 // Coordinates c, c + 1, ... and the image coordinates that they stand for: from, from + step, ...
@@ -68,12 +38,6 @@ inline OwnBorderRun ownBorderRun(int32_t mode, int64_t c, int32_t n, int64_t mos
     const int64_t rest = c % period;
     const int64_t phase = rest < 0 ? rest + period : rest;
     return phase < n ? run(phase, 1, n - phase) : run(period - 1 - phase, -1, period - phase);
-}
-
-// A coordinate's own mapping.
-inline int32_t ownMapBorderCoord(int32_t mode, int32_t c, int32_t n)
-{
-    return ownBorderRun(mode, c, n, 1).from;
 }
 
 // A side's constant as the bits of a sample; one-bit depth: all ones or all zeros. A float image has one constant, the

@@ -1,40 +1,57 @@
 // The jump from a depth known at run time to a sample type known at compile time.
 #pragma once
 
+#include <type_traits>
+
 #include "pxk/pxk.h"
 
 template <class T> struct OwnSampleTag {
     using Sample = T;
 };
 
-// Calls onSample with the tag of the depth's sample type. False: one-bit or no depth at all, nothing called.
-template <class F> inline bool ownForDepth(int32_t depth, F&& onSample)
+// What onSample returns for the tag of the depth's sample type; zero, false or nothing, and not called, for one-bit and
+// for what is no depth.
+template <class F> inline auto ownForDepth(int32_t depth, F&& onSample) -> decltype(onSample(OwnSampleTag<uint8_t> {}))
 {
     switch (depth) {
-    case PXK_DEPTH_8U: onSample(OwnSampleTag<uint8_t> {}); return true;
-    case PXK_DEPTH_8S: onSample(OwnSampleTag<int8_t> {}); return true;
-    case PXK_DEPTH_16U: onSample(OwnSampleTag<uint16_t> {}); return true;
-    case PXK_DEPTH_16S: onSample(OwnSampleTag<int16_t> {}); return true;
-    case PXK_DEPTH_32S: onSample(OwnSampleTag<int32_t> {}); return true;
-    case PXK_DEPTH_32F: onSample(OwnSampleTag<float> {}); return true;
-    default: return false;
+    case PXK_DEPTH_8U: return onSample(OwnSampleTag<uint8_t> {});
+    case PXK_DEPTH_8S: return onSample(OwnSampleTag<int8_t> {});
+    case PXK_DEPTH_16U: return onSample(OwnSampleTag<uint16_t> {});
+    case PXK_DEPTH_16S: return onSample(OwnSampleTag<int16_t> {});
+    case PXK_DEPTH_32S: return onSample(OwnSampleTag<int32_t> {});
+    case PXK_DEPTH_32F: return onSample(OwnSampleTag<float> {});
+    default: return decltype(onSample(OwnSampleTag<uint8_t> {}))();
     }
 }
 
+// The same for integer depths alone.
+template <class F>
+inline auto ownForIntegerDepth(int32_t depth, F&& onSample) -> decltype(onSample(OwnSampleTag<uint8_t> {}))
+{
+    return ownForDepth(depth, [&](auto tag) -> decltype(onSample(OwnSampleTag<uint8_t> {})) {
+        if constexpr (std::is_integral<typename decltype(tag)::Sample>::value) {
+            return onSample(tag);
+        } else {
+            return decltype(onSample(OwnSampleTag<uint8_t> {}))();
+        }
+    });
+}
+
 // The same for operations on bit patterns, where only the width of a sample counts.
-template <class F> inline bool ownForSampleBytes(int32_t sampleBytes, F&& onSample)
+template <class F>
+inline auto ownForSampleBytes(int32_t sampleBytes, F&& onSample) -> decltype(onSample(OwnSampleTag<uint8_t> {}))
 {
     switch (sampleBytes) {
-    case 1: onSample(OwnSampleTag<uint8_t> {}); return true;
-    case 2: onSample(OwnSampleTag<uint16_t> {}); return true;
-    case 4: onSample(OwnSampleTag<uint32_t> {}); return true;
-    default: return false;
+    case 1: return onSample(OwnSampleTag<uint8_t> {});
+    case 2: return onSample(OwnSampleTag<uint16_t> {});
+    case 4: return onSample(OwnSampleTag<uint32_t> {});
+    default: return decltype(onSample(OwnSampleTag<uint8_t> {}))();
     }
 }
 
 inline bool ownIsDepth(int32_t depth)
 {
-    return depth == PXK_DEPTH_1U || ownForDepth(depth, [](auto) {});
+    return depth == PXK_DEPTH_1U || ownForDepth(depth, [](auto) { return true; });
 }
 
 inline int32_t ownDepthBits(int32_t depth)

@@ -23,66 +23,61 @@ static void ownAndRow(const uint8_t* from, int32_t fromBit, uint8_t* to, ptrdiff
     }
 }
 
-OwnMaskCode ownCombineMasks(std::initializer_list<const PxkImage*> masks, OwnMask& result)
+OwnMasks ownCombineMasks(std::initializer_list<const PxkImage*> masks, OwnSize size, OwnMask& result)
 {
-    const PxkImage* distinct[3];
+    const PxkImage* distinct[4];
     int32_t count = 0;
     for (const PxkImage* mask : masks) {
         if (mask == nullptr || std::find(distinct, distinct + count, mask) != distinct + count) continue;
         distinct[count++] = mask;
-        const OwnSize size = ownCommonSize({ mask });
-        result.size = { std::min(result.size.width, size.width), std::min(result.size.height, size.height) };
     }
-    if (count == 0) return OWN_MASK_READY;
-    if (result.size.isEmpty()) return OWN_MASK_EMPTY;
-    result.isGiven = true;
-    if (count == 1) {
-        result.bits = ownMaskStart(distinct[0]);
-        return OWN_MASK_READY;
-    }
-    const ptrdiff_t rowBytes = (ownBytesOfBits(0, result.size.width) + 7) & ~static_cast<ptrdiff_t>(7);
-    result.combined = ownBuffer<uint8_t>(static_cast<int64_t>(rowBytes) * result.size.height);
-    if (result.combined == nullptr) return OWN_MASK_NO_MEMORY;
+    result.isGiven = count > 0;
+    if (count == 0) return OwnMasks::READY;
+    result.bits = ownMaskStart(distinct[0]);
+    if (count == 1) return OwnMasks::READY;
+    const ptrdiff_t rowBytes = (ownBytesOfBits(0, size.width) + 7) & ~static_cast<ptrdiff_t>(7);
+    result.combined = ownBuffer<uint8_t>(static_cast<int64_t>(rowBytes) * size.height);
+    if (result.combined == nullptr) return OwnMasks::NO_MEMORY;
     result.bits = { result.combined.get(), rowBytes, 0 };
     for (int32_t k = 0; k < count; ++k) {
         const OwnBits from = ownMaskStart(distinct[k]);
-        for (int32_t y = 0; y < result.size.height; ++y) {
+        for (int32_t y = 0; y < size.height; ++y) {
             uint8_t* const to = result.bits.first + y * rowBytes;
             const uint8_t* const source = from.first + y * from.rowStep;
             if (k == 0) {
-                ownAlignBits(source, from.bit, to, 0, result.size.width);
+                ownAlignBits(source, from.bit, to, 0, size.width);
             } else {
-                ownAndRow(source, from.bit, to, result.size.width);
+                ownAndRow(source, from.bit, to, size.width);
             }
         }
     }
-    return OWN_MASK_COMBINED;
+    return OwnMasks::COMBINED;
 }
 
-// ---- runs ----------------------------------------------------------------------------------------------------------
+// ---- stretches -----------------------------------------------------------------------------------------------------
 
 static OwnMaskStretch::Kind ownKindOfBits(const OwnBits& row, ptrdiff_t start, int32_t n)
 {
     const ptrdiff_t position = row.bit + start;
     const uint64_t word = ownLoadBits(row.first + position / 8, static_cast<int32_t>(position % 8), n);
-    if (word == 0) return OwnMaskStretch::NONE;
+    if (word == 0) return OwnMaskStretch::Kind::NONE;
     const uint64_t all = n == 64 ? UINT64_MAX : ~(UINT64_MAX >> n);
-    return word == all ? OwnMaskStretch::ALL : OwnMaskStretch::MIXED;
+    return word == all ? OwnMaskStretch::Kind::ALL : OwnMaskStretch::Kind::MIXED;
 }
 
 OwnMaskStretch ownNextMaskStretch(const OwnBits& row, ptrdiff_t start, ptrdiff_t n, ptrdiff_t mostMixed)
 {
     const auto wordAt = [n](ptrdiff_t position) { return static_cast<int32_t>(std::min<ptrdiff_t>(64, n - position)); };
-    OwnMaskStretch run = { ownKindOfBits(row, start, wordAt(start)), wordAt(start) };
-    while (start + run.length < n) {
-        const ptrdiff_t next = start + run.length;
+    OwnMaskStretch stretch = { ownKindOfBits(row, start, wordAt(start)), wordAt(start) };
+    while (start + stretch.length < n) {
+        const ptrdiff_t next = start + stretch.length;
         const int32_t count = wordAt(next);
-        if (run.kind == OwnMaskStretch::MIXED && run.length + count > mostMixed) break;
-        if (ownKindOfBits(row, next, count) != run.kind) break;
-        run.length += count;
+        if (stretch.kind == OwnMaskStretch::Kind::MIXED && stretch.length + count > mostMixed) break;
+        if (ownKindOfBits(row, next, count) != stretch.kind) break;
+        stretch.length += count;
     }
-    if (run.kind == OwnMaskStretch::MIXED) run.length = std::min(run.length, mostMixed);
-    return run;
+    if (stretch.kind == OwnMaskStretch::Kind::MIXED) stretch.length = std::min(stretch.length, mostMixed);
+    return stretch;
 }
 
 // ---- bytes ---------------------------------------------------------------------------------------------------------

@@ -10,26 +10,20 @@
 struct OwnMask {
     bool isGiven = false;
     OwnBits bits = {};
-    OwnSize size = { INT32_MAX, INT32_MAX };
     OwnBuffer<uint8_t> combined; // holds the bits when several masks were joined
 
     const OwnBits* bitsOrNull() const { return isGiven ? &bits : nullptr; }
 };
 
-enum OwnMaskCode {
-    OWN_MASK_READY = 0, // no mask, or a single one
-    OWN_MASK_COMBINED = 1,
-    OWN_MASK_NO_MEMORY = 2,
-    OWN_MASK_EMPTY = 3, // some region has no pixels: there is nothing to do
-};
+enum class OwnMasks { READY, COMBINED, NO_MEMORY };
 
-// Joins up to three masks, each read at its own region's offset; nulls and repetitions do not count. A mask's own
-// maskROI selects nothing.
-[[nodiscard]] OwnMaskCode ownCombineMasks(std::initializer_list<const PxkImage*> masks, OwnMask& result);
+// Joins up to four masks, each read at its own region's offset; nulls and repetitions do not count. A mask's own
+// maskROI selects nothing. The masks' regions have pixels; `size` bounds what is joined.
+[[nodiscard]] OwnMasks ownCombineMasks(std::initializer_list<const PxkImage*> masks, OwnSize size, OwnMask& result);
 
 // A stretch of a mask row.
 struct OwnMaskStretch {
-    enum Kind { NONE, ALL, MIXED };
+    enum class Kind { NONE, ALL, MIXED };
     Kind kind;
     ptrdiff_t length; // pixels
 };

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "owndepth.h"
-#include "ownregion.h"
+#include "owntile.h"
 
 static int32_t ownRefuse(const OwnSite& site, int32_t status, const char* text)
 {
@@ -49,18 +49,13 @@ int32_t ownAccessPixel(const OwnPixelAccess& access, PxkImage* image, int32_t x,
 
     const bool isWrite = access.tileMode == PXK_TILE_WRITE;
     const int32_t row = image->origin == 1 ? image->height - y - 1 : y; // y counts from the picture's top edge
-    PxkTileInfo* const tiles = image->tileInfo;
-    if (tiles == nullptr) {
+    if (image->tileInfo == nullptr) {
         ownCopyPixel(image, ownImageBlock(image), x, row, pixel, isWrite);
         return PXK_StsOk;
     }
-    const int32_t tileColumn = x / tiles->width;
-    const int32_t tileRow = row / tiles->height;
-    tiles->callBack(image, tileColumn, tileRow, access.tileMode);
-    void* const tileData = tiles->tileData;
-    if (tileData == nullptr) return ownRefuse(site, -2, access.refusedTile);
-    ownCopyPixel(image, ownTileBlock(image, tileData), x % tiles->width, row % tiles->height, pixel, isWrite);
-    tiles->tileData = tileData;
-    tiles->callBack(image, tileColumn, tileRow, PXK_TILE_RELEASE);
+    OwnTile tile;
+    if (!tile.hold(image, x, row, access.tileMode)) return ownRefuse(site, -2, access.refusedTile);
+    const OwnRect place = ownInTile(image->tileInfo, { x, row, 1, 1 });
+    ownCopyPixel(image, tile.block(), place.x, place.y, pixel, isWrite);
     return PXK_StsOk;
 }

@@ -113,6 +113,7 @@ OwnConstant ownConstant(int32_t depth, uint32_t value)
         using T = typename decltype(tag)::Sample;
         const T sample = static_cast<T>(value);
         memcpy(constant.bytes, &sample, sizeof sample);
+        return true;
     });
     if (!isStored) constant.bytes[0] = (value & 1) != 0 ? 0xFF : 0;
     return constant;

@@ -6,7 +6,7 @@
 
 // Pixels x on of row `from` become n pixels of row `to`, from toX on. The two stretches share no pixel.
 using OwnPixelCopy = void (*)(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n,
-                            ptrdiff_t pixelBytes);
+                              ptrdiff_t pixelBytes);
 
 struct OwnPixelCopies {
     OwnPixelCopy forward;  // pixels x, x + 1, ...

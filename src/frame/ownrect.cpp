@@ -6,32 +6,9 @@
 #include "ownborder.h"
 #include "ownimage.h"
 #include "ownpixelcopy.h"
+#include "owntile.h"
 
 // ---- tiles ---------------------------------------------------------------------------------------------------------
-
-// Tiles that `extent` pixels from `start` on touch.
-static int32_t ownTilesTouched(int32_t start, int32_t extent, int32_t tileExtent)
-{
-    const int64_t last = static_cast<int64_t>(start) + extent - 1;
-    return static_cast<int32_t>(last / tileExtent - start / tileExtent + 1);
-}
-
-OwnTileGrid ownTileGrid(const PxkImage* image, int32_t height, int32_t width)
-{
-    constexpr int32_t memoryTile = 128;
-    const int32_t x = image->roi != nullptr ? std::max(image->roi->xOffset, 0) : 0;
-    const int32_t y = image->roi != nullptr ? std::max(image->roi->yOffset, 0) : 0;
-    OwnTileGrid grid = {};
-    grid.tileWidth = image->tileInfo != nullptr ? image->tileInfo->width : memoryTile;
-    grid.tileHeight = image->tileInfo != nullptr ? image->tileInfo->height : memoryTile;
-    grid.xStart = x % grid.tileWidth;
-    grid.yStart = y % grid.tileHeight;
-    grid.firstCol = x / grid.tileWidth;
-    grid.firstRow = y / grid.tileHeight;
-    grid.nCols = ownTilesTouched(x, width, grid.tileWidth);
-    grid.nRows = ownTilesTouched(y, height, grid.tileHeight);
-    return grid;
-}
 
 // A walk along one axis, forward or backward.
 struct OwnWalk {
@@ -82,15 +59,13 @@ static void ownCopyPart(const OwnBlock& source, const OwnWalk& columns, const Ow
 static bool ownReadTileRow(PxkImage* image, int32_t tileRow, OwnWalk columns, const OwnWalk& rows, void** held,
                            const OwnRectBuffer& buffer, int32_t bufX, int32_t bufY)
 {
-    PxkTileInfo* const tiles = image->tileInfo;
-    const int32_t tileWidth = tiles->width;
+    const int32_t tileWidth = image->tileInfo->width;
     const int32_t firstCol = columns.from / tileWidth;
     const int32_t lastCol = (columns.from + columns.step * (columns.count - 1)) / tileWidth;
     const OwnWalk cols = ownWalk(firstCol, lastCol);
     bool isGood = true;
     for (int32_t i = 0; i < cols.count; ++i) {
-        tiles->callBack(image, cols.from + i * columns.step, tileRow, PXK_TILE_READ);
-        held[i] = tiles->tileData;
+        held[i] = ownAskTile(image, cols.from + i * columns.step, tileRow, PXK_TILE_READ);
         isGood = isGood && held[i] != nullptr;
     }
     if (!isGood) return false;
@@ -101,8 +76,7 @@ static bool ownReadTileRow(PxkImage* image, int32_t tileRow, OwnWalk columns, co
         bufX += inTile.count;
     }
     for (int32_t i = cols.count - 1; i >= 0; --i) {
-        tiles->tileData = held[i];
-        tiles->callBack(image, cols.from + i * columns.step, tileRow, PXK_TILE_RELEASE);
+        ownReleaseTile(image, cols.from + i * columns.step, tileRow, held[i]);
     }
     return true;
 }
@@ -132,20 +106,20 @@ bool ownReadRect(PxkImage* image, const OwnCorners& corners, const OwnRectBuffer
 // ---- rectangles ----------------------------------------------------------------------------------------------------
 
 // Coordinates from `start` to before `end`, all on one side of an edge of the image.
-struct OwnStretch {
+struct OwnEdgePart {
     int64_t start;
     int64_t end;
     int64_t count() const { return end - start; }
 };
 
 // A rectangle's columns or rows: those before the image, inside and behind it. Some of the three may be empty.
-struct OwnStretches {
-    OwnStretch before;
-    OwnStretch inside;
-    OwnStretch behind;
+struct OwnEdgeParts {
+    OwnEdgePart before;
+    OwnEdgePart inside;
+    OwnEdgePart behind;
 };
 
-static OwnStretches ownStretches(int32_t start, int32_t extent, int32_t imageExtent)
+static OwnEdgeParts ownEdgeParts(int32_t start, int32_t extent, int32_t imageExtent)
 {
     const int64_t end = static_cast<int64_t>(start) + extent;
     const int64_t low = std::clamp<int64_t>(0, start, end);
@@ -158,7 +132,7 @@ struct OwnFetch {
     PxkImage* image;
     OwnRectBuffer buffer;
     OwnRect rect;
-    OwnStretches columns;
+    OwnEdgeParts columns;
 };
 
 // Rows of the image that the same rows of the buffer come from.
@@ -177,7 +151,7 @@ template <class F> static void ownForBufferRows(const OwnFetch& fetch, int32_t b
 }
 
 // Columns of the side's constant; all channels of a pixel get it.
-static void ownFillStretch(const OwnFetch& fetch, const OwnStretch& columns, const OwnFetchRows& rows, int32_t side)
+static void ownFillPart(const OwnFetch& fetch, const OwnEdgePart& columns, const OwnFetchRows& rows, int32_t side)
 {
     const OwnConstant constant = ownConstant(fetch.image->depth, ownBorderConstant(fetch.image, side));
     const int32_t unitSamples = fetch.buffer.pixelBytes != 0 ? fetch.buffer.pixelBytes / constant.sampleBytes : 1;
@@ -189,7 +163,8 @@ static void ownFillStretch(const OwnFetch& fetch, const OwnStretch& columns, con
 }
 
 // Columns after the first `period` ones repeat them. Each copy doubles what there is.
-static void ownRepeatColumns(const OwnFetch& fetch, const OwnStretch& columns, int64_t period, const OwnFetchRows& rows)
+static void ownRepeatColumns(const OwnFetch& fetch, const OwnEdgePart& columns, int64_t period,
+                             const OwnFetchRows& rows)
 {
     const OwnPixelCopy copy = ownPixelCopies(fetch.buffer.pixelBytes).forward;
     const ptrdiff_t first = static_cast<ptrdiff_t>(columns.start - fetch.rect.x);
@@ -217,7 +192,7 @@ static bool ownReadRun(const OwnFetch& fetch, const OwnBorderRun& columns, int32
 }
 
 // The columns of a stretch by their mode. Tiles are asked for again in each period; memory is read for the first one.
-static bool ownReadStretch(const OwnFetch& fetch, const OwnStretch& columns, const OwnFetchRows& rows, int32_t mode)
+static bool ownReadPart(const OwnFetch& fetch, const OwnEdgePart& columns, const OwnFetchRows& rows, int32_t mode)
 {
     const int64_t period = static_cast<int64_t>(fetch.image->width) * (mode == PXK_EDGE_MIRROR ? 2 : 1);
     const bool isRepeated = mode != PXK_EDGE_CLAMP && fetch.image->tileInfo == nullptr && columns.count() > period;
@@ -233,28 +208,28 @@ static bool ownReadStretch(const OwnFetch& fetch, const OwnStretch& columns, con
 
 static bool ownReadAcross(const OwnFetch& fetch, const OwnFetchRows& rows, int32_t leftMode, int32_t rightMode)
 {
-    const OwnStretches& columns = fetch.columns;
-    const auto outside = [&](const OwnStretch& stretch, int32_t mode, int32_t side) {
+    const OwnEdgeParts& columns = fetch.columns;
+    const auto outside = [&](const OwnEdgePart& stretch, int32_t mode, int32_t side) {
         if (stretch.count() == 0) return true;
-        if (mode != PXK_EDGE_CONST) return ownReadStretch(fetch, stretch, rows, mode);
-        ownFillStretch(fetch, stretch, rows, side);
+        if (mode != PXK_EDGE_CONST) return ownReadPart(fetch, stretch, rows, mode);
+        ownFillPart(fetch, stretch, rows, side);
         return true;
     };
     if (!outside(columns.before, leftMode, OWN_SIDE_LEFT)) return false;
-    if (columns.inside.count() > 0 && !ownReadStretch(fetch, columns.inside, rows, OWN_EDGE_NONE)) return false;
+    if (columns.inside.count() > 0 && !ownReadPart(fetch, columns.inside, rows, OWN_EDGE_NONE)) return false;
     return outside(columns.behind, rightMode, OWN_SIDE_RIGHT);
 }
 
 // A band of rows above or below the image. Its mode serves both coordinates.
-static bool ownFetchBand(const OwnFetch& fetch, const OwnStretch& band, int32_t side)
+static bool ownFetchBand(const OwnFetch& fetch, const OwnEdgePart& band, int32_t side)
 {
     if (band.count() == 0) return true;
     const int32_t mode = ownSideMode(fetch.image, side);
     const int32_t bandY = static_cast<int32_t>(band.start - fetch.rect.y);
     const int32_t height = static_cast<int32_t>(band.count());
     if (mode == PXK_EDGE_CONST) {
-        const OwnStretch all = { fetch.rect.x, fetch.columns.behind.end };
-        ownFillStretch(fetch, all, { { 0, 1, height }, bandY }, side);
+        const OwnEdgePart all = { fetch.rect.x, fetch.columns.behind.end };
+        ownFillPart(fetch, all, { { 0, 1, height }, bandY }, side);
         return true;
     }
     for (int64_t y = band.start; y < band.end;) {
@@ -271,7 +246,7 @@ static bool ownFetchBand(const OwnFetch& fetch, const OwnStretch& band, int32_t 
     return true;
 }
 
-static bool ownFetchMiddle(const OwnFetch& fetch, const OwnStretch& rows)
+static bool ownFetchMiddle(const OwnFetch& fetch, const OwnEdgePart& rows)
 {
     // Rows of an image in memory are finished in groups that stay in the cache; tiles are read once.
     constexpr int64_t memoryGroup = 16;
@@ -323,44 +298,16 @@ OwnFetched ownFetch(PxkImage* image, int32_t x, int32_t y, int32_t width, int32_
     OwnFetch fetch = {};
     fetch.image = image;
     fetch.rect = rect;
-    fetch.columns = ownStretches(x, width, image->width);
+    fetch.columns = ownEdgeParts(x, width, image->width);
     fetch.buffer.block = fetched.block;
     fetch.buffer.pixelBytes = ownSampleBytes(image->depth) * (isPlanes ? 1 : image->nChannels);
     fetch.buffer.planes = isPlanes ? image->nChannels : 1;
     if (fetch.buffer.pixelBytes == 0) { // bits are merged into bytes
         memset(fetched.block.data, 0, static_cast<size_t>(fetched.block.planeStep));
     }
-    const OwnStretches rows = ownStretches(y, height, image->height);
+    const OwnEdgeParts rows = ownEdgeParts(y, height, image->height);
     const bool isGood = ownFetchBand(fetch, rows.before, OWN_SIDE_TOP) && ownFetchMiddle(fetch, rows.inside)
         && ownFetchBand(fetch, rows.behind, OWN_SIDE_BOTTOM);
     if (!isGood) fetched.pixels.reset();
     return fetched;
-}
-
-uint8_t* ownFetchRect(PxkImage* image, int32_t x, int32_t y, int32_t width, int32_t height, int32_t* rowStep)
-{
-    OwnFetched fetched = ownFetch(image, x, y, width, height);
-    *rowStep = static_cast<int32_t>(fetched.block.rowStep);
-    return fetched.pixels.release();
-}
-
-void ownFreeRect(uint8_t* buffer)
-{
-    pxkFree(buffer);
-}
-
-PxkImage ownFetchedHeader(const PxkImage* image, const OwnFetched& fetched)
-{
-    PxkImage header = *image;
-    header.roi = nullptr;
-    header.maskROI = nullptr;
-    header.tileInfo = nullptr;
-    header.width = fetched.rect.width;
-    header.height = fetched.rect.height;
-    header.widthStep = static_cast<int32_t>(fetched.block.rowStep);
-    header.imageSize = static_cast<int32_t>(
-        ownImageSize(image->dataOrder, image->nChannels, fetched.rect.height, fetched.block.rowStep));
-    header.imageData = fetched.block.data;
-    header.imageDataBase = nullptr;
-    return header;
 }

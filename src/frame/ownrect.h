@@ -5,21 +5,6 @@
 #include "ownbuffer.h"
 #include "ownregion.h"
 
-// Which tiles a region touches. An image in memory counts as tiles of 128 by 128.
-struct OwnTileGrid {
-    int32_t xStart; // of the region, in its first tile
-    int32_t yStart;
-    int32_t tileHeight;
-    int32_t tileWidth;
-    int32_t firstCol;
-    int32_t firstRow;
-    int32_t nCols;
-    int32_t nRows;
-};
-
-// Of a region of the given size at the offset of the image's own region.
-OwnTileGrid ownTileGrid(const PxkImage* image, int32_t height, int32_t width);
-
 // A rectangle of an image as its first and its last pixel; `to` below `from` means walking backward.
 struct OwnCorners {
     int32_t xFrom;
@@ -51,11 +36,3 @@ struct OwnFetched {
 
 // The rectangle may lie anywhere: pixels outside the image follow its border modes and constants.
 [[nodiscard]] OwnFetched ownFetch(PxkImage* image, int32_t x, int32_t y, int32_t width, int32_t height);
-
-// The same as a bare buffer, null on failure, which goes back through ownFreeRect.
-[[nodiscard]] uint8_t* ownFetchRect(PxkImage* image, int32_t x, int32_t y, int32_t width, int32_t height,
-                                    int32_t* rowStep);
-void ownFreeRect(uint8_t* buffer);
-
-// A header for the copied rectangle as an image in memory, with neither region nor mask.
-PxkImage ownFetchedHeader(const PxkImage* image, const OwnFetched& fetched);

@@ -98,10 +98,9 @@ OwnView ownChannelView(const OwnView& view, int32_t channel)
     return one;
 }
 
-OwnView ownAlphaView(const PxkImage* image, const OwnView& view)
+int32_t ownAlphaPlace(const PxkImage* image)
 {
-    const int32_t firstChannel = std::max(ownChannelOfInterest(image) - 1, 0);
-    return ownChannelView(view, image->alphaChannel - 1 - firstChannel);
+    return image->alphaChannel - 1 - std::max(ownChannelOfInterest(image) - 1, 0);
 }
 
 OwnBits ownMaskStart(const PxkImage* mask)
@@ -121,6 +120,7 @@ static bool ownIsWholeBlock(const PxkImage* image)
     const int64_t rows =
         static_cast<int64_t>(image->height) * (image->dataOrder == PXK_DATA_ORDER_PLANE ? image->nChannels : 1);
     if (image->widthStep * rows != image->imageSize) return false; // a caller's own sizes need not fit each other
+    if (image->widthStep % std::max(ownSampleBytes(image->depth), 1) != 0) return false; // rows of torn samples
     const PxkROI* const roi = image->roi;
     if (roi == nullptr) return image->alphaChannel == 0;
     return roi->xOffset == 0 && roi->yOffset == 0 && roi->width >= image->width && roi->height >= image->height

@@ -49,8 +49,8 @@ OwnView ownRegionStart(const PxkImage* image);
 // One channel of a view, counted from the view's first one.
 OwnView ownChannelView(const OwnView& view, int32_t channel);
 
-// The alpha channel of the pixels that the image's view shows; the image has one.
-OwnView ownAlphaView(const PxkImage* image, const OwnView& view);
+// The alpha channel, counted from the first processed one, before which it may lie; the image has one.
+int32_t ownAlphaPlace(const PxkImage* image);
 
 // The region of a mask image.
 OwnBits ownMaskStart(const PxkImage* mask);

@@ -57,16 +57,16 @@ static void ownScatter(const uint8_t* from, uint8_t* to, ptrdiff_t step, int32_t
 // One row of every operand, as pixels of `unitSamples` contiguous samples of which the first `selectedSamples` take
 // part.
 struct OwnSampleRow {
-    const OwnRowFunction* kernel;
+    const OwnRowFunction* rowFunction;
     int32_t count;
     int32_t nSources;
     int32_t unitSamples;
     int32_t selectedSamples;
-    uint8_t* first[ownMostOperands];
-    ptrdiff_t pixelStep[ownMostOperands];
-    int32_t sampleBytes[ownMostOperands]; // 0: one-bit
-    int32_t bit[ownMostOperands];
-    int32_t together[ownMostOperands]; // operands from here on that are neighbouring channels of the same pixels
+    uint8_t* first[ownMostViews];
+    ptrdiff_t pixelStep[ownMostViews];
+    int32_t sampleBytes[ownMostViews]; // 0: one-bit
+    int32_t bit[ownMostViews];
+    int32_t together[ownMostViews]; // operands from here on that are neighbouring channels of the same pixels
 
     bool isBits(int32_t k) const { return sampleBytes[k] == 0; }
     bool isContiguous(int32_t k) const { return !isBits(k) && pixelStep[k] == unitSamples * sampleBytes[k]; }
@@ -153,27 +153,27 @@ static void ownBlendOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start
     ownStoreOperands(row, k, start, blocks, n);
 }
 
-// Pixels from `start` on: sources are gathered and results stored through blocks, where they do not lie as the kernel
-// wants them or only part of them counts.
+// Pixels from `start` on: sources are gathered and results stored through blocks, where they do not lie as the row
+// function wants them or only part of them counts.
 static void ownRunStaged(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n, const OwnBits* mask, bool isShifted)
 {
-    alignas(64) uint8_t stage[ownMostOperands][ownStageBytes];
+    alignas(64) uint8_t stage[ownMostViews][ownStageBytes];
     const ptrdiff_t most = ownStageBytes / (4 * row.unitSamples);
     const bool mustBlend = mask != nullptr || row.hasGap();
     const ptrdiff_t end = start + n;
     for (; start < end; start += most) {
         const ptrdiff_t pixels = std::min(most, end - start);
-        uint8_t* operands[ownMostOperands];
+        uint8_t* operands[ownMostViews];
         for (int32_t k = 0; k < row.count; k += row.together[k]) {
             const bool isDestination = k >= row.nSources;
             const bool inPlace = row.isContiguous(k) && !(isDestination && (mustBlend || isShifted));
             for (int32_t m = k; m < k + row.together[k]; ++m) operands[m] = stage[m];
             if (inPlace) operands[k] = row.first[k] + start * row.pixelStep[k];
-            if (!inPlace && (!isDestination || row.kernel->updates)) {
+            if (!inPlace && (!isDestination || row.rowFunction->updates)) {
                 ownLoadOperands(row, k, start, operands + k, pixels);
             }
         }
-        row.kernel->call(row.kernel->self, operands, row.samples(pixels));
+        (*row.rowFunction)(operands, row.samples(pixels));
         for (int32_t k = row.nSources; k < row.count; k += row.together[k]) {
             if (operands[k] != stage[k]) continue;
             if (mustBlend) {
@@ -187,9 +187,9 @@ static void ownRunStaged(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n, 
 
 static void ownRunDirect(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n)
 {
-    uint8_t* operands[ownMostOperands];
+    uint8_t* operands[ownMostViews];
     for (int32_t k = 0; k < row.count; ++k) operands[k] = row.first[k] + start * row.pixelStep[k];
-    row.kernel->call(row.kernel->self, operands, n * row.unitSamples);
+    (*row.rowFunction)(operands, n * row.unitSamples);
 }
 
 static void ownRunSampleRow(const OwnSampleRow& row, ptrdiff_t n, const OwnBits* mask)
@@ -202,21 +202,22 @@ static void ownRunSampleRow(const OwnSampleRow& row, ptrdiff_t n, const OwnBits*
     }
     const ptrdiff_t mostMixed = ownStageBytes / (4 * row.unitSamples);
     for (ptrdiff_t start = 0; start < n;) {
-        const OwnMaskStretch run = ownNextMaskStretch(*mask, start, n, mostMixed);
-        if (run.kind == OwnMaskStretch::ALL && isDirect) {
-            ownRunDirect(row, start, run.length);
-        } else if (run.kind != OwnMaskStretch::NONE) {
-            ownRunStaged(row, start, run.length, run.kind == OwnMaskStretch::MIXED ? mask : nullptr, isShifted);
+        const OwnMaskStretch stretch = ownNextMaskStretch(*mask, start, n, mostMixed);
+        if (stretch.kind == OwnMaskStretch::Kind::ALL && isDirect) {
+            ownRunDirect(row, start, stretch.length);
+        } else if (stretch.kind != OwnMaskStretch::Kind::NONE) {
+            ownRunStaged(row, start, stretch.length, stretch.kind == OwnMaskStretch::Kind::MIXED ? mask : nullptr,
+                         isShifted);
         }
-        start += run.length;
+        start += stretch.length;
     }
 }
 
 // How the channels of all operands can be walked together.
-enum OwnChannelWalk {
-    OWN_WALK_PACKED,   // all channels of a pixel are contiguous and take part: a row is one run of samples
-    OWN_WALK_GAPPED,   // the same pixel layout everywhere, but some channels are left out
-    OWN_WALK_SEPARATE, // channel by channel
+enum class OwnChannelWalk {
+    PACKED,   // all channels of a pixel are contiguous and take part: a row is one run of samples
+    GAPPED,   // the same pixel layout everywhere, but some channels are left out
+    SEPARATE, // channel by channel
 };
 
 // How many operands from k on, all sources or all destinations, are neighbouring channels of the same pixels and can be
@@ -258,7 +259,7 @@ static OwnChannelWalk ownChannelWalk(const OwnView* views, int32_t count, bool i
     bool isGapped = true;
     for (int32_t k = 0; k < count; ++k) {
         const OwnView& view = views[k];
-        if (view.sampleBytes == 0) return OWN_WALK_SEPARATE;
+        if (view.sampleBytes == 0) return OwnChannelWalk::SEPARATE;
         const ptrdiff_t unitSamples = view.pixelStep / view.sampleBytes;
         // Planes of one sample lie as close to each other as channels of a pixel do.
         const bool isTogether =
@@ -267,8 +268,8 @@ static OwnChannelWalk ownChannelWalk(const OwnView* views, int32_t count, bool i
         isGapped = isGapped && isTogether && unitSamples == views[0].pixelStep / views[0].sampleBytes
             && unitSamples <= mostUnitSamples;
     }
-    if (isPacked && (!isMasked || isGapped)) return OWN_WALK_PACKED;
-    return isGapped && !isPacked ? OWN_WALK_GAPPED : OWN_WALK_SEPARATE;
+    if (isPacked && (!isMasked || isGapped)) return OwnChannelWalk::PACKED;
+    return isGapped && !isPacked ? OwnChannelWalk::GAPPED : OwnChannelWalk::SEPARATE;
 }
 
 static bool ownRowsTouch(const OwnView* views, int32_t count, ptrdiff_t rowSamples)
@@ -288,20 +289,20 @@ static void ownPlaceRow(OwnSampleRow& row, const OwnView* views, int32_t channel
 }
 
 void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                   const OwnRowFunction& kernel)
+                   const OwnRowFunction& rowFunction)
 {
     const int32_t nChannels = views[0].nChannels;
     OwnSampleRow row = {};
-    row.kernel = &kernel;
+    row.rowFunction = &rowFunction;
     row.count = count;
     row.nSources = count - nDestinations;
     const OwnChannelWalk walk =
-        ownFindTogether(row, views) ? OWN_WALK_SEPARATE : ownChannelWalk(views, count, mask != nullptr);
+        ownFindTogether(row, views) ? OwnChannelWalk::SEPARATE : ownChannelWalk(views, count, mask != nullptr);
     // Without a mask a packed row is one run of samples, and so are touching rows.
-    const bool isPlainRun = walk == OWN_WALK_PACKED && mask == nullptr;
-    row.selectedSamples = walk == OWN_WALK_SEPARATE || isPlainRun ? 1 : nChannels;
-    row.unitSamples =
-        walk == OWN_WALK_GAPPED ? static_cast<int32_t>(views[0].pixelStep / views[0].sampleBytes) : row.selectedSamples;
+    const bool isPlainRun = walk == OwnChannelWalk::PACKED && mask == nullptr;
+    row.selectedSamples = walk == OwnChannelWalk::SEPARATE || isPlainRun ? 1 : nChannels;
+    row.unitSamples = walk == OwnChannelWalk::GAPPED ? static_cast<int32_t>(views[0].pixelStep / views[0].sampleBytes)
+                                                     : row.selectedSamples;
     for (int32_t k = 0; k < count; ++k) {
         row.pixelStep[k] = isPlainRun ? views[k].sampleBytes : views[k].pixelStep;
         row.sampleBytes[k] = views[k].sampleBytes;
@@ -309,12 +310,12 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
     }
     ptrdiff_t pixels = static_cast<ptrdiff_t>(views[0].width) * (isPlainRun ? nChannels : 1);
     int32_t height = views[0].height;
-    const bool isPlanes = walk == OWN_WALK_SEPARATE && mask == nullptr && row.isContiguousEverywhere();
+    const bool isPlanes = walk == OwnChannelWalk::SEPARATE && mask == nullptr && row.isContiguousEverywhere();
     if ((isPlainRun || isPlanes) && ownRowsTouch(views, count, pixels)) {
         pixels *= height;
         height = 1;
     }
-    for (int32_t channel = 0; channel < (walk == OWN_WALK_SEPARATE ? nChannels : 1); ++channel) {
+    for (int32_t channel = 0; channel < (walk == OwnChannelWalk::SEPARATE ? nChannels : 1); ++channel) {
         for (int32_t y = 0; y < height; ++y) {
             ownPlaceRow(row, views, channel, y);
             if (mask == nullptr) {

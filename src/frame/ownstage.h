@@ -1,7 +1,9 @@
-// How views reach a row kernel: in place, or through blocks on the stack where they do not lie as a kernel wants them.
+// How views reach a row function: in place, or through blocks on the stack where they do not lie as a row function
+// wants them.
 #pragma once
 
-#include "ownwork.h"
+#include "ownmask.h"
+#include "ownviews.h"
 
 // Samples are staged in blocks of this many bytes an operand, which stay in the first-level cache together.
 constexpr ptrdiff_t ownStageBytes = 4096;
@@ -19,6 +21,6 @@ inline void ownBlend(uint8_t* target, const uint8_t* result, const uint8_t* mask
 
 // The two halves of ownRunViews: samples, with one-bit views among them as bytes; and one-bit views alone.
 void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                   const OwnRowFunction& kernel);
+                   const OwnRowFunction& rowFunction);
 void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                const OwnRowFunction& kernel);
+                const OwnRowFunction& rowFunction);

@@ -1,48 +1,27 @@
-// The roads by which pixels reach a row kernel, each written once: memory, and the piece sweep over tiles.
+// Work areas: the one way in for all operations behind their checks; and the road of the point-wise ones.
 #pragma once
-
-#include <cstring>
 
 #include "ownmask.h"
 #include "ownreport.h"
-#include "ownivdep.h"
-#include "ownview.h"
+#include "owntile.h"
+#include "ownviews.h"
 
-// A row kernel: takes n contiguous samples of each image, sources first, destinations last, and never sees masks, gaps,
-// bit offsets or strides. One-bit images beside others are presented as bytes of 0 and 1; where all images are one-bit,
-// n counts bytes of eight pixels each. Destination samples hold their old values only for a kernel that says `updates`.
-struct OwnRowFunction {
-    void (*call)(const void* self, uint8_t* const* rows, ptrdiff_t n);
-    const void* self;
-    bool updates;
+// ---- the area ------------------------------------------------------------------------------------------------------
+
+// Which pixels a call works on: the smallest width and height of the images' regions, each at its own offset, and of
+// the masks, which are joined.
+struct OwnArea {
+    OwnSize regions; // of the regions alone
+    OwnSize size;
+    OwnMask mask;
 };
 
-// Refers to the function object, which must live as long as the kernel is used.
-template <class F> OwnRowFunction ownRowFunction(const F& rowFunction, bool updates = false)
-{
-    const auto call = [](const void* self, uint8_t* const* rows, ptrdiff_t n) {
-        (*static_cast<const F*>(self))(rows, n);
-    };
-    return { call, &rowFunction, updates };
-}
+enum class OwnStart { READY, NOTHING_TO_DO, NO_MEMORY };
 
-// The kernel that copies, source first; one-bit rows count bytes, which sampleBytes 0 stands for.
-struct OwnCopyRow {
-    int32_t sampleBytes;
-    void operator()(uint8_t* const* rows, ptrdiff_t n) const
-    {
-        memmove(rows[1], rows[0], static_cast<size_t>(n * (sampleBytes > 0 ? sampleBytes : 1)));
-    }
-};
+// Takes the masks of the images with them. Nothing is reported.
+[[nodiscard]] OwnStart ownFindArea(OwnArea& area, std::initializer_list<const PxkImage*> images);
 
-// Most images, or channels of images, that one kernel takes.
-constexpr int32_t ownMostOperands = 12;
-
-// Runs the kernel over views of one width, one height and one number of channels (one-bit views among others: one
-// channel). Only pixels whose mask bit is 1 change. Channels of the same pixels that are operands of their own are
-// moved together, whole pixels at a time, when they follow each other in the order of the channels.
-void ownRunViews(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
-                 const OwnRowFunction& kernel);
+// ---- point-wise work -----------------------------------------------------------------------------------------------
 
 // An image of a point-wise operation, and the words for a tile that its function refused.
 struct OwnOperand {
@@ -50,21 +29,34 @@ struct OwnOperand {
     const char* refusedTile;
 };
 
-// A point-wise operation behind its checks: its images (sources first, one destination last), mask and size.
+// A point-wise operation behind its checks: its images, sources first, destinations last.
 struct OwnWork {
     OwnSite site;
     OwnOperand operands[4];
     int32_t count;
-    OwnMask mask;
-    OwnSize size;
-    bool turnsDestination = false; // its rows are taken from the last one upward
-    int32_t status = PXK_StsOk;    // what ownBeginWork reported
+    int32_t nDestinations = 1; // their tiles are asked for writing; a measure has none
+    OwnArea area;
+    bool turnsDestination = false;       // its rows are taken from the last one upward
+    int32_t refusedTile = PXK_StsBadArg; // the status of that report
+
+    PxkImage* image(int32_t k) const { return operands[k].image; }
+    int32_t depth() const { return operands[0].image->depth; }
 };
 
-// Joins the masks of all images and takes the common size. False: nothing to do, or out of memory, which was reported.
-[[nodiscard]] bool ownBeginWork(OwnWork& work, const OwnSite& site, std::initializer_list<OwnOperand> operands);
+// An image whose only channel is alpha has no processed channel: as a rule there is nothing to do then.
+enum class OwnLoneAlpha { LEFT, WORKED_ON };
 
-// What a piece of the work looks like to the operation: one view for each image, and the mask's bits there.
+// Takes the area. PXK_StsOk with an empty size where there is nothing to do; PXK_StsNoMem: reported.
+[[nodiscard]] int32_t ownOpenWork(OwnWork& work, const OwnSite& site, std::initializer_list<OwnOperand> operands,
+                                  OwnLoneAlpha loneAlpha = OwnLoneAlpha::LEFT);
+
+// The same where no status is wanted. False: nothing to do, or reported.
+[[nodiscard]] inline bool ownBeginWork(OwnWork& work, const OwnSite& site, std::initializer_list<OwnOperand> operands)
+{
+    return ownOpenWork(work, site, operands) == PXK_StsOk && !work.area.size.isEmpty();
+}
+
+// A piece of the work: one view for each image, and the mask's bits there.
 struct OwnPiece {
     OwnView views[4];
     OwnBits maskBits;
@@ -73,22 +65,16 @@ struct OwnPiece {
     int32_t y;
 };
 
-// A function that handles one piece.
-struct OwnPieceRunner {
-    void (*call)(const void* self, const OwnPiece& piece);
-    const void* self;
-};
-
-template <class F> OwnPieceRunner ownPieceRunner(const F& onPiece)
-{
-    return { [](const void* self, const OwnPiece& piece) { (*static_cast<const F*>(self))(piece); }, &onPiece };
-}
-
 // Cuts the work into the largest pieces that stay inside the current tile of every tiled image; images in memory alone
 // are one piece. A tile is asked for before its pixels are touched and released once. False: a tile was refused,
 // reported.
-bool ownSweepPieces(const OwnWork& work, const OwnPieceRunner& runner);
+bool ownSweepPieces(const OwnWork& work, OwnFunction<void(const OwnPiece&)> onPiece);
 
-// Runs a kernel that treats all channels alike: whole images of one shape in one run with their row padding, all else
-// in pieces.
-void ownRunWork(const OwnWork& work, const OwnRowFunction& kernel);
+// What becomes of the padding behind the rows when whole images of one shape are worked on.
+enum class OwnPadding {
+    KEPT,
+    WORKED_ON, // like samples: the images are one long row
+};
+
+// Runs a row function that treats all channels alike. The last operand is the one destination.
+void ownRunWork(const OwnWork& work, OwnPadding padding, const OwnRowFunction& rowFunction);

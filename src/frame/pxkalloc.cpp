@@ -157,17 +157,6 @@ int32_t pxkCheckImageHeader(PxkImage* image)
     return fault;
 }
 
-int32_t ownHeaderFault(const OwnSite& site, std::initializer_list<PxkImage*> images)
-{
-    for (PxkImage* image : images) {
-        const int32_t fault = pxkCheckImageHeader(image);
-        if (fault == PXK_StsOk) continue;
-        ownReport(site, fault, "Incorrect Image");
-        return fault;
-    }
-    return PXK_StsOk;
-}
-
 // ---- making and filling --------------------------------------------------------------------------------------------
 
 PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t depth, const char* colorModel,

@@ -17,6 +17,10 @@ struct OwnParty {
     int32_t tileMode;
 
     bool isTiled() const { return block.data == nullptr; }
+    OwnRect place(const OwnRect& piece) const
+    {
+        return { rect.x + piece.x, rect.y + piece.y, piece.width, piece.height };
+    }
 };
 
 static OwnParty ownPartyOf(PxkImage* image, int32_t tileMode)
@@ -31,9 +35,9 @@ struct OwnTransfer {
     OwnParty parties[2];
     int32_t count;
     int32_t nDestinations;
+    OwnRowFunction rowFunction;
     OwnSize size;
     const OwnBits* mask;
-    OwnRowFunction kernel;
 };
 
 static void ownRunPiece(const OwnTransfer& transfer, const OwnBlock* blocks, const OwnRect* places,
@@ -46,7 +50,7 @@ static void ownRunPiece(const OwnTransfer& transfer, const OwnBlock* blocks, con
     OwnBits maskBits;
     if (transfer.mask != nullptr) maskBits = ownBitsAt(*transfer.mask, piece.x, piece.y);
     ownRunViews(views, transfer.count, transfer.nDestinations, transfer.mask != nullptr ? &maskBits : nullptr,
-                transfer.kernel);
+                transfer.rowFunction);
 }
 
 static bool ownRunTransfer(const OwnTransfer& transfer);
@@ -54,120 +58,91 @@ static bool ownRunTransfer(const OwnTransfer& transfer);
 // What an exchange of two tiled images fetched from the first one now holds the second one's pixels; they go back.
 static bool ownStoreFetched(const OwnTransfer& transfer, const OwnBlock& fetched, const OwnRect& piece)
 {
-    PxkImage* const image = transfer.parties[0].image;
-    const OwnRect& rect = transfer.parties[0].rect;
-    const OwnParty from = { image, fetched, { 0, 0, piece.width, piece.height }, PXK_TILE_READ };
-    const OwnRect place = { rect.x + piece.x, rect.y + piece.y, piece.width, piece.height };
-    const OwnParty to = { image, OwnBlock {}, place, PXK_TILE_WRITE };
-    const OwnCopyRow copyRow = { ownSampleBytes(image->depth) };
+    const OwnParty& party = transfer.parties[0];
+    const OwnParty from = { party.image, fetched, { 0, 0, piece.width, piece.height }, PXK_TILE_READ };
+    const OwnParty to = { party.image, OwnBlock {}, party.place(piece), PXK_TILE_WRITE };
+    const OwnCopyRow copyRow = { ownSampleBytes(party.image->depth) };
     OwnBits maskBits;
     if (transfer.mask != nullptr) maskBits = ownBitsAt(*transfer.mask, piece.x, piece.y);
     return ownRunTransfer({ transfer.site,
                             { from, to },
                             2,
                             1,
+                            copyRow,
                             { piece.width, piece.height },
-                            transfer.mask != nullptr ? &maskBits : nullptr,
-                            ownRowFunction(copyRow) });
+                            transfer.mask != nullptr ? &maskBits : nullptr });
 }
 
-// One piece: the part of the work inside one tile of the grid image, which is the last tiled party.
+// One piece: the part of the work inside one tile of the grid image, which is the last tiled party. After a failed step
+// the tile stays held, as in all operations of this family.
 static bool ownRunTilePiece(const OwnTransfer& transfer, int32_t grid, const OwnRect& piece)
 {
-    OwnBlock blocks[2];
-    OwnRect places[2];
-    for (int32_t k = 0; k < transfer.count; ++k) {
-        const OwnRect& rect = transfer.parties[k].rect;
-        blocks[k] = transfer.parties[k].block;
-        places[k] = { rect.x + piece.x, rect.y + piece.y, piece.width, piece.height };
-    }
     const OwnParty& tiled = transfer.parties[grid];
-    PxkTileInfo* const tiles = tiled.image->tileInfo;
-    const int32_t column = places[grid].x / tiles->width;
-    const int32_t row = places[grid].y / tiles->height;
-    tiles->callBack(tiled.image, column, row, tiled.tileMode);
-    void* const tileData = tiles->tileData;
-    if (tileData == nullptr) {
+    OwnBlock blocks[2] = { transfer.parties[0].block, transfer.parties[1].block };
+    OwnRect places[2] = { transfer.parties[0].place(piece), transfer.parties[1].place(piece) };
+    OwnTile tile;
+    if (!tile.hold(tiled.image, places[grid].x, places[grid].y, tiled.tileMode)) {
         const bool isWrite = tiled.tileMode == PXK_TILE_WRITE;
         ownReport(transfer.site, -2, isWrite ? "Error get tile to write" : "Error get tile to read");
         return false;
     }
-    blocks[grid] = ownTileBlock(tiled.image, tileData);
-    places[grid].x %= tiles->width;
-    places[grid].y %= tiles->height;
+    blocks[grid] = tile.block();
+    places[grid] = ownInTile(tiled.image->tileInfo, places[grid]);
 
     OwnFetched fetched;
     const bool isFetched = grid == 1 && transfer.parties[0].isTiled();
     if (isFetched) {
-        PxkImage* const source = transfer.parties[0].image;
-        fetched = ownFetch(source, places[0].x, places[0].y, piece.width, piece.height);
+        fetched = ownFetch(transfer.parties[0].image, places[0].x, places[0].y, piece.width, piece.height);
         if (fetched.pixels == nullptr || pxkGetErrStatus() < 0) {
             ownReport(transfer.site, PXK_StsBackTrace, "");
-            return false; // the tile stays held, as after every failed tile step of this family
+            tile.leave();
+            return false;
         }
         blocks[0] = fetched.block;
         places[0] = { 0, 0, piece.width, piece.height };
     }
     ownRunPiece(transfer, blocks, places, piece);
-    tiles->tileData = tileData;
-    tiles->callBack(tiled.image, column, row, PXK_TILE_RELEASE);
+    tile.release();
     return !(isFetched && transfer.nDestinations == 2) || ownStoreFetched(transfer, fetched.block, piece);
 }
 
 // Walks the tiles of the destination, or of the source where only that one is tiled.
 static bool ownRunTransfer(const OwnTransfer& transfer)
 {
-    int32_t grid = transfer.count - 1;
-    while (grid >= 0 && !transfer.parties[grid].isTiled()) --grid;
-    if (grid < 0) {
-        OwnBlock blocks[2];
-        OwnRect places[2];
-        for (int32_t k = 0; k < transfer.count; ++k) {
-            blocks[k] = transfer.parties[k].block;
-            places[k] = transfer.parties[k].rect;
-            places[k].width = transfer.size.width;
-            places[k].height = transfer.size.height;
-        }
-        ownRunPiece(transfer, blocks, places, { 0, 0, transfer.size.width, transfer.size.height });
+    int32_t tiled = transfer.count - 1;
+    while (tiled >= 0 && !transfer.parties[tiled].isTiled()) --tiled;
+    const OwnRect all = { 0, 0, transfer.size.width, transfer.size.height };
+    if (tiled < 0) {
+        const OwnBlock blocks[2] = { transfer.parties[0].block, transfer.parties[1].block };
+        const OwnRect places[2] = { transfer.parties[0].place(all), transfer.parties[1].place(all) };
+        ownRunPiece(transfer, blocks, places, all);
         return true;
     }
-    const OwnRect& rect = transfer.parties[grid].rect;
-    const PxkTileInfo* const tiles = transfer.parties[grid].image->tileInfo;
-    for (OwnRect piece = {}; piece.y < transfer.size.height; piece.y += piece.height) {
-        piece.height = std::min(tiles->height - (rect.y + piece.y) % tiles->height, transfer.size.height - piece.y);
-        for (piece.x = 0; piece.x < transfer.size.width; piece.x += piece.width) {
-            piece.width = std::min(tiles->width - (rect.x + piece.x) % tiles->width, transfer.size.width - piece.x);
-            if (!ownRunTilePiece(transfer, grid, piece)) return false;
-        }
-    }
-    return true;
+    const OwnParty& party = transfer.parties[tiled];
+    const OwnGrid grid = { party.image->tileInfo, party.rect.x, party.rect.y, false };
+    return ownWalkTiles(transfer.size, &grid, 1,
+                        [&](const OwnRect& piece) { return ownRunTilePiece(transfer, tiled, piece); });
 }
 
-// Behind the argument checks: masks, common size, channels, and the way through memory or tiles. The images' parties
-// are given; size and mask are found here.
+// Behind the argument checks: masks, common size, channels, and the way through memory or tiles.
 static void ownTraverse(OwnTransfer transfer)
 {
     PxkImage* const first = transfer.parties[0].image;
     PxkImage* const last = transfer.parties[transfer.count - 1].image;
-    OwnMask mask;
-    const OwnMaskCode code = ownCombineMasks({ first->maskROI, last->maskROI }, mask);
-    if (code == OWN_MASK_NO_MEMORY) return ownReport(transfer.site, PXK_StsBackTrace, "");
-    if (code == OWN_MASK_EMPTY) return;
-    const OwnSize size = ownCommonSize({ first, last });
-    transfer.size = { std::min(size.width, mask.size.width), std::min(size.height, mask.size.height) };
-    transfer.mask = mask.bitsOrNull();
+    OwnArea area;
+    const OwnStart start = ownFindArea(area, { first, last });
+    if (start == OwnStart::NO_MEMORY) return ownReport(transfer.site, PXK_StsBackTrace, "");
+    if (start == OwnStart::NOTHING_TO_DO) return;
+    transfer.size = area.size;
+    transfer.mask = area.mask.bitsOrNull();
     const int32_t nFirst = ownProcessedChannels(first);
     const int32_t nLast = ownProcessedChannels(last);
-    const bool isLoneAlpha = (nFirst == 0 && first->roi == nullptr) || (nLast == 0 && last->roi == nullptr);
-    if (transfer.size.isEmpty() || isLoneAlpha) return;
-    if (nFirst != nLast) {
-        return ownReport(transfer.site, PXK_StsBadArg,
-                         "Number of processed channels of srcImage != Number of processed channels of dstImage");
-    }
-    if (nFirst == 0) return;
+    if ((nFirst == 0 && first->roi == nullptr) || (nLast == 0 && last->roi == nullptr)) return; // lone alpha
+    const char* const text = "Number of processed channels of srcImage != Number of processed channels of dstImage";
+    if (!ownPassed(transfer.site, { { nFirst != nLast, PXK_StsBadArg, text } }) || nFirst == 0) return;
     const bool isGood = ownRunTransfer(transfer);
     // Masked one-bit operations tell the call chain of a failure as well.
-    if (!isGood && mask.isGiven && last->depth == PXK_DEPTH_1U && transfer.nDestinations == 1) {
+    if (!isGood && area.mask.isGiven && last->depth == PXK_DEPTH_1U && transfer.nDestinations == 1) {
         ownReport(transfer.site, PXK_StsBackTrace, "");
     }
 }
@@ -175,17 +150,15 @@ static void ownTraverse(OwnTransfer transfer)
 // The argument checks of copy and exchange. All that fail are reported.
 static bool ownGoodPair(const OwnSite& site, const PxkImage* source, const PxkImage* destination)
 {
-    bool isGood = true;
-    const auto check = [&](bool isBad, const char* text) {
-        if (isBad) ownReport(site, PXK_StsBadArg, text);
-        isGood = isGood && !isBad;
-    };
     const bool isOneChannel = source->nChannels == 1 && destination->nChannels == 1;
-    check(source->depth != destination->depth, "srcImage->depth != dstImage->depth");
-    check(source->origin != destination->origin, "srcImage->origin != dstImage->origin");
-    check(source->depth != PXK_DEPTH_1U && !isOneChannel && source->dataOrder != destination->dataOrder,
-          "srcImage->dataOrder != dstImage->dataOrder");
-    return isGood && pxkGetErrStatus() >= 0;
+    const bool isOrdered = source->depth != PXK_DEPTH_1U && !isOneChannel;
+    const int32_t fault = ownEveryFault(
+        site,
+        { { source->depth != destination->depth, PXK_StsBadArg, "srcImage->depth != dstImage->depth" },
+          { source->origin != destination->origin, PXK_StsBadArg, "srcImage->origin != dstImage->origin" },
+          { isOrdered && source->dataOrder != destination->dataOrder, PXK_StsBadArg,
+            "srcImage->dataOrder != dstImage->dataOrder" } });
+    return fault == PXK_StsOk && pxkGetErrStatus() >= 0;
 }
 
 // ---- the operations ------------------------------------------------------------------------------------------------
@@ -199,9 +172,9 @@ void pxkCopy(PxkImage* srcImage, PxkImage* dstImage)
                   { ownPartyOf(srcImage, PXK_TILE_READ), ownPartyOf(dstImage, PXK_TILE_WRITE) },
                   2,
                   1,
+                  copyRow,
                   {},
-                  nullptr,
-                  ownRowFunction(copyRow) });
+                  nullptr });
 }
 
 void pxkExchange(PxkImage* ImageA, PxkImage* ImageB)
@@ -224,9 +197,9 @@ void pxkExchange(PxkImage* ImageA, PxkImage* ImageB)
                   { ownPartyOf(ImageA, PXK_TILE_WRITE), ownPartyOf(ImageB, PXK_TILE_WRITE) },
                   2,
                   2,
+                  OwnRowFunction(exchangeRows, true),
                   {},
-                  nullptr,
-                  ownRowFunction(exchangeRows, true) });
+                  nullptr });
 }
 
 template <class T> static void ownSetSamples(const OwnSite& site, PxkImage* image, T value)
@@ -235,7 +208,7 @@ template <class T> static void ownSetSamples(const OwnSite& site, PxkImage* imag
         T* const samples = reinterpret_cast<T*>(rows[0]);
         for (ptrdiff_t i = 0; i < n; ++i) samples[i] = value;
     };
-    ownTraverse({ site, { ownPartyOf(image, PXK_TILE_WRITE) }, 1, 1, {}, nullptr, ownRowFunction(setRow) });
+    ownTraverse({ site, { ownPartyOf(image, PXK_TILE_WRITE) }, 1, 1, setRow, {}, nullptr });
 }
 
 void pxkSet(PxkImage* image, int32_t fillValue)

@@ -269,11 +269,7 @@ TEST(RectTiles, anyRefusalGivesNull)
         for (bool isGood = false; !isGood; ++refused) {
             const PicturePtr picture = tiledPicture(40, 20, mode);
             picture->storage->refuseAt = refused + 1;
-            int32_t rowStep;
-            uint8_t* const buffer = ownFetchRect(*picture, -5, -6, 60, 40, &rowStep);
-            isGood = buffer != nullptr;
-            EXPECT_EQ(rowStep, 60);
-            ownFreeRect(buffer);
+            isGood = ownFetch(*picture, -5, -6, 60, 40).pixels != nullptr;
         }
         EXPECT_GT(refused, 9);
     }
@@ -297,7 +293,6 @@ TEST(Rect, refusedRectangles)
     EXPECT_TRUE(refuses(&PxkImage::dataOrder, 2));
     EXPECT_TRUE(refuses(&PxkImage::depth, 4));
     EXPECT_TRUE(refuses(&PxkImage::align, 2));
-    ownFreeRect(nullptr);
 }
 
 TEST(Rect, shortMemory)
@@ -305,48 +300,10 @@ TEST(Rect, shortMemory)
     const PicturePtr picture = tiledPicture(40, 20, PXK_EDGE_MIRROR);
     int32_t runs = 0;
     forEachFailingAllocation([&](int64_t failing) {
-        int32_t rowStep;
-        uint8_t* const buffer = ownFetchRect(*picture, -5, 2, 60, 5, &rowStep);
-        EXPECT_EQ(buffer == nullptr, failing != 0);
-        ownFreeRect(buffer);
+        EXPECT_EQ(ownFetch(*picture, -5, 2, 60, 5).pixels == nullptr, failing != 0);
         ++runs;
         picture->storage->calls.clear();
     });
     EXPECT_EQ(runs, 1 + 4); // the buffer, then a list of tiles for each of three pieces
     EXPECT_EQ(picture->tileFault(), "");
-}
-
-// The copy as an image of its own: a border of a border.
-TEST(Rect, headerOfACopy)
-{
-    const PicturePtr picture = Picture::make(PictureSpec(PXK_DEPTH_16U, 9, 7, 3).region(1, 1, 2, 2, 2));
-    pxkSetBorderMode(*picture, PXK_EDGE_MIRROR, 15, 0);
-    const OwnFetched fetched = ownFetch(*picture, -9, -7, 27, 21);
-    PxkImage header = ownFetchedHeader(*picture, fetched);
-    EXPECT_EQ(pxkCheckImageHeader(&header), PXK_StsOk);
-    const OwnFetched again = ownFetch(&header, 9, 7, 9, 7);
-    for (int32_t y = 0; y < 7; ++y) {
-        for (int32_t x = 0; x < 9; ++x) {
-            ASSERT_EQ(fetchedBits(again, picture->spec, x, y, 2), picture->bits(x, y, 2));
-        }
-    }
-}
-
-TEST(TileGrid, tilesOfARegion)
-{
-    const PicturePtr picture = tiledPicture(100, 100, 0);
-    picture->setRegion(17, 15, 10, 10);
-    const OwnTileGrid grid = ownTileGrid(*picture, 10, 15);
-    EXPECT_TRUE(grid.tileWidth == 16 && grid.tileHeight == 8);
-    EXPECT_TRUE(grid.firstCol == 1 && grid.xStart == 1 && grid.nCols == 1);
-    EXPECT_TRUE(grid.firstRow == 1 && grid.yStart == 7 && grid.nRows == 3);
-    EXPECT_EQ(ownTileGrid(*picture, 1, 16).nCols, 2);
-    EXPECT_EQ(ownTileGrid(*picture, 1, INT32_MAX).nCols, (17LL + INT32_MAX - 1) / 16);
-
-    const PicturePtr inMemory = Picture::make(PictureSpec(PXK_DEPTH_8U, 300, 300));
-    inMemory->setRegion(-5, 130, 10, 10);
-    const OwnTileGrid whole = ownTileGrid(*inMemory, 126, 129);
-    EXPECT_TRUE(whole.tileWidth == 128 && whole.tileHeight == 128);
-    EXPECT_TRUE(whole.firstCol == 0 && whole.xStart == 0 && whole.nCols == 2);
-    EXPECT_TRUE(whole.firstRow == 1 && whole.yStart == 2 && whole.nRows == 1);
 }

@@ -18,7 +18,8 @@ OwnTurn ownTurn(int64_t k, int64_t n)
     const int64_t eighths = (k % n + n) % n * 8;
     const int64_t octant = eighths / n, rest = eighths % n;
     // Odd octants are measured back from their end.
-    OwnTurn turn = ownSmallTurn(eighth * static_cast<double>(octant % 2 == 0 ? rest : n - rest) / static_cast<double>(n));
+    OwnTurn turn =
+        ownSmallTurn(eighth * static_cast<double>(octant % 2 == 0 ? rest : n - rest) / static_cast<double>(n));
     if ((octant + 1) / 2 % 2 != 0) turn = { turn.sine, turn.cosine };
     if (octant >= 2 && octant < 6) turn.cosine = -turn.cosine;
     if (octant >= 4) turn.sine = -turn.sine;

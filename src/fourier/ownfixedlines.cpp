@@ -1,6 +1,7 @@
 #include "ownfixedlines.h"
 
-#include <utility>
+#include <algorithm>
+#include <cstring>
 
 #include "frame/ownivdep.h"
 #include "ownangle.h"
@@ -64,13 +65,13 @@ static void ownStore(OwnFixedPoint value, int32_t* group)
 enum class OwnTurning { NONE, EIGHTH, ANY };
 
 // Four points a quarter of the block apart; the results lie in bit-reversed order.
-template <OwnTurning turning>
-static void ownFourFixed(int32_t* from, ptrdiff_t quarter, const OwnFixedTurn (&turns)[3])
+template <OwnTurning turning> static void ownFourFixed(int32_t* from, ptrdiff_t quarter, const OwnFixedTurn (&turns)[3])
 {
     int32_t *a = from, *b = a + quarter, *c = b + quarter, *d = c + quarter;
     OWN_IVDEP
     for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-        const OwnFixedPoint va = ownLoad(a + lane), vb = ownLoad(b + lane), vc = ownLoad(c + lane), vd = ownLoad(d + lane);
+        const OwnFixedPoint va = ownLoad(a + lane), vb = ownLoad(b + lane), vc = ownLoad(c + lane),
+                            vd = ownLoad(d + lane);
         const OwnFixedPoint even = va + vc, evenLess = va - vc, odd = vb + vd;
         const OwnFixedPoint back = { ownLess(vb.im, vd.im), ownLess(vd.re, vb.re) }; // the odd difference times -i
         const OwnFixedPoint one = evenLess + back, two = even - odd, three = evenLess - back;
@@ -110,7 +111,8 @@ static void ownSortLines(int32_t* data, int32_t n)
         int32_t bit = n / 2;
         for (; (reversed & bit) != 0; bit /= 2) reversed -= bit;
         reversed += bit;
-        if (i < reversed) std::swap_ranges(data + i * OWN_GROUP, data + (i + 1) * OWN_GROUP, data + reversed * OWN_GROUP);
+        if (i < reversed)
+            std::swap_ranges(data + i * OWN_GROUP, data + (i + 1) * OWN_GROUP, data + reversed * OWN_GROUP);
     }
 }
 
@@ -124,9 +126,12 @@ static void ownFastLines(int32_t* data, int32_t n, const OwnFixedTurn* turns, in
             int32_t* from = data + start * OWN_GROUP;
             for (ptrdiff_t j = 0; j < quarter; ++j, from += OWN_GROUP) {
                 const OwnFixedTurn three[3] = { turns[j * step], turns[2 * j * step], turns[3 * j * step] };
-                if (j == 0) ownFourFixed<OwnTurning::NONE>(from, quarter * OWN_GROUP, three);
-                else if (2 * j == quarter) ownFourFixed<OwnTurning::EIGHTH>(from, quarter * OWN_GROUP, three);
-                else ownFourFixed<OwnTurning::ANY>(from, quarter * OWN_GROUP, three);
+                if (j == 0)
+                    ownFourFixed<OwnTurning::NONE>(from, quarter * OWN_GROUP, three);
+                else if (2 * j == quarter)
+                    ownFourFixed<OwnTurning::EIGHTH>(from, quarter * OWN_GROUP, three);
+                else
+                    ownFourFixed<OwnTurning::ANY>(from, quarter * OWN_GROUP, three);
             }
         }
     }
@@ -166,8 +171,10 @@ int32_t* ownTransformLines(const OwnFixedPlan& plan, int32_t* data, int32_t* spa
 {
     int32_t* result = plan.isFast ? data : spare;
     if (sign == OwnSign::PLUS) ownConjugate(data, plan.n);
-    if (plan.isFast) ownFastLines(data, plan.n, plan.turns, plan.n);
-    else ownDirectLines(plan, data, spare);
+    if (plan.isFast)
+        ownFastLines(data, plan.n, plan.turns, plan.n);
+    else
+        ownDirectLines(plan, data, spare);
     if (sign == OwnSign::PLUS) ownConjugate(result, plan.n);
     return result;
 }
@@ -196,7 +203,8 @@ static void ownUntangleFixed(const OwnFixedPlan& plan, int32_t* z)
             const OwnFixedPoint vb = { b[lane] >> 1, b[OWN_LANES + lane] >> 1 };
             const int32_t sum = ownAdd(va.im, vb.im), less = ownLess(va.re, vb.re);
             const OwnFixedPoint middle = { ownAdd(va.re, vb.re), ownLess(va.im, vb.im) };
-            const OwnFixedPoint side = { ownDot(sum, turn.cosine, less, -turn.sine), ownDot(sum, turn.sine, less, turn.cosine) };
+            const OwnFixedPoint side = { ownDot(sum, turn.cosine, less, -turn.sine),
+                                         ownDot(sum, turn.sine, less, turn.cosine) };
             ownStore(middle + OwnFixedPoint { side.re, ownLess(0, side.im) }, a + lane);
             ownStore({ ownLess(middle.re, side.re), ownLess(0, ownAdd(middle.im, side.im)) }, b + lane);
         }
@@ -217,7 +225,8 @@ static void ownTangleFixed(const OwnFixedPlan& plan, int32_t* z)
             const OwnFixedPoint va = ownLoad(a + lane), vb = ownLoad(b + lane);
             const OwnFixedPoint middle = { ownAdd(va.re, vb.re), ownLess(va.im, vb.im) };
             const int32_t sum = ownAdd(va.im, vb.im), less = ownLess(va.re, vb.re);
-            const OwnFixedPoint side = { ownDot(sum, turn.cosine, less, -turn.sine), ownDot(sum, turn.sine, less, turn.cosine) };
+            const OwnFixedPoint side = { ownDot(sum, turn.cosine, less, -turn.sine),
+                                         ownDot(sum, turn.sine, less, turn.cosine) };
             ownStore({ ownLess(middle.re, side.re), ownAdd(middle.im, side.im) }, a + lane);
             ownStore({ ownAdd(middle.re, side.re), ownLess(side.im, middle.im) }, b + lane);
         }
@@ -301,8 +310,8 @@ bool ownFixedPlan(OwnTransformCaches& caches, int32_t n, OwnFixedPlan& plan)
 {
     OwnFixedTurn* turns = static_cast<OwnFixedTurn*>(ownTable(caches, OwnTableKind::FIXED_LINES, n));
     if (turns == nullptr) {
-        turns = static_cast<OwnFixedTurn*>(ownNewTable(caches, OwnTableKind::FIXED_LINES, n,
-                                                       n * static_cast<int64_t>(sizeof(OwnFixedTurn))));
+        turns = static_cast<OwnFixedTurn*>(
+            ownNewTable(caches, OwnTableKind::FIXED_LINES, n, n * static_cast<int64_t>(sizeof(OwnFixedTurn))));
         if (turns == nullptr) return false;
         for (int32_t k = 0; k < n; ++k) {
             const OwnTurn turn = ownTurn(k, n);

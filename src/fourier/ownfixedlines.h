@@ -1,5 +1,5 @@
-// Fourier transforms of sixteen lines side by side in 32-bit fixed point with 14-bit factors. Values are what they would
-// be one line at a time; sums wrap. Layouts and functions are those of ownlines.h and ownreallines.h.
+// Fourier transforms of sixteen lines side by side in 32-bit fixed point with 14-bit factors. Values are what they
+// would be one line at a time; sums wrap. Layouts and functions are those of ownlines.h and ownreallines.h.
 #pragma once
 
 #include "ownreallines.h"

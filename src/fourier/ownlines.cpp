@@ -75,7 +75,8 @@ template <int Radix> static void ownRunPass(const OwnPass& pass, const float* fr
     }
 }
 
-// Sums and differences of legs that lie opposite each other, in place of both: re, im of the sum, re, im of the difference.
+// Sums and differences of legs that lie opposite each other, in place of both: re, im of the sum, re, im of the
+// difference.
 static void ownFoldLegs(const float* from, ptrdiff_t fromLeg, int32_t radix, OwnParts parts, float* folded)
 {
     for (int32_t leg = 1; leg <= radix / 2; ++leg, folded += 2 * OWN_GROUP) {
@@ -190,8 +191,8 @@ static float* ownTransformByChirp(const OwnLinePlan& plan, float* data, float* s
     float* spectrum = ownTransformLines(inner, spare, other, sign);
     ownMultiplyLines(spectrum, plan.kernel, inner.n, parts, spectrum);
     float* rest = spectrum == spare ? other : spare;
-    const float* convolved
-        = ownTransformLines(inner, spectrum, rest, sign == OwnSign::MINUS ? OwnSign::PLUS : OwnSign::MINUS);
+    const float* convolved =
+        ownTransformLines(inner, spectrum, rest, sign == OwnSign::MINUS ? OwnSign::PLUS : OwnSign::MINUS);
     ownMultiplyLines(convolved, plan.chirp, plan.n, parts, data);
     return data;
 }
@@ -210,6 +211,11 @@ float* ownTransformLines(const OwnLinePlan& plan, float* data, float* spare, Own
 int64_t ownSpareValues(const OwnLinePlan& plan)
 {
     return (plan.inner != nullptr ? 2 * static_cast<int64_t>(plan.inner->n) : plan.n) * OWN_GROUP;
+}
+
+bool ownEndsInSpare(const OwnLinePlan& plan)
+{
+    return plan.passCount % 2 != 0; // 0 for a convolution
 }
 
 // The radices of a length's passes; `largest` is its largest prime factor.

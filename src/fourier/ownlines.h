@@ -1,5 +1,5 @@
-// Fourier transforms of sixteen lines side by side, in single precision. A point of the lines is a group of sixteen real
-// and sixteen imaginary parts, one of each line; lines never mix, so a result does not depend on its neighbours.
+// Fourier transforms of sixteen lines side by side, in single precision. A point of the lines is a group of sixteen
+// real and sixteen imaginary parts, one of each line; lines never mix, so a result does not depend on its neighbours.
 #pragma once
 
 #include <cstddef>
@@ -32,7 +32,10 @@ const OwnLinePlan* ownLinePlan(OwnTransformCaches& caches, int32_t n);
 // Values that `spare` must hold.
 int64_t ownSpareValues(const OwnLinePlan& plan);
 
+// Where the result of a transform lies.
+bool ownEndsInSpare(const OwnLinePlan& plan);
+
 enum class OwnSign { MINUS, PLUS };
 
-// Transforms n groups without scaling. The result lies in `data` or in `spare`.
+// Transforms n groups without scaling. Returns where the result lies.
 float* ownTransformLines(const OwnLinePlan& plan, float* data, float* spare, OwnSign sign);

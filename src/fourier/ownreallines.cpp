@@ -11,8 +11,8 @@ static const float* ownRealTurns(OwnTransformCaches& caches, int32_t n)
     float* turns = static_cast<float*>(ownTable(caches, OwnTableKind::REAL_LINES, n));
     if (turns != nullptr) return turns;
     const int64_t count = n / 4 + 1;
-    turns = static_cast<float*>(ownNewTable(caches, OwnTableKind::REAL_LINES, n,
-                                            count * ownTurnValues * static_cast<int64_t>(sizeof(float))));
+    turns = static_cast<float*>(
+        ownNewTable(caches, OwnTableKind::REAL_LINES, n, count * ownTurnValues * static_cast<int64_t>(sizeof(float))));
     if (turns == nullptr) return nullptr;
     for (int64_t k = 0; k < count; ++k) {
         const OwnTurn turn = ownTurn(k, n);
@@ -38,7 +38,8 @@ bool ownRealPlan(OwnTransformCaches& caches, int32_t n, OwnRealPlan& plan)
 
 int64_t ownRealValues(const OwnRealPlan& plan)
 {
-    const int64_t spare = ownSpareValues(*plan.lines), spectra = static_cast<int64_t>(plan.points + 1) * plan.layout.batches * OWN_GROUP;
+    const int64_t spare = ownSpareValues(*plan.lines),
+                  spectra = static_cast<int64_t>(plan.points + 1) * plan.layout.batches * OWN_GROUP;
     return spare > spectra ? spare : spectra;
 }
 

@@ -4,8 +4,9 @@
 
 #include "ownlines.h"
 
-// Value x of line `lane` of batch `b` lies at x * step + b * OWN_LANES + lane. An even length is one batch, whose pairs of
-// values are complex points as they lie. An odd one is two batches, the real and the imaginary part of one transform.
+// Value x of line `lane` of batch `b` lies at x * step + b * OWN_LANES + lane. An even length is one batch, whose pairs
+// of values are complex points as they lie. An odd one is two batches, the real and the imaginary part of one
+// transform.
 struct OwnRealLayout {
     ptrdiff_t step;
     int32_t batches;

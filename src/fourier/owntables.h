@@ -12,7 +12,8 @@ void* ownNewTable(OwnTransformCaches& caches, OwnTableKind kind, int32_t length,
 // Work memory of the call, aligned to the widest vectors, its contents undefined. Null: no memory.
 void* ownWorkMemory(OwnTransformCaches& caches, int64_t bytes);
 
-// Runs a transform; where it runs out of memory or entries, frees everything kept and runs it once more. False: no memory.
+// Runs a transform; where it runs out of memory or entries, frees everything kept and runs it once more. False: no
+// memory.
 template <class Transform> [[nodiscard]] bool ownWithRetry(OwnTransformCaches& caches, const Transform& transform)
 {
     if (transform()) return true;

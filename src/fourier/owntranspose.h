@@ -15,8 +15,8 @@ template <class T> inline void ownTransposeFour(const T* from, ptrdiff_t fromSte
         for (ptrdiff_t y = 0; y < 4; ++y) to[x * toStep + y] = values[x][y];
 }
 
-// Column x of `from` becomes row x of `to`. The rows of one side may lie a power of two apart, where few of them fit into
-// the cache at once: each one is finished soon, the source's rows here, the destination's rows below.
+// Column x of `from` becomes row x of `to`. The rows of one side may lie a power of two apart, where few of them fit
+// into the cache at once: each one is finished soon, the source's rows here, the destination's rows below.
 template <class T> inline void ownTransposeFrom(const T* from, ptrdiff_t fromStep, T* to, ptrdiff_t toStep)
 {
     for (ptrdiff_t y = 0; y < OWN_TILE; y += 4)

@@ -81,15 +81,15 @@ void ownLoadLines(const Plane& plane, int32_t width, int32_t height, int32_t y, 
             ownTransposeFrom(direct + x, plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(Value)), to + x * step,
                              step);
     while (x < width) {
-        alignas(64) Value stage[OWN_TILE][ownStageWidth];
+        alignas(64) Value stage[OWN_TILE * ownStageWidth];
         const int32_t n = width - x < ownStageWidth ? width - x : ownStageWidth;
         for (int32_t row = 0; row < OWN_TILE; ++row) {
             const int32_t loaded = row < rows ? n : 0;
-            if (loaded > 0) ownLoadValues(plane, x, y + row, n, stage[row]);
-            for (int32_t i = loaded; i < (n + OWN_TILE - 1) / OWN_TILE * OWN_TILE; ++i) stage[row][i] = 0;
+            if (loaded > 0) ownLoadValues(plane, x, y + row, n, stage + row * ownStageWidth);
+            for (int32_t i = loaded; i < (n + OWN_TILE - 1) / OWN_TILE * OWN_TILE; ++i)
+                stage[row * ownStageWidth + i] = 0;
         }
-        for (int32_t i = 0; i < n; i += OWN_TILE)
-            ownTransposeFrom(stage[0] + i, ownStageWidth, to + (x + i) * step, step);
+        for (int32_t i = 0; i < n; i += OWN_TILE) ownTransposeFrom(stage + i, ownStageWidth, to + (x + i) * step, step);
         x += n;
     }
 }
@@ -105,11 +105,10 @@ void ownStoreLines(const Value* from, ptrdiff_t step, int32_t width, int32_t hei
             ownTransposeTo(from + x * step, step, direct + x,
                            plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(Value)));
     while (x < width) {
-        alignas(64) Value stage[OWN_TILE][ownStageWidth];
+        alignas(64) Value stage[OWN_TILE * ownStageWidth];
         const int32_t n = width - x < ownStageWidth ? width - x : ownStageWidth;
-        for (int32_t i = 0; i < n; i += OWN_TILE)
-            ownTransposeTo(from + (x + i) * step, step, stage[0] + i, ownStageWidth);
-        for (int32_t row = 0; row < rows; ++row) ownStoreValues(plane, x, y + row, n, stage[row]);
+        for (int32_t i = 0; i < n; i += OWN_TILE) ownTransposeTo(from + (x + i) * step, step, stage + i, ownStageWidth);
+        for (int32_t row = 0; row < rows; ++row) ownStoreValues(plane, x, y + row, n, stage + row * ownStageWidth);
         x += n;
     }
 }

@@ -44,3 +44,10 @@ template <class T, class Value> inline T ownLimitTo(Value value)
         return ownLimitInteger<T>(value);
     }
 }
+
+// The result of float arithmetic as it is stored. Which NaN comes out of two, and with which sign, differs between
+// processors and between the orders that compilers choose, so there is one.
+inline float ownOneNaN(float value)
+{
+    return value == value ? value : std::numeric_limits<float>::quiet_NaN();
+}

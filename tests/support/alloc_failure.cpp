@@ -1,7 +1,12 @@
 #include "alloc_failure.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
+#include <map>
 #include <new>
+
+#include <pxk/pxk.h>
 
 extern "C" void* __real_malloc(size_t size);
 extern "C" void __real_free(void* block);
@@ -20,6 +25,38 @@ extern "C" void __wrap_free(void* block)
 {
     if (block != nullptr) --blocks;
     __real_free(block);
+}
+
+// Blocks of the library have spare bytes, behind which no sanitizer sees. They are the caller's to run over in reading;
+// written they must not be by the library itself.
+extern "C" void* __real_pxkMalloc(int32_t length);
+extern "C" void __real_pxkFree(void* block);
+
+static std::map<void*, int32_t>& lengths()
+{
+    static std::map<void*, int32_t> all;
+    return all;
+}
+
+extern "C" void* __wrap_pxkMalloc(int32_t length)
+{
+    void* const block = __real_pxkMalloc(length);
+    if (block == nullptr) return nullptr;
+    memset(static_cast<char*>(block) + length, 0x5A, 33);
+    lengths()[block] = length;
+    return block;
+}
+
+extern "C" void __wrap_pxkFree(void* block)
+{
+    const auto at = lengths().find(block);
+    if (at != lengths().end()) {
+        const char* const end = static_cast<char*>(block) + at->second;
+        EXPECT_TRUE(std::all_of(end, end + 33, [](char byte) { return byte == 0x5A; }))
+            << "written behind a block of " << at->second << " bytes";
+        lengths().erase(at);
+    }
+    __real_pxkFree(block);
 }
 
 #ifdef _WIN32

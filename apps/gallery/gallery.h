@@ -122,5 +122,6 @@ extern const Family fixedFamily;
 extern const Family rankFamily;
 extern const Family morphologyFamily;
 extern const Family borderFamily;
+extern const Family fourierFamily;
 
 } // namespace gallery

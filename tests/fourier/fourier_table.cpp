@@ -35,13 +35,15 @@ void changePlanes(const Scene& s, const Numbers& n, const Change& change)
         for (int32_t y = 0; y < size.height; ++y)
             for (int32_t x = 0; x < size.width; ++x) {
                 double value = result.at(x, y);
-                if (!isFloatDepth(depth)) value = std::min(std::max(std::nearbyint(value), double(depthMin(depth))), double(depthMax(depth)));
+                if (!isFloatDepth(depth))
+                    value = std::min(std::max(std::nearbyint(value), double(depthMin(depth))), double(depthMax(depth)));
                 s[1].setNumber(int32_t(to.x) + x, int32_t(to.y) + y, to.firstChannel + c, value);
             }
     }
 }
 
-Operation transformOperation(const std::string& name, std::function<void(PxkImage*, PxkImage*, int32_t)> call, const Change& change, int32_t toDepth)
+Operation transformOperation(const std::string& name, std::function<void(PxkImage*, PxkImage*, int32_t)> call,
+                             const Change& change, int32_t toDepth)
 {
     Operation op(
         name, { "srcImage", "dstImage" }, [=](const Arguments& a) { call(a[0], a[1], a.integer(0)); },
@@ -91,11 +93,14 @@ void addFourier(const std::string& name, void (*call)(PxkImage*, PxkImage*, int3
     op.numbers = anyFlags;
     addOperation(op);
     // Where one image is 32F the flag of fixed point is not honoured.
-    op = transformOperation(name + "_fixed", call, [&](const Grid<double>& grid, const Numbers& n) {
-        return modelFixed(grid, signOf(n) > 0, scalesBy(n));
-    }, PXK_DEPTH_32S);
+    op = transformOperation(
+        name + "_fixed", call,
+        [&](const Grid<double>& grid, const Numbers& n) { return modelFixed(grid, signOf(n) > 0, scalesBy(n)); },
+        PXK_DEPTH_32S);
     op.axes.depths.pop_back();
-    op.numbers = [](const Case& c, const Scene& s, Random& random) { return Numbers { std::fmod(anyFlags(c, s, random)[0], 8) + 16 }; };
+    op.numbers = [](const Case& c, const Scene& s, Random& random) {
+        return Numbers { std::fmod(anyFlags(c, s, random)[0], 8) + 16 };
+    };
     op.tolerance = EXACT;
     addOperation(op);
 }
@@ -107,20 +112,22 @@ void addFourierRefusals(const std::string& name)
     loneRegion.region(0, 0, 9, 4, 0);
     tiles.tiled(8, 8);
     one.region(0, 0, 9, 4, 2);
-    const std::string counts = "(srcImage->nChannels - (srcImage->alphaChannel != 0))", counted = "(dstImage->nChannels - (dstImage->alphaChannel != 0))";
-    addRefusals(name, { { "(flags & 1) == 0 && (flags & 2 ) == 0", { NO_IMAGE, NO_IMAGE }, { 48 } },
-                        { "(flags & 1) != 0 && (flags & 2 ) != 0", { NO_IMAGE, NO_IMAGE }, { 51 } },
-                        { "(flags & 32) != 0 && (flags & 16 ) != 0", { NO_IMAGE, NO_IMAGE }, { 49 } },
-                        { "srcImage->alphaChannel == 1 && srcImage->roi == 0", { lone, NO_IMAGE }, { 1 } },
-                        { "srcImage->alphaChannel == 1 && srcImage->roi->coi != 1", { loneRegion, NO_IMAGE }, { 1 } },
-                        { "srcImage->depth == 1", { BITONAL, NO_IMAGE }, { 1 } },
-                        { "srcImage->imageData == ((void*)(0))", { tiles, NO_IMAGE }, { 1 } },
-                        { "dstImage->alphaChannel == 1 && dstImage->roi == 0", { GRAY, lone }, { 1 } },
-                        { "dstImage->depth == 1", { GRAY, BITONAL }, { 1 } },
-                        { "dstImage->imageData == ((void*)(0))", { RGB, tiles }, { 1 } },
-                        { counts + " != " + counted, { RGB, GRAY }, { 1 } },
-                        { counted + " != (srcImage->roi->coi > 0)", { one, RGB }, { 1 } },
-                        { counts + " != (dstImage->roi->coi > 0)", { RGB, one }, { 1 } } });
+    const std::string counts = "(srcImage->nChannels - (srcImage->alphaChannel != 0))",
+                      counted = "(dstImage->nChannels - (dstImage->alphaChannel != 0))";
+    addRefusals(name,
+                { { "(flags & 1) == 0 && (flags & 2 ) == 0", { NO_IMAGE, NO_IMAGE }, { 48 } },
+                  { "(flags & 1) != 0 && (flags & 2 ) != 0", { NO_IMAGE, NO_IMAGE }, { 51 } },
+                  { "(flags & 32) != 0 && (flags & 16 ) != 0", { NO_IMAGE, NO_IMAGE }, { 49 } },
+                  { "srcImage->alphaChannel == 1 && srcImage->roi == 0", { lone, NO_IMAGE }, { 1 } },
+                  { "srcImage->alphaChannel == 1 && srcImage->roi->coi != 1", { loneRegion, NO_IMAGE }, { 1 } },
+                  { "srcImage->depth == 1", { BITONAL, NO_IMAGE }, { 1 } },
+                  { "srcImage->imageData == ((void*)(0))", { tiles, NO_IMAGE }, { 1 } },
+                  { "dstImage->alphaChannel == 1 && dstImage->roi == 0", { GRAY, lone }, { 1 } },
+                  { "dstImage->depth == 1", { GRAY, BITONAL }, { 1 } },
+                  { "dstImage->imageData == ((void*)(0))", { RGB, tiles }, { 1 } },
+                  { counts + " != " + counted, { RGB, GRAY }, { 1 } },
+                  { counted + " != (srcImage->roi->coi > 0)", { one, RGB }, { 1 } },
+                  { counts + " != (dstImage->roi->coi > 0)", { RGB, one }, { 1 } } });
 }
 
 // ---- products ------------------------------------------------------------------------------------------------------
@@ -137,13 +144,17 @@ void multiplyPlanes(const Scene& s)
             for (size_t k = 0; k < 3; ++k)
                 for (int32_t y = 0; y < grids[0].height; ++y)
                     for (int32_t x = 0; x < grids[0].width; ++x)
-                        visit(grids[k].at(x, y), k, int32_t(windows[k].x) + x, int32_t(windows[k].y) + y, windows[k].firstChannel + c);
+                        visit(grids[k].at(x, y), k, int32_t(windows[k].x) + x, int32_t(windows[k].y) + y,
+                              windows[k].firstChannel + c);
         };
-        forEach([&](double& value, size_t k, int32_t x, int32_t y, int32_t channel) { value = old[k].number(x, y, channel); });
+        forEach([&](double& value, size_t k, int32_t x, int32_t y, int32_t channel) {
+            value = old[k].number(x, y, channel);
+        });
         modelMultiplySpectra(grids[0], grids[1], wraps, grids[2]);
         const int32_t depth = s[2].spec.depth;
         forEach([&](double& value, size_t k, int32_t x, int32_t y, int32_t channel) {
-            if (!isFloatDepth(depth)) value = std::min(std::max(std::nearbyint(value), double(depthMin(depth))), double(depthMax(depth)));
+            if (!isFloatDepth(depth))
+                value = std::min(std::max(std::nearbyint(value), double(depthMin(depth))), double(depthMax(depth)));
             if (k == 2) s[k].setNumber(x, y, channel, value);
         });
     }
@@ -155,19 +166,23 @@ Scene productScene(const Case& given)
     Case c = given;
     c.masks = c.tiling = 0;
     PictureSpec first;
-    const Scene scene = makeScene(c, 3, [&](PictureSpec& spec, size_t k) {
-        if (k == 0) {
-            spec.roi.width = std::max(1, std::min(spec.roi.width, spec.width - spec.roi.xOffset));
-            spec.roi.height = std::max(1, std::min(spec.roi.height, spec.height - spec.roi.yOffset));
-            first = spec;
-            return;
-        }
-        const bool isWhole = first.roi.width == 0;
-        const int32_t width = isWhole ? first.width : first.roi.width, height = isWhole ? first.height : first.roi.height;
-        spec.roi = { spec.roi.coi, spec.roi.xOffset, spec.roi.yOffset, width, height };
-        spec.width = spec.roi.xOffset + width;
-        spec.height = spec.roi.yOffset + height;
-    }, false);
+    const Scene scene = makeScene(
+        c, 3,
+        [&](PictureSpec& spec, size_t k) {
+            if (k == 0) {
+                spec.roi.width = std::max(1, std::min(spec.roi.width, spec.width - spec.roi.xOffset));
+                spec.roi.height = std::max(1, std::min(spec.roi.height, spec.height - spec.roi.yOffset));
+                first = spec;
+                return;
+            }
+            const bool isWhole = first.roi.width == 0;
+            const int32_t width = isWhole ? first.width : first.roi.width,
+                          height = isWhole ? first.height : first.roi.height;
+            spec.roi = { spec.roi.coi, spec.roi.xOffset, spec.roi.yOffset, width, height };
+            spec.width = spec.roi.xOffset + width;
+            spec.height = spec.roi.yOffset + height;
+        },
+        false);
     Random random(c.seed);
     for (size_t k = 0; k < 2 && depthBits(c.depth) == 32; ++k) fillRange(scene[k], random, -65536, 65536);
     for (const PicturePtr& image : scene.images) image->freeze();
@@ -176,8 +191,9 @@ Scene productScene(const Case& given)
 
 void addProducts()
 {
-    Operation op("pxkMpyRCPack2D", { "srcA", "srcB", "dst" }, [](const Arguments& a) { pxkMpyRCPack2D(a[0], a[1], a[2]); },
-                 [](const Scene& s, const Numbers&) { multiplyPlanes(s); });
+    Operation op(
+        "pxkMpyRCPack2D", { "srcA", "srcB", "dst" }, [](const Arguments& a) { pxkMpyRCPack2D(a[0], a[1], a[2]); },
+        [](const Scene& s, const Numbers&) { multiplyPlanes(s); });
     op.scene = productScene;
     op.axes.depths = { PXK_DEPTH_8S, PXK_DEPTH_16S, PXK_DEPTH_32S, PXK_DEPTH_32F };
     op.axes.masks = op.axes.tilings = { 0 };
@@ -190,24 +206,26 @@ void addProducts()
     wide.width = 10;
     high.height = 5;
     tiles.tiled(8, 8);
-    addRefusals("pxkMpyRCPack2D", { { "srcA->depth || srcB->depth == 8U||16U||1U", { GRAY_8S, GRAY_16U, wide }, {}, {}, PXK_StsBadDepth },
-                                    { "(srcA->depth != srcB->depth)", { GRAY_8S, GRAY_16S, GRAY } },
-                                    { "(srcA->depth != dst->depth)", { GRAY_8S, wide, GRAY } },
-                                    { "(width_srcA != width_srcB)", { GRAY_8S, wide, high } },
-                                    { "(height_srcA != height_srcB)", { GRAY_8S, high, wide } },
-                                    { "(width_srcA != width_dst)", { GRAY_8S, GRAY_8S, wide } },
-                                    { "(height_srcA != height_dst)", { GRAY_8S, RGB_8S, high } },
-                                    { "", { GRAY_8S, RGB_8S, tiles }, {}, {}, PXK_StsBadChannels },
-                                    { "dst->imageData == ((void*)(0))", { GRAY_8S, GRAY_8S, tiles } } });
+    addRefusals("pxkMpyRCPack2D",
+                { { "srcA->depth || srcB->depth == 8U||16U||1U", { GRAY_8S, GRAY_16U, wide }, {}, {}, PXK_StsBadDepth },
+                  { "(srcA->depth != srcB->depth)", { GRAY_8S, GRAY_16S, GRAY } },
+                  { "(srcA->depth != dst->depth)", { GRAY_8S, wide, GRAY } },
+                  { "(width_srcA != width_srcB)", { GRAY_8S, wide, high } },
+                  { "(height_srcA != height_srcB)", { GRAY_8S, high, wide } },
+                  { "(width_srcA != width_dst)", { GRAY_8S, GRAY_8S, wide } },
+                  { "(height_srcA != height_dst)", { GRAY_8S, RGB_8S, high } },
+                  { "", { GRAY_8S, RGB_8S, tiles }, {}, {}, PXK_StsBadChannels },
+                  { "dst->imageData == ((void*)(0))", { GRAY_8S, GRAY_8S, tiles } } });
 }
 
 // ---- cosine transform ----------------------------------------------------------------------------------------------
 
 void addCosine()
 {
-    Operation op = transformOperation("pxkDCT2D", pxkDCT2D, [](const Grid<double>& grid, const Numbers& n) {
-        return modelCosine(grid, n[0] == PXK_DCT_FORWARD);
-    }, PXK_DEPTH_32F);
+    Operation op = transformOperation(
+        "pxkDCT2D", pxkDCT2D,
+        [](const Grid<double>& grid, const Numbers& n) { return modelCosine(grid, n[0] == PXK_DCT_FORWARD); },
+        PXK_DEPTH_32F);
     op.scene = [](const Case& c) {
         Random random(c.seed);
         const bool isEight = c.width == 0 && random.oneIn(5);
@@ -230,13 +248,14 @@ void addCosine()
     PictureSpec tiles = GRAY, outside = GRAY;
     tiles.tiled(8, 8);
     outside.region(1, 0, 9, 4);
-    addRefusals("pxkDCT2D", { { "\nImages with 1u depth are not processed", { BITONAL, RGB }, { 3 } },
-                              { "Images are not compatible", { GRAY, RGB }, { 1 } },
-                              { "Images are not compatible", { RGB_PLANES, RGB }, { 1 } },
-                              { "Images are not compatible", { GRAY, outside }, { 1 } },
-                              { "Images are not compatible", { outside, outside }, { 1 } },
-                              { "srcImage->imageData == ((void*)(0))", { tiles, tiles }, { 1 } },
-                              { "dstImage->imageData == ((void*)(0))", { GRAY, tiles }, { 1 } } });
+    addRefusals("pxkDCT2D",
+                { { "\nImages with 1u depth are not processed", { BITONAL, RGB }, { 3 } },
+                  { "Images are not compatible", { GRAY, RGB }, { 1 } },
+                  { "Images are not compatible", { RGB_PLANES, RGB }, { 1 } },
+                  { "Images are not compatible", { GRAY, outside }, { 1 } },
+                  { "Images are not compatible", { outside, outside }, { 1 } },
+                  { "srcImage->imageData == ((void*)(0))", { tiles, tiles }, { 1 } },
+                  { "dstImage->imageData == ((void*)(0))", { GRAY, tiles }, { 1 } } });
 }
 
 const Rows rows([] {

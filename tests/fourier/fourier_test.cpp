@@ -35,11 +35,13 @@ double distance(const Picture& a, const Picture& b)
 // Every value of a few rows and columns of the spectrum against sums, the rest by way of the inverse.
 TEST(Fourier, isAccurateOnLargeImages)
 {
-    for (const auto& size : { CommonSize { 256, 256 }, { 1000, 30 }, { 64, 1021 }, { 97, 101 }, { 262, 134 }, { 2048, 3 } }) {
+    for (const auto& size :
+         { CommonSize { 256, 256 }, { 1000, 30 }, { 64, 1021 }, { 97, 101 }, { 262, 134 }, { 2048, 3 } }) {
         const PicturePtr image = noise(int32_t(size.width), int32_t(size.height));
         const PicturePtr packed = image->copy(), back = image->copy(), cosines = image->copy(), again = image->copy();
         Grid<double> grid(int32_t(size.width), int32_t(size.height));
-        for (size_t i = 0; i < grid.values.size(); ++i) grid.values[i] = image->number(int32_t(i) % grid.width, int32_t(i) / grid.width);
+        for (size_t i = 0; i < grid.values.size(); ++i)
+            grid.values[i] = image->number(int32_t(i) % grid.width, int32_t(i) / grid.width);
         pxkRealFft2D(*image, *packed, PXK_FFT_FORWARD);
         pxkCcsFft2D(*packed, *back, PXK_FFT_INVERSE);
         pxkDCT2D(*image, *cosines, PXK_DCT_FORWARD);
@@ -66,11 +68,19 @@ TEST(Fourier, roundsHalvesToEvenAndLimits)
         int32_t depth;
         double value, stored;
     };
-    for (const Row& row : { Row { PXK_DEPTH_8S, -127.2, -127 }, { PXK_DEPTH_8S, -127.5, -128 }, { PXK_DEPTH_8S, 127.5, 127 },
-                            { PXK_DEPTH_8U, 254.5, 254 }, { PXK_DEPTH_8U, 255, 255 }, { PXK_DEPTH_8U, -0.3, 0 },
-                            { PXK_DEPTH_16U, 70000, 65535 }, { PXK_DEPTH_16S, -32767.5, -32768 }, { PXK_DEPTH_32S, 3e9, INT32_MAX },
-                            { PXK_DEPTH_32S, -3e9, INT32_MIN }, { PXK_DEPTH_16S, 2.5, 2 } }) {
-        const PicturePtr from = Picture::make(PictureSpec(PXK_DEPTH_32F, 1, 1)), to = Picture::make(PictureSpec(row.depth, 1, 1));
+    for (const Row& row : { Row { PXK_DEPTH_8S, -127.2, -127 },
+                            { PXK_DEPTH_8S, -127.5, -128 },
+                            { PXK_DEPTH_8S, 127.5, 127 },
+                            { PXK_DEPTH_8U, 254.5, 254 },
+                            { PXK_DEPTH_8U, 255, 255 },
+                            { PXK_DEPTH_8U, -0.3, 0 },
+                            { PXK_DEPTH_16U, 70000, 65535 },
+                            { PXK_DEPTH_16S, -32767.5, -32768 },
+                            { PXK_DEPTH_32S, 3e9, INT32_MAX },
+                            { PXK_DEPTH_32S, -3e9, INT32_MIN },
+                            { PXK_DEPTH_16S, 2.5, 2 } }) {
+        const PicturePtr from = Picture::make(PictureSpec(PXK_DEPTH_32F, 1, 1)),
+                         to = Picture::make(PictureSpec(row.depth, 1, 1));
         from->setNumber(0, 0, 0, row.value);
         pxkRealFft2D(*from, *to, PXK_FFT_FORWARD);
         EXPECT_EQ(to->number(0, 0), row.stored) << depthName(row.depth) << " of " << row.value;

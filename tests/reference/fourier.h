@@ -101,7 +101,8 @@ inline Grid<double> modelUnpack(const Grid<double>& packed, int32_t sign, double
         for (int32_t x = 0; x < width; ++x) {
             const Frequency at = packedPlace(x, y, width, height);
             const int32_t k = (width - at.k) % width, l = (height - at.l) % height;
-            const std::complex<double> part = at.isImaginary ? std::complex<double>(0, packed.at(x, y)) : packed.at(x, y);
+            const std::complex<double> part =
+                at.isImaginary ? std::complex<double>(0, packed.at(x, y)) : packed.at(x, y);
             spectrum.at(at.k, at.l) += part;
             if (k != at.k || l != at.l) spectrum.at(k, l) += std::conj(part);
         }
@@ -118,8 +119,8 @@ inline Grid<double> modelCosine(Grid<double> grid, bool isForward)
         std::vector<double> sums(n);
         for (size_t u = 0; u < n; ++u)
             for (size_t i = 0; i < n; ++i) {
-                const double factor =
-                    std::sqrt((u == 0 ? 1.0 : 2.0) / double(n)) * std::cos(double((2 * i + 1) * u % (4 * n)) * PI / double(2 * n));
+                const double factor = std::sqrt((u == 0 ? 1.0 : 2.0) / double(n))
+                    * std::cos(double((2 * i + 1) * u % (4 * n)) * PI / double(2 * n));
                 sums[isForward ? u : i] += factor * line[isForward ? i : u];
             }
         line = sums;
@@ -192,7 +193,8 @@ inline std::pair<int64_t, int64_t> fixedTurn(int64_t k, size_t n)
 inline Fixed turned(Fixed a, int64_t k, size_t n) // by a negative angle
 {
     const auto turn = fixedTurn(k, n);
-    if (8 * k == int64_t(n)) return { fixedSum(wrapped(int64_t(a.re) + a.im), 11585), fixedSum(wrapped(int64_t(a.im) - a.re), 11585) };
+    if (8 * k == int64_t(n))
+        return { fixedSum(wrapped(int64_t(a.re) + a.im), 11585), fixedSum(wrapped(int64_t(a.im) - a.re), 11585) };
     if (4 * k == int64_t(n)) return { a.im, wrapped(-int64_t(a.re)) };
     if (8 * k == int64_t(3 * n))
         return { fixedSum(wrapped(int64_t(a.im) - a.re), 11585), fixedSum(wrapped(-int64_t(a.im) - a.re), 11585) };
@@ -231,12 +233,15 @@ inline std::vector<Fixed> fixedLine(std::vector<Fixed> x, bool isPlus)
     };
     conjugateAll(x);
     std::vector<Fixed> result(x.size());
-    if (isFastLength(x.size())) result = fixedFast(x);
+    if (isFastLength(x.size()))
+        result = fixedFast(x);
     else
         for (size_t k = 0; k < x.size(); ++k)
             for (size_t m = 0; m < x.size(); ++m) {
                 const auto turn = fixedTurn(int64_t(k * m), x.size());
-                result[k] = result[k] + Fixed { fixedSum(x[m].re, turn.first, x[m].im, turn.second), fixedSum(x[m].re, -turn.second, x[m].im, turn.first) };
+                result[k] = result[k]
+                    + Fixed { fixedSum(x[m].re, turn.first, x[m].im, turn.second),
+                              fixedSum(x[m].re, -turn.second, x[m].im, turn.first) };
             }
     conjugateAll(result);
     return result;
@@ -253,7 +258,9 @@ inline std::vector<Fixed> fixedSpectrum(const std::vector<int32_t>& x)
                 const auto turn = fixedTurn(int64_t(k * m), n);
                 const bool isReal = k == 0 || 2 * k == n;
                 const int32_t sign = k != 0 && m % 2 != 0 ? -1 : 1;
-                s[k] = s[k] + (isReal ? Fixed { wrapped(sign * int64_t(x[m])), 0 } : Fixed { fixedSum(x[m], turn.first), fixedSum(x[m], -turn.second) });
+                s[k] = s[k]
+                    + (isReal ? Fixed { wrapped(sign * int64_t(x[m])), 0 }
+                              : Fixed { fixedSum(x[m], turn.first), fixedSum(x[m], -turn.second) });
             }
         return s;
     }
@@ -267,7 +274,8 @@ inline std::vector<Fixed> fixedSpectrum(const std::vector<int32_t>& x)
         const Fixed a = { z[k].re >> 1, z[k].im >> 1 }, b = { z[n / 2 - k].re >> 1, z[n / 2 - k].im >> 1 };
         const auto turn = fixedTurn(int64_t(k), n);
         const Fixed even = a + conjugate(b), odd = a - conjugate(b);
-        const Fixed side = { fixedSum(odd.im, turn.first, odd.re, -turn.second), wrapped(-int64_t(fixedSum(odd.im, turn.second, odd.re, turn.first))) };
+        const Fixed side = { fixedSum(odd.im, turn.first, odd.re, -turn.second),
+                             wrapped(-int64_t(fixedSum(odd.im, turn.second, odd.re, turn.first))) };
         s[k] = even + side;
         s[n / 2 - k] = conjugate(even - side);
     }
@@ -295,7 +303,8 @@ inline std::vector<int32_t> fixedReal(std::vector<Fixed> s, size_t n)
     for (size_t k = 1; k < n / 4; ++k) {
         const auto turn = fixedTurn(int64_t(k), n);
         const Fixed even = s[k] + conjugate(s[n / 2 - k]), odd = s[k] - conjugate(s[n / 2 - k]);
-        const int32_t re = fixedSum(odd.im, turn.first, odd.re, -turn.second), im = fixedSum(odd.im, turn.second, odd.re, turn.first);
+        const int32_t re = fixedSum(odd.im, turn.first, odd.re, -turn.second),
+                      im = fixedSum(odd.im, turn.second, odd.re, turn.first);
         z[k] = { wrapped(int64_t(even.re) - re), wrapped(int64_t(even.im) + im) };
         z[n / 2 - k] = { wrapped(int64_t(even.re) + re), wrapped(int64_t(im) - even.im) };
     }
@@ -319,7 +328,8 @@ inline FixedEnd fixedEnd(const Grid<double>& grid, bool scales)
 {
     const auto log = [](int32_t n) { return (n & (n - 1)) != 0 ? 0 : int32_t(std::lround(std::log2(n))); };
     const bool isShift = scales && log(grid.width) > 0 && log(grid.height) > 0;
-    return { 6 + (isShift ? log(grid.width) + log(grid.height) : 0), scales && !isShift, 1.0 / grid.width / grid.height };
+    return { 6 + (isShift ? log(grid.width) + log(grid.height) : 0), scales && !isShift,
+             1.0 / grid.width / grid.height };
 }
 
 inline Grid<double> modelPackFixed(const Grid<double>& values, bool isPlus, bool scales)
@@ -360,8 +370,10 @@ inline Grid<double> modelUnpackFixed(const Grid<double>& packed, bool isPlus, bo
         for (int32_t x = 0; x < width; ++x) {
             const Frequency at = packedPlace(x, y, width, height);
             const int32_t value = wrapped(int64_t(packed.at(x, y)) * 64);
-            if (at.isImaginary) spectrum.at(at.k, at.l).im = isPlus ? value : wrapped(-int64_t(value));
-            else spectrum.at(at.k, at.l).re = value;
+            if (at.isImaginary)
+                spectrum.at(at.k, at.l).im = isPlus ? value : wrapped(-int64_t(value));
+            else
+                spectrum.at(at.k, at.l).re = value;
         }
     for (int32_t k = 0; k <= width / 2; ++k) {
         std::vector<Fixed> column;

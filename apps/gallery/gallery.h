@@ -124,5 +124,6 @@ extern const Family morphologyFamily;
 extern const Family statsFamily;
 extern const Family borderFamily;
 extern const Family scaleFamily;
+extern const Family fourierFamily;
 
 } // namespace gallery

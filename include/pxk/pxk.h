@@ -90,6 +90,19 @@ extern "C" {
 #define PXK_COMPOSITE_XOR 4  /**< 1 - alphaB, 1 - alphaA */
 #define PXK_COMPOSITE_PLUS 5 /**< 1, 1 */
 
+/** Flags of the Fourier transforms: direction, scaling, arithmetic; or the release of a thread's tables. */
+#define PXK_FFT_FORWARD 1
+#define PXK_FFT_INVERSE 2
+#define PXK_FFT_NOSCALE 4
+#define PXK_FFT_USE_INT 16
+#define PXK_FFT_USE_FLOAT 32
+#define PXK_FFT_FREE 128
+
+/** Flags of the cosine transform. */
+#define PXK_DCT_FORWARD 1
+#define PXK_DCT_INVERSE 2
+#define PXK_DCT_FREE 8
+
 /** Error modes: the error ends the application, is the caller's to handle, or is not shown at all. */
 #define PXK_ErrModeLeaf 0
 #define PXK_ErrModeParent 1
@@ -1486,6 +1499,95 @@ PXK_API void pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], do
  * interpolate != PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC"; then channels, memory and tiles as the warps.
  */
 PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkImage* dstImage, int32_t interpolate);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Fourier and cosine transforms
+ *
+ * A packed spectrum is an image of the same size as the real one of W times H pixels, one real value a pixel. F(k, l) is
+ * the complex spectrum at horizontal frequency k and vertical frequency l. A line of M values packs its spectrum S, whose
+ * upper half mirrors the lower one, as S(0), Re S(1), Im S(1), Re S(2), Im S(2), ..., and for even M at last S(M/2): M
+ * values, as S(0) and S(M/2) are real. Of the image
+ * - column 0 holds the packed line F(0, l), element y in row y;
+ * - columns 2k - 1 and 2k hold Re F(k, y) and Im F(k, y) in row y, for k from 1 to (W - 1) / 2;
+ * - column W - 1 holds the packed line F(W/2, l) if W is even.
+ * For even sizes the corners are F(0, 0), F(W/2, 0), F(0, H/2) and F(W/2, H/2). Width 4 and height 4, for instance:
+ *
+ *     F(0,0)      Re F(1,0)   Im F(1,0)   F(2,0)
+ *     Re F(0,1)   Re F(1,1)   Im F(1,1)   Re F(2,1)
+ *     Im F(0,1)   Re F(1,2)   Im F(1,2)   Im F(2,1)
+ *     F(0,2)      Re F(1,3)   Im F(1,3)   F(2,2)
+ */
+
+/**
+ * pxkRealFft2D turns a real image into its packed spectrum, pxkCcsFft2D a packed spectrum into the real image.
+ *
+ * flags has one direction. With PXK_FFT_FORWARD the exponent is -2 pi i (k m / W + l n / H), and nothing is scaled. With
+ * PXK_FFT_INVERSE it is positive, and the result is multiplied by 1 / (W H) unless PXK_FFT_NOSCALE is set too. The
+ * direction does not choose the function: pxkRealFft2D forward then pxkCcsFft2D inverse, and pxkRealFft2D inverse then
+ * pxkCcsFft2D forward, both return the image.
+ *
+ * Any size: W and H are the smaller width and height of the two regions, cut at the images' edges; each channel is
+ * transformed by itself. All depths but one-bit, which may differ, both data orders, images in memory; masks don't count.
+ * The images may be one and the same. Integer samples are taken as they are; results are rounded to the nearest integer,
+ * halves to the even one, and limited to the destination's range: 32F and 32S hold a spectrum, 8U hardly does.
+ *
+ * PXK_FFT_USE_INT asks for fixed-point arithmetic, where neither image is 32F: samples times 64 in 32 bits that wrap, 14-bit
+ * factors. It fits spectra that stay below 2^25. PXK_FFT_USE_FLOAT, the default, is single precision.
+ *
+ * Tables and work memory are kept for each thread until it ends, until memory is short, or until PXK_FFT_FREE, with which
+ * a call does nothing else and looks at nothing else: pxkRealFft2D(NULL, NULL, PXK_FFT_FREE).
+ *
+ * Reports -5 and returns: "(flags & 1) == 0 && (flags & 2 ) == 0", "(flags & 1) != 0 && (flags & 2 ) != 0", "(flags & 32)
+ * != 0 && (flags & 16 ) != 0"; for srcImage, then for dstImage under its name: "srcImage==0", "Incorrect Image" (with the
+ * status of the check), "srcImage->alphaChannel > 0 && srcImage->alphaChannel != srcImage->nChannels", for one channel
+ * "srcImage->alphaChannel == 1 && srcImage->roi == 0" and "srcImage->alphaChannel == 1 && srcImage->roi->coi != 1",
+ * "srcImage->depth == 1", "srcImage->imageData == ((void*)(0))" (tiled images); then, with unlike numbers of processed
+ * channels, "(srcImage->nChannels - (srcImage->alphaChannel != 0)) != (dstImage->nChannels - (dstImage->alphaChannel !=
+ * 0))", "(dstImage->nChannels - (dstImage->alphaChannel != 0)) != (srcImage->roi->coi > 0)" or "(srcImage->nChannels -
+ * (srcImage->alphaChannel != 0)) != (dstImage->roi->coi > 0)". -4 "No working memory".
+ */
+PXK_API void pxkRealFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+
+/** See pxkRealFft2D. */
+PXK_API void pxkCcsFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+
+/**
+ * Multiplies two packed spectra as complex numbers, value by value: what a filter in the frequency domain needs.
+ *
+ * 8S, 16S, 32S or 32F, the same of all images, both data orders, images in memory; the regions have one size, and
+ * srcA, srcB and dst may be one image. 8S and 16S are computed in 32-bit integers that wrap and limited to the depth's
+ * range; 32S in double, rounded to the nearest integer, halves to the even one, and limited; 32F in single precision.
+ *
+ * Reports and returns: "Incorrect Image" for srcA, srcB, dst; -17 "srcA->depth || srcB->depth == 8U||16U||1U"; -5
+ * "(srcA->depth != srcB->depth)", "(srcA->depth != dst->depth)", "(width_srcA != width_srcB)", "(height_srcA !=
+ * height_srcB)", "(width_srcA != width_dst)", "(height_srcA != height_dst)"; for srcA, srcB and dst in turn -24
+ * "srcA-roi->coi" for a channel of interest that is none, and -18 "srcA->alphaChannel" for an alpha channel that is not the
+ * last one; -15 without a text for unlike numbers of processed channels; -5 "srcA->imageData == ((void*)(0))" and so on for
+ * tiled images.
+ */
+PXK_API void pxkMpyRCPack2D(PxkImage* srcA, PxkImage* srcB, PxkImage* dst);
+
+/**
+ * Cosine transform of each channel of an image or of its region, of W times H pixels, in single precision:
+ * Y(u, v) = 2 / sqrt(W H) c(u) c(v) sum of x(i, j) cos((2 i + 1) u pi / (2 W)) cos((2 j + 1) v pi / (2 H)), where c(0) is
+ * the square root of 1/2 and every other c is 1. With PXK_DCT_INVERSE its transpose, which is its inverse. With both
+ * directions or none nothing happens, and nothing is reported.
+ *
+ * Any size: the common width and height of the regions. All depths but one-bit, which may differ, images in memory; masks
+ * and channels of interest don't count, alpha is left out. Integer results are rounded to the nearest integer, halves to the
+ * even one, and limited to the range. 8 by 8 pixels have a way of their own that takes no memory.
+ *
+ * Tables and work memory are kept for each thread as with pxkRealFft2D, until PXK_DCT_FREE, with which nothing else is
+ * looked at.
+ *
+ * Reports -5 and returns: "src==0", "dst==0"; then nothing at all while a negative status is stored; "\nFunction does not
+ * support inplace operation", "\nImages with 1u depth are not processed", "\nAlpha channel may be 0 or number of
+ * channels", "Images are not compatible" (unlike numbers of channels or data orders, a region in only one image, or a region
+ * that leaves its image), "srcImage->imageData == ((void*)(0))" and "dstImage->imageData == ((void*)(0))" (tiled images).
+ * Without memory the destination stays as it is, and nothing is reported.
+ */
+PXK_API void pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */

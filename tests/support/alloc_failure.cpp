@@ -12,10 +12,11 @@ extern "C" void* __real_malloc(size_t size);
 extern "C" void __real_free(void* block);
 
 static int64_t failing, allocations, blocks;
+static bool laterFail;
 
 extern "C" void* __wrap_malloc(size_t size)
 {
-    if (++allocations == failing) return nullptr;
+    if (++allocations == failing || (laterFail && allocations > failing)) return nullptr;
     void* const block = __real_malloc(size);
     if (block != nullptr) ++blocks;
     return block;
@@ -80,9 +81,10 @@ void operator delete(void* block, size_t) noexcept
 }
 #endif
 
-void failAllocation(int64_t n)
+void failAllocation(int64_t n, bool laterToo)
 {
     failing = n;
+    laterFail = laterToo;
     allocations = 0;
     blocks = 0;
 }

@@ -4,36 +4,38 @@
 #include <cstring>
 
 #include "frame/ownbits.h"
-#include "frame/ownbuffer.h"
+#include "frame/ownborder.h"
 #include "frame/owndepth.h"
+#include "frame/ownpixelcopy.h"
 #include "frame/ownsource.h"
 
-// Source rows of a band stay in the second-level cache together.
-static constexpr int64_t ownBandBytes = 256 * 1024;
+// Copied source rows of a band, and output rows that wait for a mask, stay in the second-level cache together.
+static constexpr int64_t ownBandBytes = 128 * 1024;
+// Bands that results depend on must never change.
+static constexpr int64_t ownFixedBandBytes = 256 * 1024;
 
 // One pass of an engine: all channels of pixel-ordered images together, or a single channel.
 struct OwnPass {
     const OwnWindowWork& work;
     OwnBandEngine engine;
+    OwnScratch& scratch;
     OwnSource source;
+    OwnView pixels;    // of the source, from the pass's first channel on
     int32_t channel;   // the first one, among the processed channels
     int32_t nChannels; // processed channels in this pass
     int32_t step;      // samples from pixel to pixel in the engine's rows
 
     bool isBits() const { return work.source->depth == PXK_DEPTH_1U; }
     bool isBitRows() const { return isBits() && work.bitRows == OwnBitRows::AS_BITS; }
-    ptrdiff_t pixelBytes(const OwnView& view) const { return isBits() ? 1 : step * view.sampleBytes; }
-    ptrdiff_t rowBytes(const OwnView& view, ptrdiff_t n) const
+    // Of a pixel in the engine's rows; 0 for rows of bits.
+    ptrdiff_t pixelBytes() const { return isBits() ? (isBitRows() ? 0 : 1) : step * pixels.sampleBytes; }
+    ptrdiff_t rowBytes(int64_t n) const
     {
-        return isBitRows() ? ownBytesOfBits(0, n) : n * pixelBytes(view);
+        return isBitRows() ? ownBytesOfBits(0, static_cast<ptrdiff_t>(n)) : static_cast<ptrdiff_t>(n) * pixelBytes();
     }
+    // Pixels lie in the source as the engine wants them.
+    bool isPacked() const { return !isBits() && pixels.pixelStep == pixelBytes(); }
 };
-
-// Buffer rows start at multiples of this many bytes.
-static ptrdiff_t ownBufferStep(ptrdiff_t rowBytes)
-{
-    return (rowBytes + 63) & ~static_cast<ptrdiff_t>(63);
-}
 
 // ---- which pixels --------------------------------------------------------------------------------------------------
 
@@ -111,114 +113,349 @@ void ownLimitBits(const OwnBand& band)
     }
 }
 
-// ---- source rows of a band -----------------------------------------------------------------------------------------
+// ---- source rows ---------------------------------------------------------------------------------------------------
 
-struct OwnBandRows {
-    OwnSource source; // where the pass's own does not hold them
-    OwnBuffer<uint8_t> built;
-    OwnBuffer<const uint8_t*> rows;
+// Where an image's row comes from: a row of the source's pixels, or -1 for the constant of a side; the side decides
+// what lies left and right of a row.
+struct OwnRowPlace {
+    int32_t side;
+    int32_t y;
+    bool operator==(const OwnRowPlace& other) const { return side == other.side && y == other.y; }
 };
 
-// A row as the engine wants it: n pixels, with copies of the first one in front and of the last one behind them.
-static void ownBuildRow(const OwnPass& pass, OwnView view, int32_t y, const OwnReach& columns, uint8_t* to)
+// Only an image in memory has pixels outside what is held; then all of the image is.
+static OwnRowPlace ownPlaceRow(const OwnSource& source, int64_t y)
 {
-    view.first += y * view.rowStep;
-    view.width = static_cast<int32_t>(columns.count);
-    view.height = 1;
-    const ptrdiff_t before = static_cast<ptrdiff_t>(columns.before);
-    const ptrdiff_t behind = static_cast<ptrdiff_t>(columns.behind);
-    const ptrdiff_t n = view.width;
-    if (pass.isBitRows()) {
-        const auto bitAt = [&](ptrdiff_t i) {
-            return (view.first[(view.bit + i) / 8] >> (7 - (view.bit + i) % 8) & 1) != 0;
-        };
-        ownFillBits(to, 0, before, bitAt(0));
-        ownStoreBits(view.first, view.bit, to + before / 8, static_cast<int32_t>(before % 8), n);
-        ownFillBits(to + (before + n) / 8, static_cast<int32_t>((before + n) % 8), behind, bitAt(n - 1));
-        return;
+    const int64_t inside = y - source.rect.y;
+    if (inside >= 0 && inside < source.rect.height) return { OWN_SIDE_NONE, static_cast<int32_t>(inside) };
+    const int32_t side = y < 0 ? OWN_SIDE_TOP : OWN_SIDE_BOTTOM;
+    const int32_t mode = ownSideMode(source.image, side);
+    if (mode == PXK_EDGE_CONST) return { side, -1 };
+    return { side, ownBorderRun(mode, y, source.image->height, 1).from };
+}
+
+// The place of row k of those that output rows from `y` of the work on depend on.
+static OwnRowPlace ownPlaceBandRow(const OwnPass& pass, int64_t y, int64_t k)
+{
+    const OwnWindowWork& work = pass.work;
+    int64_t row = y - work.margins.top + k;
+    if (work.ring != ownRingNone) {
+        row = std::clamp<int64_t>(row, -work.ring, static_cast<int64_t>(work.sourceRect.height) - 1 + work.ring);
     }
-    const ptrdiff_t pixelBytes = pass.pixelBytes(view);
-    uint8_t* const middle = to + before * pixelBytes;
-    if (pass.isBits()) {
-        ownExpandBits(view.first, view.bit, middle, n, 1);
+    return ownPlaceRow(pass.source, work.sourceRect.y + row);
+}
+
+static const uint8_t* ownSourceRow(const OwnPass& pass, int32_t y)
+{
+    return pass.pixels.first + y * pass.pixels.rowStep;
+}
+
+// A row in the making.
+struct OwnMadeRow {
+    uint8_t* first;
+    ptrdiff_t n; // pixels so far
+};
+
+// One-bit pixels as bytes.
+static void ownAddBytes(const uint8_t* bits, const OwnBorderRun& run, uint8_t* to)
+{
+    const ptrdiff_t first = run.step < 0 ? run.from - run.count + 1 : run.from;
+    ownExpandBits(bits + first / 8, static_cast<int32_t>(first % 8), to, run.step == 0 ? 1 : run.count, 1);
+    if (run.step < 0) std::reverse(to, to + run.count);
+    if (run.step == 0) memset(to, to[0], static_cast<size_t>(run.count));
+}
+
+// One channel of pixels of several.
+template <class T> static void ownAddChannel(const uint8_t* from, ptrdiff_t pixelStep, ptrdiff_t n, uint8_t* to)
+{
+    for (ptrdiff_t i = 0; i < n; ++i) memcpy(to + i * sizeof(T), from + i * pixelStep, sizeof(T));
+}
+
+static void ownAddRun(const OwnPass& pass, const uint8_t* row, OwnBorderRun run, OwnMadeRow& made)
+{
+    const OwnView& pixels = pass.pixels;
+    const ptrdiff_t bytes = pass.pixelBytes();
+    if (pass.isBits()) run.from += pixels.bit;
+    if (pass.isBits() && bytes > 0) {
+        ownAddBytes(row, run, made.first + made.n);
+    } else if (pass.isBits() || pass.isPacked()) {
+        const OwnPixelCopies copies = ownPixelCopies(static_cast<int32_t>(bytes));
+        const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
+        copy(row, run.from, made.first, made.n, run.count, bytes);
     } else {
-        OwnView packed = view;
-        packed.first = middle;
-        packed.pixelStep = pixelBytes;
-        ownCopyView(view, packed, nullptr);
+        const uint8_t* const from = row + run.from * pixels.pixelStep;
+        ownForSampleBytes(pixels.sampleBytes, [&](auto tag) {
+            ownAddChannel<typename decltype(tag)::Sample>(from, run.step * pixels.pixelStep, run.count,
+                                                          made.first + made.n * bytes);
+        });
     }
-    const size_t size = static_cast<size_t>(pixelBytes);
-    for (ptrdiff_t i = 0; i < before; ++i) memcpy(to + i * pixelBytes, middle, size);
-    for (ptrdiff_t i = n; i < n + behind; ++i) memcpy(middle + i * pixelBytes, middle + (n - 1) * pixelBytes, size);
+    made.n += run.count;
 }
 
-static bool ownBuildRows(const OwnPass& pass, const OwnView& view, const OwnReaches& reaches, OwnBandRows& band)
+static void ownAddConstant(const OwnPass& pass, int32_t side, ptrdiff_t n, OwnMadeRow& made)
 {
-    const OwnReach& columns = reaches.columns;
-    const int64_t n = columns.before + columns.count + columns.behind;
-    const ptrdiff_t step = ownBufferStep(pass.rowBytes(view, static_cast<ptrdiff_t>(n)));
-    band.built = ownBuffer<uint8_t>(reaches.rows.count * step);
-    if (band.built == nullptr) return false;
-    for (int32_t y = 0; y < reaches.rows.count; ++y) {
-        ownBuildRow(pass, view, y, columns, band.built.get() + y * step);
+    const OwnConstant constant = ownConstant(pass.work.source->depth, ownBorderConstant(pass.work.source, side));
+    if (pass.isBits() && !pass.isBitRows()) {
+        memset(made.first + made.n, constant.bytes[0] & 1, static_cast<size_t>(n));
+    } else {
+        const OwnPixelCopy fill = ownPixelCopies(constant.sampleBytes).still;
+        fill(constant.bytes, 0, made.first, made.n * pass.step, n * pass.step, constant.sampleBytes);
     }
-    return true;
+    made.n += n;
 }
 
-// Finds or makes the rows that the output rectangle depends on.
-static bool ownLoadBand(const OwnPass& pass, const OwnRect& output, OwnBandRows& band)
+// Repeats pixel `from` of the row n times, from pixel `at` on.
+static void ownRepeatPixel(const OwnPass& pass, uint8_t* row, ptrdiff_t from, ptrdiff_t at, ptrdiff_t n)
 {
-    const OwnReaches reaches = ownReaches(pass.work, output);
-    const OwnReach& rows = reaches.rows;
-    const OwnReach& columns = reaches.columns;
-    OwnRect rect;
-    if (!ownImageRect(pass.work, reaches, &rect)) return false;
-    const bool isHeld = pass.source.holds(rect);
-    if (!isHeld && !ownReadSource(band.source, pass.work.source, rect, OwnReading::AS_COPY)) return false;
-    OwnView view = (isHeld ? pass.source : band.source).view(rect);
-    view.first += pass.channel * view.channelStep;
-    view.nChannels = pass.nChannels;
-    const bool isReady = pass.isBits() ? pass.isBitRows() && view.bit == 0 : view.pixelStep == pass.pixelBytes(view);
-    const bool isBuilt = !isReady || columns.before > 0 || columns.behind > 0;
-    if (isBuilt && !ownBuildRows(pass, view, reaches, band)) return false;
-    const int64_t n = columns.before + columns.count + columns.behind;
-    const ptrdiff_t step = isBuilt ? ownBufferStep(pass.rowBytes(view, static_cast<ptrdiff_t>(n))) : view.rowStep;
-    const uint8_t* const first = isBuilt ? band.built.get() : view.first;
-    const int64_t total = rows.before + rows.count + rows.behind;
-    band.rows = ownBuffer<const uint8_t*>(total);
-    if (band.rows == nullptr) return false;
+    const ptrdiff_t bytes = pass.pixelBytes();
+    if (n > 0) ownPixelCopies(static_cast<int32_t>(bytes)).still(row, from, row, at, n, bytes);
+}
+
+// Adds the image's columns from x on, inside it and outside, and what repeats their ends.
+static void ownAddColumns(const OwnPass& pass, const OwnRowPlace& place, const OwnReach& columns, OwnMadeRow& made)
+{
+    const OwnSource& source = pass.source;
+    const int64_t left = source.rect.x;
+    const int64_t right = left + source.rect.width;
+    const ptrdiff_t first = made.n;
+    made.n += static_cast<ptrdiff_t>(columns.before);
+    int64_t x = pass.work.sourceRect.x + columns.first;
+    const int64_t end = x + columns.count;
+    if (place.y < 0) {
+        ownAddConstant(pass, place.side, static_cast<ptrdiff_t>(columns.count), made);
+        x = end;
+    }
+    while (x < end) {
+        const bool isInside = x >= left && x < right;
+        const int64_t stop = isInside ? std::min(end, right) : (x < left ? std::min(end, left) : end);
+        const int32_t side = place.side != OWN_SIDE_NONE ? place.side : (x < left ? OWN_SIDE_LEFT : OWN_SIDE_RIGHT);
+        const int32_t mode = ownSideMode(source.image, side);
+        if (!isInside && mode == PXK_EDGE_CONST) {
+            ownAddConstant(pass, side, static_cast<ptrdiff_t>(stop - x), made);
+            x = stop;
+            continue;
+        }
+        const OwnBorderRun run = isInside
+            ? OwnBorderRun { static_cast<int32_t>(x - left), 1, static_cast<int32_t>(stop - x) }
+            : ownBorderRun(mode, x, source.image->width, stop - x);
+        ownAddRun(pass, ownSourceRow(pass, place.y), run, made);
+        x += run.count;
+    }
+    ownRepeatPixel(pass, made.first, first + static_cast<ptrdiff_t>(columns.before), first,
+                   static_cast<ptrdiff_t>(columns.before));
+    ownRepeatPixel(pass, made.first, made.n - 1, made.n, static_cast<ptrdiff_t>(columns.behind));
+    made.n += static_cast<ptrdiff_t>(columns.behind);
+}
+
+// ---- parts of a piece ----------------------------------------------------------------------------------------------
+
+// Some columns of a piece of output.
+struct OwnColumns {
+    int32_t first;
+    int32_t count;
+};
+
+// What is computed together: columns whose windows lie in the source's pixels as the engine wants them; or others,
+// whose source rows are made. Two stretches of such columns share a row, so that the frame of a piece costs one pass;
+// what lies between their outputs is dropped.
+struct OwnPart {
+    OwnColumns columns[2];
+    bool isInPlace;
+};
+
+static int32_t ownPartWidth(const OwnPass& pass, const OwnPart& part)
+{
+    const OwnColumns& second = part.columns[1];
+    const int32_t between = second.count > 0 ? pass.work.margins.left + pass.work.margins.right : 0;
+    return part.columns[0].count + between + second.count;
+}
+
+// Cuts a piece into the columns that can be read in place and the others. Few columns in place are not worth a pass of
+// their own.
+static int32_t ownCutPiece(const OwnPass& pass, const OwnRect& rect, OwnPart (&parts)[2])
+{
+    const OwnWindowWork& work = pass.work;
+    const OwnRect& held = pass.source.rect;
+    const int64_t origin = static_cast<int64_t>(work.sourceRect.x) + rect.x; // of the piece's first column
+    int64_t low = held.x;
+    int64_t high = low + held.width;
+    if (work.ring != ownRingNone) {
+        low = std::max<int64_t>(low, static_cast<int64_t>(work.sourceRect.x) - work.ring);
+        high = std::min<int64_t>(high, static_cast<int64_t>(work.sourceRect.x) + work.sourceRect.width + work.ring);
+    }
+    const int64_t first = std::max<int64_t>(0, low + work.margins.left - origin);
+    const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
+    constexpr int64_t fewBytes = 512;
+    const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
+    const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes() >= ownBlockBytes;
+    const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes() >= fewBytes);
+    if (!pass.isPacked() || !isWorth) {
+        parts[0] = { { { 0, rect.width }, { 0, 0 } }, false };
+        return 1;
+    }
+    const int32_t from = static_cast<int32_t>(first);
+    const int32_t to = static_cast<int32_t>(end);
+    parts[0] = { { { from, to - from }, { 0, 0 } }, true };
+    if (isWhole) return 1;
+    parts[1] = { { { 0, from }, { to, rect.width - to } }, false };
+    if (from == 0) parts[1] = { { { to, rect.width - to }, { 0, 0 } }, false };
+    return 2;
+}
+
+// Output rows of a part.
+struct OwnRows {
+    int32_t first; // in the piece
+    int32_t count;
+};
+
+// A part of a piece on its way through an engine.
+struct OwnPartWork {
+    const OwnDestination& piece;
+    OwnPart part;
+    int32_t width; // pixels of the engine's output rows
+};
+
+// Bytes of a row that is made.
+static ptrdiff_t ownMadeRowStep(const OwnPass& pass, int32_t width)
+{
+    const int64_t overlap = static_cast<int64_t>(pass.work.margins.left) + pass.work.margins.right;
+    const ptrdiff_t bytes = pass.rowBytes(width + overlap);
+    const ptrdiff_t room = std::max(bytes, ownBlockBytes + pass.rowBytes(overlap)); // for a block of output
+    return (room + 63) & ~static_cast<ptrdiff_t>(63);
+}
+
+// The source rows of a band, in place or made; rows that follow each other and are the same are one. Null: out of
+// memory.
+static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
+{
+    const OwnMargins& margins = pass.work.margins;
+    const OwnRect& rect = work.piece.rect;
+    const int64_t y = static_cast<int64_t>(rect.y) + rows.first;
+    const int64_t total = static_cast<int64_t>(margins.top) + rows.count + margins.bottom;
+    const auto placeOf = [&](int64_t k) { return ownPlaceBandRow(pass, y, k); };
+    const auto isMade = [&](const OwnRowPlace& place) { return !work.part.isInPlace || place.y < 0; };
+    int64_t nMade = 0;
+    OwnRowPlace last = { OWN_SIDE_NONE, -1 };
     for (int64_t k = 0; k < total; ++k) {
-        const int64_t row = std::min(std::max<int64_t>(k - rows.before, 0), rows.count - 1);
-        band.rows[static_cast<size_t>(k)] = first + static_cast<ptrdiff_t>(row) * step;
+        const OwnRowPlace place = placeOf(k);
+        if (!(place == last) && isMade(place)) ++nMade;
+        last = place;
     }
-    return true;
+    const ptrdiff_t step = ownMadeRowStep(pass, work.width);
+    const uint8_t** const pointers = pass.scratch.take<const uint8_t*>(total);
+    uint8_t* next = nMade > 0 ? pass.scratch.take<uint8_t>(nMade * step) : nullptr;
+    if (pointers == nullptr || (nMade > 0 && next == nullptr)) return nullptr;
+    const auto reachOf = [&](const OwnColumns& columns) {
+        return ownReach(rect.x + columns.first, columns.count, margins.left, margins.right, pass.work.sourceRect.width,
+                        pass.work.ring);
+    };
+    const OwnReach reaches[2] = { reachOf(work.part.columns[0]), reachOf(work.part.columns[1]) };
+    const ptrdiff_t column = static_cast<ptrdiff_t>(pass.work.sourceRect.x + reaches[0].first - pass.source.rect.x);
+    last = { OWN_SIDE_NONE, -1 };
+    for (int64_t k = 0; k < total; ++k) {
+        const OwnRowPlace place = placeOf(k);
+        if (place == last) {
+            pointers[k] = pointers[k - 1];
+        } else if (isMade(place)) {
+            OwnMadeRow made = { next, 0 };
+            for (const OwnReach& reach : reaches) {
+                if (&reach == reaches || work.part.columns[1].count > 0) ownAddColumns(pass, place, reach, made);
+            }
+            pointers[k] = next;
+            next += step;
+        } else {
+            pointers[k] = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
+        }
+        last = place;
+    }
+    return pointers;
 }
 
 // ---- output --------------------------------------------------------------------------------------------------------
 
-static bool ownRunBand(const OwnPass& pass, const OwnRect& output, const OwnView& destination, const OwnBits* mask)
+// Some pixels of a view.
+static OwnView ownViewPart(OwnView view, const OwnRows& rows, const OwnColumns& columns)
 {
-    OwnBandRows source;
-    OwnOutput rows;
-    if (!ownLoadBand(pass, output, source)) return false;
-    if (!rows.open(destination, { pass.step, pass.isBitRows() }, output.height, mask)) return false;
-    OwnBuffer<uint8_t*> out = ownBuffer<uint8_t*>(output.height);
-    if (out == nullptr) return false;
-    for (int32_t y = 0; y < output.height; ++y) out[static_cast<size_t>(y)] = rows.row(y);
-    const ptrdiff_t width = static_cast<ptrdiff_t>(output.width) * pass.step;
-    if (!pass.engine({ source.rows.get(), out.get(), width, output.height, pass.step })) return false;
-    rows.store(destination, 0, output.height, mask);
+    const ptrdiff_t bit = view.sampleBytes == 0 ? view.bit + static_cast<ptrdiff_t>(columns.first) : 0;
+    view.first += rows.first * view.rowStep + columns.first * view.pixelStep + bit / 8;
+    view.bit = static_cast<int32_t>(bit % 8);
+    view.width = columns.count;
+    view.height = rows.count;
+    return view;
+}
+
+// The pass's channels of the piece.
+static OwnView ownPassView(const OwnPass& pass, const OwnDestination& piece)
+{
+    OwnView view = piece.view;
+    view.first += pass.channel * view.channelStep;
+    view.nChannels = pass.nChannels;
+    return view;
+}
+
+// Output rows are made where they belong, or are staged: under a mask, with gaps between samples or stretches, and
+// where a row has less than a block.
+static bool ownIsStaged(const OwnPass& pass, const OwnPartWork& work)
+{
+    const OwnRowForm form = { pass.step, pass.isBitRows() };
+    return work.piece.mask != nullptr || work.part.columns[1].count > 0 || pass.rowBytes(work.width) < ownBlockBytes
+        || !ownLieAsMade(ownPassView(pass, work.piece), form);
+}
+
+static void ownStoreStaged(const OwnPass& pass, const OwnPartWork& work, const OwnRows& rows, const OwnView& staged)
+{
+    const OwnView all = ownPassView(pass, work.piece);
+    int32_t at = 0;
+    for (const OwnColumns& columns : work.part.columns) {
+        if (columns.count == 0) continue;
+        const OwnRows allRows = { 0, rows.count };
+        const OwnView views[2] = { ownViewPart(staged, allRows, { at, columns.count }),
+                                   ownViewPart(all, rows, columns) };
+        OwnBits mask;
+        if (work.piece.mask != nullptr) mask = ownBitsAt(*work.piece.mask, columns.first, rows.first);
+        ownRunViews(views, 2, 1, work.piece.mask != nullptr ? &mask : nullptr, OwnCopyRow { staged.sampleBytes });
+        at += columns.count + pass.work.margins.left + pass.work.margins.right;
+    }
+}
+
+static bool ownRunBand(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
+{
+    pass.scratch.restart();
+    const uint8_t* const* const sources = ownBandRows(pass, work, rows);
+    uint8_t** const out = pass.scratch.take<uint8_t*>(rows.count);
+    if (sources == nullptr || out == nullptr) return false;
+    const bool isStaged = ownIsStaged(pass, work);
+    OwnView made = ownViewPart(ownPassView(pass, work.piece), rows, work.part.columns[0]);
+    if (isStaged) {
+        made.width = work.width;
+        made = ownMadeRows(made, { pass.step, pass.isBitRows() });
+        made.first = pass.scratch.take<uint8_t>(static_cast<int64_t>(made.rowStep) * rows.count);
+        if (made.first == nullptr) return false;
+    }
+    for (int32_t y = 0; y < rows.count; ++y) out[y] = made.first + y * made.rowStep;
+    const ptrdiff_t width = static_cast<ptrdiff_t>(work.width) * pass.step;
+    if (!pass.engine({ sources, out, width, rows.count, pass.step, pass.scratch })) return false;
+    if (isStaged) ownStoreStaged(pass, work, rows, made);
     return true;
 }
 
-// Output rows of a band: enough of them that the rows which bands share weigh little, few enough to stay in cache.
-static int32_t ownBandHeight(const OwnWindowWork& work, const OwnRect& rect)
+// Output rows of a band: all of them where nothing is copied; otherwise enough that the rows which bands share weigh
+// little, few enough to stay in cache.
+static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork& part)
 {
+    const OwnWindowWork& work = pass.work;
+    const int32_t height = part.piece.rect.height;
     const int64_t overlap = static_cast<int64_t>(work.margins.top) + work.margins.bottom;
-    const int64_t pixelBytes = std::max<int64_t>(ownDepthBits(work.source->depth) * work.source->nChannels / 8, 1);
-    const int64_t rowBytes = (static_cast<int64_t>(rect.width) + work.margins.left + work.margins.right) * pixelBytes;
-    const int64_t height = std::max({ ownBandBytes / rowBytes, overlap, static_cast<int64_t>(16) });
-    return static_cast<int32_t>(std::min<int64_t>(height, rect.height));
+    int64_t rowBytes = ownMadeRowStep(pass, part.width);
+    int64_t bandBytes = ownBandBytes;
+    if (work.inFixedBands) {
+        const int64_t pixelBytes = std::max(ownDepthBits(work.source->depth) * work.source->nChannels / 8, 1);
+        rowBytes = (static_cast<int64_t>(part.width) + work.margins.left + work.margins.right) * pixelBytes;
+        bandBytes = ownFixedBandBytes;
+    } else if (part.part.isInPlace && !ownIsStaged(pass, part)) {
+        return height;
+    }
+    return static_cast<int32_t>(std::min<int64_t>(height, std::max({ bandBytes / rowBytes, overlap, int64_t { 16 } })));
 }
 
 static bool ownHasChannelOfInterest(const PxkImage* image)
@@ -229,25 +466,24 @@ static bool ownHasChannelOfInterest(const PxkImage* image)
 static bool ownRunPiece(OwnPass& pass, const OwnDestination& piece)
 {
     const OwnWindowWork& work = pass.work;
-    const OwnRect& rect = piece.rect;
     const bool isPixelOrder = work.source->dataOrder == PXK_DATA_ORDER_PIXEL;
-    const OwnView& whole = piece.view;
     // Without a channel of interest rows start at the first channel and may carry an alpha channel along.
     const bool isTogether = work.source->nChannels == 1
         || (isPixelOrder && !ownHasChannelOfInterest(work.source) && !ownHasChannelOfInterest(work.destination));
-    pass.nChannels = isTogether ? whole.nChannels : 1;
+    pass.nChannels = isTogether ? piece.view.nChannels : 1;
     pass.step = isTogether ? work.source->nChannels : 1;
-    const int32_t bandHeight = ownBandHeight(work, rect);
-    for (pass.channel = 0; pass.channel < whole.nChannels; pass.channel += pass.nChannels) {
-        for (int32_t y = 0; y < rect.height; y += bandHeight) {
-            const OwnRect output = { rect.x, rect.y + y, rect.width, std::min(bandHeight, rect.height - y) };
-            OwnView destination = whole;
-            destination.first += y * whole.rowStep + pass.channel * whole.channelStep;
-            destination.height = output.height;
-            destination.nChannels = pass.nChannels;
-            OwnBits maskBits;
-            if (piece.mask != nullptr) maskBits = ownBitsAt(*piece.mask, 0, y);
-            if (!ownRunBand(pass, output, destination, piece.mask != nullptr ? &maskBits : nullptr)) return false;
+    const OwnView source = pass.source.view(pass.source.rect);
+    for (pass.channel = 0; pass.channel < piece.view.nChannels; pass.channel += pass.nChannels) {
+        pass.pixels = source;
+        pass.pixels.first += pass.channel * source.channelStep;
+        OwnPart parts[2];
+        const int32_t nParts = ownCutPiece(pass, piece.rect, parts);
+        for (int32_t k = 0; k < nParts; ++k) {
+            const OwnPartWork part = { piece, parts[k], ownPartWidth(pass, parts[k]) };
+            const int32_t most = ownBandHeight(pass, part);
+            for (int32_t y = 0; y < piece.rect.height; y += most) {
+                if (!ownRunBand(pass, part, { y, std::min(most, piece.rect.height - y) })) return false;
+            }
         }
     }
     return true;
@@ -259,7 +495,8 @@ bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
     const bool isInPlace = ownSharePixels(work.source, work.destination);
     const bool isSourceTiled = work.source->tileInfo != nullptr;
     const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
-    OwnPass pass = { work, engine, {}, 0, 0, 0 };
+    OwnScratch scratch;
+    OwnPass pass = { work, engine, scratch, {}, {}, 0, 0, 0 };
     if (isInPlace || (isSourceTiled && !isReadByPiece)) {
         if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {

@@ -20,10 +20,12 @@ struct OwnPass {
     OwnBandEngine engine;
     OwnScratch& scratch;
     OwnSource source;
-    OwnView pixels;    // of the source, from the pass's first channel on
-    int32_t channel;   // the first one, among the processed channels
-    int32_t nChannels; // processed channels in this pass
-    int32_t step;      // samples from pixel to pixel in the engine's rows
+    OwnView pixels;        // of the source, from the pass's first channel on
+    OwnPixelCopies copies; // from the source's rows into the engine's
+    ptrdiff_t unit;        // what they take as pixelBytes
+    int32_t channel;       // the first one, among the processed channels
+    int32_t nChannels;     // processed channels in this pass
+    int32_t step;          // samples from pixel to pixel in the engine's rows
 
     bool isBits() const { return work.source->depth == PXK_DEPTH_1U; }
     bool isBitRows() const { return isBits() && work.bitRows == OwnBitRows::AS_BITS; }
@@ -150,101 +152,154 @@ static const uint8_t* ownSourceRow(const OwnPass& pass, int32_t y)
     return pass.pixels.first + y * pass.pixels.rowStep;
 }
 
-// A row in the making.
-struct OwnMadeRow {
-    uint8_t* first;
-    ptrdiff_t n; // pixels so far
-};
-
-// One-bit pixels as bytes.
-static void ownAddBytes(const uint8_t* bits, const OwnBorderRun& run, uint8_t* to)
+// One-bit pixels as bytes, in the form of OwnPixelCopy.
+template <int32_t STEP>
+static void ownCopyAsBytes(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n, ptrdiff_t)
 {
-    const ptrdiff_t first = run.step < 0 ? run.from - run.count + 1 : run.from;
-    ownExpandBits(bits + first / 8, static_cast<int32_t>(first % 8), to, run.step == 0 ? 1 : run.count, 1);
-    if (run.step < 0) std::reverse(to, to + run.count);
-    if (run.step == 0) memset(to, to[0], static_cast<size_t>(run.count));
+    uint8_t* const first = to + toX;
+    const ptrdiff_t start = STEP < 0 ? x - n + 1 : x;
+    ownExpandBits(from + start / 8, static_cast<int32_t>(start % 8), first, STEP == 0 ? 1 : n, 1);
+    if (STEP < 0) std::reverse(first, first + n);
+    if (STEP == 0) memset(first, first[0], static_cast<size_t>(n));
 }
 
-// One channel of pixels of several.
-template <class T> static void ownAddChannel(const uint8_t* from, ptrdiff_t pixelStep, ptrdiff_t n, uint8_t* to)
+// One channel of pixels that are pixelStep bytes apart.
+template <class T, int32_t STEP>
+static void ownCopyChannel(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n,
+                           ptrdiff_t pixelStep)
 {
-    for (ptrdiff_t i = 0; i < n; ++i) memcpy(to + i * sizeof(T), from + i * pixelStep, sizeof(T));
+    constexpr ptrdiff_t bytes = sizeof(T);
+    from += x * pixelStep;
+    to += toX * bytes;
+    for (ptrdiff_t i = 0; i < n; ++i) memcpy(to + i * bytes, from + i * STEP * pixelStep, sizeof(T));
 }
 
-static void ownAddRun(const OwnPass& pass, const uint8_t* row, OwnBorderRun run, OwnMadeRow& made)
+static void ownChooseCopies(OwnPass& pass)
 {
-    const OwnView& pixels = pass.pixels;
-    const ptrdiff_t bytes = pass.pixelBytes();
-    if (pass.isBits()) run.from += pixels.bit;
-    if (pass.isBits() && bytes > 0) {
-        ownAddBytes(row, run, made.first + made.n);
+    pass.unit = pass.pixelBytes();
+    if (pass.isBits() && !pass.isBitRows()) {
+        pass.copies = { ownCopyAsBytes<1>, ownCopyAsBytes<-1>, ownCopyAsBytes<0> };
     } else if (pass.isBits() || pass.isPacked()) {
-        const OwnPixelCopies copies = ownPixelCopies(static_cast<int32_t>(bytes));
-        const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
-        copy(row, run.from, made.first, made.n, run.count, bytes);
+        pass.copies = ownPixelCopies(static_cast<int32_t>(pass.unit));
     } else {
-        const uint8_t* const from = row + run.from * pixels.pixelStep;
-        ownForSampleBytes(pixels.sampleBytes, [&](auto tag) {
-            ownAddChannel<typename decltype(tag)::Sample>(from, run.step * pixels.pixelStep, run.count,
-                                                          made.first + made.n * bytes);
+        pass.unit = pass.pixels.pixelStep;
+        pass.copies = ownForSampleBytes(pass.pixels.sampleBytes, [](auto tag) {
+            using T = typename decltype(tag)::Sample;
+            return OwnPixelCopies { ownCopyChannel<T, 1>, ownCopyChannel<T, -1>, ownCopyChannel<T, 0> };
         });
     }
-    made.n += run.count;
 }
 
-static void ownAddConstant(const OwnPass& pass, int32_t side, ptrdiff_t n, OwnMadeRow& made)
+// A stretch of a row that is made: `n` pixels from `to` on.
+struct OwnMove {
+    OwnPixelCopy copy;
+    enum { SOURCE, CONSTANT, MADE } from;
+    ptrdiff_t x;
+    ptrdiff_t to;
+    ptrdiff_t n;
+    ptrdiff_t unit;
+};
+
+// How a row is made whose own side of the image is `side`: the same for all rows of that side.
+struct OwnMoves {
+    OwnMove* moves;
+    int32_t count;
+    int32_t side;
+    OwnConstant constants[OWN_SIDE_NONE]; // as they lie in the engine's rows
+    ptrdiff_t n;                          // pixels so far
+};
+
+static void ownAddMove(OwnMoves& moves, const OwnMove& move)
 {
-    const OwnConstant constant = ownConstant(pass.work.source->depth, ownBorderConstant(pass.work.source, side));
-    if (pass.isBits() && !pass.isBitRows()) {
-        memset(made.first + made.n, constant.bytes[0] & 1, static_cast<size_t>(n));
-    } else {
-        const OwnPixelCopy fill = ownPixelCopies(constant.sampleBytes).still;
-        fill(constant.bytes, 0, made.first, made.n * pass.step, n * pass.step, constant.sampleBytes);
-    }
-    made.n += n;
+    if (move.n == 0) return;
+    moves.moves[moves.count++] = move;
+    moves.n += move.n;
 }
 
-// Repeats pixel `from` of the row n times, from pixel `at` on.
-static void ownRepeatPixel(const OwnPass& pass, uint8_t* row, ptrdiff_t from, ptrdiff_t at, ptrdiff_t n)
+static void ownAddConstant(const OwnPass& pass, OwnMoves& moves, int32_t side, ptrdiff_t n)
 {
-    const ptrdiff_t bytes = pass.pixelBytes();
-    if (n > 0) ownPixelCopies(static_cast<int32_t>(bytes)).still(row, from, row, at, n, bytes);
+    const OwnConstant& constant = moves.constants[side];
+    ownAddMove(moves,
+               { ownPixelCopies(constant.sampleBytes).still, OwnMove::CONSTANT, side, moves.n * pass.step,
+                 n * pass.step, constant.sampleBytes });
+    moves.n -= n * (pass.step - 1);
 }
 
-// Adds the image's columns from x on, inside it and outside, and what repeats their ends.
-static void ownAddColumns(const OwnPass& pass, const OwnRowPlace& place, const OwnReach& columns, OwnMadeRow& made)
+static void ownAddRun(const OwnPass& pass, OwnMoves& moves, const OwnBorderRun& run)
+{
+    const OwnPixelCopies& copies = pass.copies;
+    const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
+    const ptrdiff_t bit = pass.isBits() ? pass.pixels.bit : 0;
+    ownAddMove(moves, { copy, OwnMove::SOURCE, run.from + bit, moves.n, run.count, pass.unit });
+}
+
+// The image's columns from x to before `end`, inside it and outside.
+static void ownAddColumns(const OwnPass& pass, OwnMoves& moves, int64_t x, int64_t end)
 {
     const OwnSource& source = pass.source;
     const int64_t left = source.rect.x;
     const int64_t right = left + source.rect.width;
-    const ptrdiff_t first = made.n;
-    made.n += static_cast<ptrdiff_t>(columns.before);
-    int64_t x = pass.work.sourceRect.x + columns.first;
-    const int64_t end = x + columns.count;
-    if (place.y < 0) {
-        ownAddConstant(pass, place.side, static_cast<ptrdiff_t>(columns.count), made);
-        x = end;
-    }
     while (x < end) {
         const bool isInside = x >= left && x < right;
         const int64_t stop = isInside ? std::min(end, right) : (x < left ? std::min(end, left) : end);
-        const int32_t side = place.side != OWN_SIDE_NONE ? place.side : (x < left ? OWN_SIDE_LEFT : OWN_SIDE_RIGHT);
+        const int32_t beside = x < left ? OWN_SIDE_LEFT : OWN_SIDE_RIGHT;
+        const int32_t side = moves.side != OWN_SIDE_NONE ? moves.side : beside;
         const int32_t mode = ownSideMode(source.image, side);
-        if (!isInside && mode == PXK_EDGE_CONST) {
-            ownAddConstant(pass, side, static_cast<ptrdiff_t>(stop - x), made);
+        if ((!isInside || moves.side != OWN_SIDE_NONE) && mode == PXK_EDGE_CONST) {
+            ownAddConstant(pass, moves, side, static_cast<ptrdiff_t>(stop - x));
             x = stop;
-            continue;
+        } else if (isInside) {
+            ownAddRun(pass, moves, { static_cast<int32_t>(x - left), 1, static_cast<int32_t>(stop - x) });
+            x = stop;
+        } else {
+            const OwnBorderRun run = ownBorderRun(mode, x, source.image->width, stop - x);
+            ownAddRun(pass, moves, run);
+            x += run.count;
         }
-        const OwnBorderRun run = isInside
-            ? OwnBorderRun { static_cast<int32_t>(x - left), 1, static_cast<int32_t>(stop - x) }
-            : ownBorderRun(mode, x, source.image->width, stop - x);
-        ownAddRun(pass, ownSourceRow(pass, place.y), run, made);
-        x += run.count;
     }
-    ownRepeatPixel(pass, made.first, first + static_cast<ptrdiff_t>(columns.before), first,
-                   static_cast<ptrdiff_t>(columns.before));
-    ownRepeatPixel(pass, made.first, made.n - 1, made.n, static_cast<ptrdiff_t>(columns.behind));
-    made.n += static_cast<ptrdiff_t>(columns.behind);
+}
+
+// Columns, and what repeats their ends.
+static void ownAddReach(const OwnPass& pass, OwnMoves& moves, const OwnReach& columns)
+{
+    const ptrdiff_t first = moves.n;
+    const ptrdiff_t before = static_cast<ptrdiff_t>(columns.before);
+    const OwnPixelCopy still = ownPixelCopies(static_cast<int32_t>(pass.pixelBytes())).still;
+    moves.n += before;
+    const int64_t x = pass.work.sourceRect.x + columns.first;
+    ownAddColumns(pass, moves, x, x + columns.count);
+    ownAddMove(
+        moves,
+        { still, OwnMove::MADE, moves.n - 1, moves.n, static_cast<ptrdiff_t>(columns.behind), pass.pixelBytes() });
+    ownAddMove(moves, { still, OwnMove::MADE, first + before, first, before, pass.pixelBytes() });
+    moves.n -= before;
+}
+
+// Room for the moves of any row. False: out of memory.
+static bool ownOpenMoves(OwnPass& pass, OwnMoves& moves, const OwnReach (&reaches)[2])
+{
+    const int64_t columns = reaches[0].count + reaches[1].count;
+    moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) + 16);
+    moves.side = -1;
+    for (int32_t side = 0; side < OWN_SIDE_NONE; ++side) {
+        OwnConstant& constant = moves.constants[side];
+        constant = ownConstant(pass.work.source->depth, ownBorderConstant(pass.work.source, side));
+        if (pass.isBits() && !pass.isBitRows()) constant = { { static_cast<uint8_t>(constant.bytes[0] & 1) }, 1 };
+    }
+    return moves.moves != nullptr;
+}
+
+static void ownMakeRow(const OwnPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to)
+{
+    const uint8_t* const source = y >= 0 ? ownSourceRow(pass, y) : nullptr;
+    for (int32_t k = 0; k < moves.count; ++k) {
+        const OwnMove& move = moves.moves[k];
+        if (move.from == OwnMove::CONSTANT) {
+            move.copy(moves.constants[move.x].bytes, 0, to, move.to, move.n, move.unit);
+        } else {
+            move.copy(move.from == OwnMove::MADE ? to : source, move.x, to, move.to, move.n, move.unit);
+        }
+    }
 }
 
 // ---- parts of a piece ----------------------------------------------------------------------------------------------
@@ -324,49 +379,55 @@ static ptrdiff_t ownMadeRowStep(const OwnPass& pass, int32_t width)
     return (room + 63) & ~static_cast<ptrdiff_t>(63);
 }
 
+// Most different rows that a band of so many rows can hold.
+static int64_t ownMostRows(const OwnWindowWork& work, int64_t total)
+{
+    if (work.ring == ownRingNone) return total;
+    return std::min<int64_t>(total, static_cast<int64_t>(work.sourceRect.height) + 2 * work.ring);
+}
+
 // The source rows of a band, in place or made; rows that follow each other and are the same are one. Null: out of
 // memory.
 static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
 {
     const OwnMargins& margins = pass.work.margins;
     const OwnRect& rect = work.piece.rect;
-    const int64_t y = static_cast<int64_t>(rect.y) + rows.first;
-    const int64_t total = static_cast<int64_t>(margins.top) + rows.count + margins.bottom;
-    const auto placeOf = [&](int64_t k) { return ownPlaceBandRow(pass, y, k); };
-    const auto isMade = [&](const OwnRowPlace& place) { return !work.part.isInPlace || place.y < 0; };
-    int64_t nMade = 0;
-    OwnRowPlace last = { OWN_SIDE_NONE, -1 };
-    for (int64_t k = 0; k < total; ++k) {
-        const OwnRowPlace place = placeOf(k);
-        if (!(place == last) && isMade(place)) ++nMade;
-        last = place;
-    }
-    const ptrdiff_t step = ownMadeRowStep(pass, work.width);
-    const uint8_t** const pointers = pass.scratch.take<const uint8_t*>(total);
-    uint8_t* next = nMade > 0 ? pass.scratch.take<uint8_t>(nMade * step) : nullptr;
-    if (pointers == nullptr || (nMade > 0 && next == nullptr)) return nullptr;
     const auto reachOf = [&](const OwnColumns& columns) {
         return ownReach(rect.x + columns.first, columns.count, margins.left, margins.right, pass.work.sourceRect.width,
                         pass.work.ring);
     };
+    const bool isInPlace = work.part.isInPlace;
     const OwnReach reaches[2] = { reachOf(work.part.columns[0]), reachOf(work.part.columns[1]) };
+    const int64_t y = static_cast<int64_t>(rect.y) + rows.first;
+    const int64_t total = static_cast<int64_t>(margins.top) + rows.count + margins.bottom;
+    const ptrdiff_t step = ownMadeRowStep(pass, work.width);
+    const uint8_t** const pointers = pass.scratch.take<const uint8_t*>(total);
+    // In place only two rows of constants are made.
+    uint8_t* next = pass.scratch.take<uint8_t>((isInPlace ? 2 : ownMostRows(pass.work, total)) * step);
+    OwnMoves moves;
+    if (pointers == nullptr || next == nullptr || !ownOpenMoves(pass, moves, reaches)) return nullptr;
     const ptrdiff_t column = static_cast<ptrdiff_t>(pass.work.sourceRect.x + reaches[0].first - pass.source.rect.x);
-    last = { OWN_SIDE_NONE, -1 };
+    OwnRowPlace last = { -1, -1 };
     for (int64_t k = 0; k < total; ++k) {
-        const OwnRowPlace place = placeOf(k);
+        const OwnRowPlace place = ownPlaceBandRow(pass, y, k);
         if (place == last) {
             pointers[k] = pointers[k - 1];
-        } else if (isMade(place)) {
-            OwnMadeRow made = { next, 0 };
-            for (const OwnReach& reach : reaches) {
-                if (&reach == reaches || work.part.columns[1].count > 0) ownAddColumns(pass, place, reach, made);
-            }
-            pointers[k] = next;
-            next += step;
-        } else {
-            pointers[k] = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
+            continue;
         }
         last = place;
+        if (isInPlace && place.y >= 0) {
+            pointers[k] = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
+            continue;
+        }
+        if (moves.side != place.side) {
+            moves.side = place.side;
+            moves.n = moves.count = 0;
+            ownAddReach(pass, moves, reaches[0]);
+            if (work.part.columns[1].count > 0) ownAddReach(pass, moves, reaches[1]);
+        }
+        ownMakeRow(pass, moves, place.y, next);
+        pointers[k] = next;
+        next += step;
     }
     return pointers;
 }
@@ -440,22 +501,23 @@ static bool ownRunBand(OwnPass& pass, const OwnPartWork& work, const OwnRows& ro
 }
 
 // Output rows of a band: all of them where nothing is copied; otherwise enough that the rows which bands share weigh
-// little, few enough to stay in cache.
-static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork& part)
+// little, few enough that what one part brings into the cache is there for the next.
+static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork* parts, int32_t nParts)
 {
     const OwnWindowWork& work = pass.work;
-    const int32_t height = part.piece.rect.height;
+    const OwnRect& rect = parts[0].piece.rect;
+    if (nParts == 1 && parts[0].part.isInPlace && !work.inFixedBands && !ownIsStaged(pass, parts[0]))
+        return rect.height;
     const int64_t overlap = static_cast<int64_t>(work.margins.top) + work.margins.bottom;
-    int64_t rowBytes = ownMadeRowStep(pass, part.width);
+    int64_t rowBytes = ownMadeRowStep(pass, rect.width);
     int64_t bandBytes = ownBandBytes;
     if (work.inFixedBands) {
         const int64_t pixelBytes = std::max(ownDepthBits(work.source->depth) * work.source->nChannels / 8, 1);
-        rowBytes = (static_cast<int64_t>(part.width) + work.margins.left + work.margins.right) * pixelBytes;
+        rowBytes = (static_cast<int64_t>(rect.width) + work.margins.left + work.margins.right) * pixelBytes;
         bandBytes = ownFixedBandBytes;
-    } else if (part.part.isInPlace && !ownIsStaged(pass, part)) {
-        return height;
     }
-    return static_cast<int32_t>(std::min<int64_t>(height, std::max({ bandBytes / rowBytes, overlap, int64_t { 16 } })));
+    const int64_t height = std::max({ bandBytes / rowBytes, overlap, int64_t { 16 } });
+    return static_cast<int32_t>(std::min<int64_t>(rect.height, height));
 }
 
 static bool ownHasChannelOfInterest(const PxkImage* image)
@@ -476,13 +538,16 @@ static bool ownRunPiece(OwnPass& pass, const OwnDestination& piece)
     for (pass.channel = 0; pass.channel < piece.view.nChannels; pass.channel += pass.nChannels) {
         pass.pixels = source;
         pass.pixels.first += pass.channel * source.channelStep;
-        OwnPart parts[2];
+        ownChooseCopies(pass);
+        OwnPart parts[2] = {};
         const int32_t nParts = ownCutPiece(pass, piece.rect, parts);
-        for (int32_t k = 0; k < nParts; ++k) {
-            const OwnPartWork part = { piece, parts[k], ownPartWidth(pass, parts[k]) };
-            const int32_t most = ownBandHeight(pass, part);
-            for (int32_t y = 0; y < piece.rect.height; y += most) {
-                if (!ownRunBand(pass, part, { y, std::min(most, piece.rect.height - y) })) return false;
+        const OwnPartWork works[2] = { { piece, parts[0], ownPartWidth(pass, parts[0]) },
+                                       { piece, parts[1], ownPartWidth(pass, parts[1]) } };
+        const int32_t height = ownBandHeight(pass, works, nParts);
+        for (int32_t y = 0; y < piece.rect.height; y += height) {
+            const OwnRows rows = { y, std::min(height, piece.rect.height - y) };
+            for (int32_t k = 0; k < nParts; ++k) {
+                if (!ownRunBand(pass, works[k], rows)) return false;
             }
         }
     }
@@ -496,7 +561,7 @@ bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
     const bool isSourceTiled = work.source->tileInfo != nullptr;
     const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
     OwnScratch scratch;
-    OwnPass pass = { work, engine, scratch, {}, {}, 0, 0, 0 };
+    OwnPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0 };
     if (isInPlace || (isSourceTiled && !isReadByPiece)) {
         if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {

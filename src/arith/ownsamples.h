@@ -27,7 +27,7 @@ struct OwnAddSamples {
     template <class T> T operator()(T a, T b) const
     {
         if constexpr (ownIsFloat<T>) {
-            return a + b;
+            return ownOneNaN(a + b);
         } else if constexpr (std::is_unsigned<T>::value) {
             const T room = static_cast<T>(~a);
             return static_cast<T>(a + (b < room ? b : room));
@@ -43,7 +43,7 @@ struct OwnSubtractSamples {
     template <class T> T operator()(T a, T b) const
     {
         if constexpr (ownIsFloat<T>) {
-            return a - b;
+            return ownOneNaN(a - b);
         } else if constexpr (std::is_unsigned<T>::value) {
             return static_cast<T>(a - (a < b ? a : b));
         } else {
@@ -58,7 +58,7 @@ struct OwnMultiplySamples {
     template <class T> T operator()(T a, T b) const
     {
         if constexpr (ownIsFloat<T>) {
-            return a * b;
+            return ownOneNaN(a * b);
         } else if constexpr (std::is_same<T, int16_t>::value) {
             // Both halves of the product are formed in 16 bits; in range, the upper one repeats the lower one's sign.
             const T upper = static_cast<T>((int32_t { a } * b) >> 16);
@@ -111,7 +111,7 @@ struct OwnSquareSample {
     template <class T> T operator()(T a) const
     {
         if constexpr (ownIsFloat<T>) {
-            return a * a;
+            return ownOneNaN(a * a);
         } else {
             using U = std::make_unsigned_t<T>;
             constexpr T root = ownRoot<T>();

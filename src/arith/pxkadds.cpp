@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "frame/ownlimit.h"
 #include "ownscalar.h"
 
 void pxkAddS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)
@@ -23,5 +24,5 @@ void pxkAddSFP(PxkImage* srcImage, PxkImage* dstImage, float value)
     OWN_REFUSE_IF(srcImage->depth != PXK_DEPTH_32F, PXK_StsBadArg, "For processing this depth use function pxkAddS");
     OwnWork work;
     if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
-    ownRunScalarAs<float>(work, [value](float a) { return a + value; });
+    ownRunScalarAs<float>(work, [value](float a) { return ownOneNaN(a + value); });
 }

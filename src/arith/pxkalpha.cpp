@@ -8,7 +8,7 @@ struct OwnTimesAlpha {
     template <class T> T operator()(T sample, T alpha) const
     {
         if constexpr (ownIsFloat<T>) {
-            return sample * alpha;
+            return ownOneNaN(sample * alpha);
         } else {
             return OwnMultiplyScaled {}(sample, alpha);
         }

@@ -62,5 +62,5 @@ void pxkMultiplySFP(PxkImage* srcImage, PxkImage* dstImage, float value)
                   "For processing this depth use function pxkMultiplyS");
     OwnWork work;
     if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
-    ownRunScalarAs<float>(work, [value](float a) { return a * value; });
+    ownRunScalarAs<float>(work, [value](float a) { return ownOneNaN(a * value); });
 }

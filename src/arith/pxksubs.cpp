@@ -30,6 +30,6 @@ void pxkSubtractSFP(PxkImage* srcImage, PxkImage* dstImage, float value, int32_t
                   "For processing this depth use function pxkSubtractS");
     OwnWork work;
     if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
-    if (flip != 0) return ownRunScalarAs<float>(work, [value](float a) { return value - a; });
-    ownRunScalarAs<float>(work, [value](float a) { return a - value; });
+    if (flip != 0) return ownRunScalarAs<float>(work, [value](float a) { return ownOneNaN(value - a); });
+    ownRunScalarAs<float>(work, [value](float a) { return ownOneNaN(a - value); });
 }

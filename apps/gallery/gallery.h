@@ -117,6 +117,7 @@ extern const Family alphaFamily;
 extern const Family ditherFamily;
 extern const Family bitmapFamily;
 extern const Family convertFamily;
+extern const Family colourFamily;
 extern const Family convolutionFamily;
 extern const Family fixedFamily;
 extern const Family rankFamily;

@@ -1750,6 +1750,7 @@ static_assert(sizeof(PxkROI) == 20, "PxkROI");
 static_assert(sizeof(PxkImage) == (sizeof(void*) == 4 ? 112 : 144), "PxkImage");
 static_assert(sizeof(PxkBitmapInfoHeader) == 40, "PxkBitmapInfoHeader");
 static_assert(sizeof(PxkTileInfo) == (sizeof(void*) == 4 ? 20 : 32), "PxkTileInfo");
+static_assert(sizeof(PxkMomentState) == 256, "PxkMomentState");
 PXK_IS_AT(PxkImage, depth, 16, 16);
 PXK_IS_AT(PxkImage, dataOrder, 28, 28);
 PXK_IS_AT(PxkImage, height, 44, 44);
@@ -1767,6 +1768,8 @@ PXK_IS_AT(PxkTileInfo, id, 4, 8);
 PXK_IS_AT(PxkTileInfo, tileData, 8, 16);
 PXK_IS_AT(PxkTileInfo, width, 12, 24);
 PXK_IS_AT(PxkTileInfo, height, 16, 28);
+PXK_IS_AT(PxkLUT, value, 8, 16);
+PXK_IS_AT(PxkLUT, interpolateType, 16, 32);
 #undef PXK_IS_AT
 #endif
 

@@ -84,7 +84,10 @@ bool ownMakeAxis(OwnAxis& axis, OwnInterpolation interpolation, int32_t extent, 
     axis.unit = isNearest ? 1 : unit;
     if (!ownAllocateAxis(axis, interpolation, count)) return false;
     const auto set = isNearest ? ownSetNearest : axis.taps == 2 ? ownSetLinear : ownSetCubic;
-    for (int32_t i = 0; i < count; ++i) set(axis, i, sampling.start + i * sampling.step, extent - 1);
+    const double behindLast = extent - 0.5; // whatever lies farther means the last pixel, too
+    for (int32_t i = 0; i < count; ++i) {
+        set(axis, i, std::min(sampling.start + i * sampling.step, behindLast), extent - 1);
+    }
     return true;
 }
 

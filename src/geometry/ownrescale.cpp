@@ -74,13 +74,17 @@ static OwnStart ownFindScaledArea(const OwnRescale& rescale, OwnScaledMask& scal
     return ownFindArea(area, { &scaled, rescale.dstImage });
 }
 
-// Channels that are rows of their own one by one, packed ones together.
-static bool ownScalePiece(const OwnScaling& scaling, const OwnScalePlace& place, const OwnView& source,
-                          const OwnDestination& piece)
+// Channels that are planes one by one, those of packed pixels together.
+static bool ownArePlanes(const PxkImage* image)
 {
-    if (source.nChannels == 1 || source.channelStep == source.sampleBytes) {
-        return ownScaleView(scaling, place, source, piece.view, piece.mask);
-    }
+    return image->dataOrder == PXK_DATA_ORDER_PLANE;
+}
+
+static bool ownScalePiece(const OwnScaling& scaling, const OwnScalePlace& place, const OwnSource& pixels,
+                          const OwnRect& rect, const OwnDestination& piece)
+{
+    const OwnView source = pixels.view(rect);
+    if (!ownArePlanes(pixels.image)) return ownScaleView(scaling, place, source, piece.view, piece.mask);
     for (int32_t c = 0; c < source.nChannels; ++c) {
         const OwnView from = ownChannelView(source, c);
         if (!ownScaleView(scaling, place, from, ownChannelView(piece.view, c), piece.mask)) return false;
@@ -106,7 +110,7 @@ bool ownRunScaling(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, 
     const auto make = [&](const OwnSource& source, const OwnDestination& piece) {
         const OwnRect from = partOf(piece.rect);
         const OwnScalePlace place = { piece.rect.x, piece.rect.y, from.x, from.y };
-        return ownScalePiece(scaling, place, source.view(sourceOf(piece.rect)), piece);
+        return ownScalePiece(scaling, place, source, sourceOf(piece.rect), piece);
     };
     return ownResample({ site, srcImage, dstImage, size, mask }, sourceOf, make);
 }
@@ -124,9 +128,9 @@ void ownRunRescale(const OwnRescale& rescale)
     const OwnStart start = ownFindScaledArea(rescale, scaledMask, area);
     if (start == OwnStart::NOTHING_TO_DO || nChannels == 0) return;
     const OwnSize from = ownRegionSize(rescale.srcImage);
-    const bool isPacked = rescale.srcImage->dataOrder == PXK_DATA_ORDER_PIXEL;
+    const int32_t unit = ownArePlanes(rescale.srcImage) ? 1 : nChannels;
     OwnScaling scaling;
-    if (start == OwnStart::NO_MEMORY || !ownMakeScaling(scaling, rescale, from, area.size, isPacked ? nChannels : 1)) {
+    if (start == OwnStart::NO_MEMORY || !ownMakeScaling(scaling, rescale, from, area.size, unit)) {
         return ownReport(site, PXK_StsNoMem, "Out of memory");
     }
     ownRunScaling(site, rescale.srcImage, rescale.dstImage, area.size, area.mask.bitsOrNull(), scaling);

@@ -36,36 +36,56 @@ static bool ownIsRun(const int32_t* offsets, ptrdiff_t n, int32_t pixelBytes)
     return isRun;
 }
 
-// Output rows of the same source row are copies of the first one.
-static bool ownNearestView(const OwnScaling& scaling, const OwnScalePlace& place, const OwnView& source,
-                           const OwnView& destination, const OwnBits* mask)
+// Output rows of the same source row are copies of the first one, which make(y, row) makes from source row y.
+static bool ownMakeNearestRows(const OwnScaling& scaling, const OwnScalePlace& place, const OwnView& destination,
+                               const OwnBits* mask, ptrdiff_t rowBytes, OwnFunction<void(int32_t y, uint8_t* row)> make)
 {
-    const bool isBits = source.sampleBytes == 0;
-    const ptrdiff_t n = destination.width;
-    const int32_t pixelBytes = isBits ? 1 : source.sampleBytes * source.nChannels;
-    const OwnBuffer<int32_t> offsets =
-        ownTapOffsets(scaling.across, place.x, destination.width, place.fromX, isBits ? 1 : source.pixelStep);
-    const OwnBuffer<uint8_t> bytes = isBits ? ownBuffer<uint8_t>(source.width) : nullptr;
-    if (offsets == nullptr || (isBits && bytes == nullptr)) return false;
-    const bool isRun = ownIsRun(offsets.get(), n, pixelBytes);
     const uint8_t* made = nullptr;
     int32_t madeFrom = 0;
-    return ownMakeRows(destination, OwnBitForm::BYTES, mask, [&](int32_t y, uint8_t* row) {
+    return ownMakeRows(destination, OwnBitForm::BITS, mask, [&](int32_t y, uint8_t* row) {
         const int32_t from = scaling.down.first[static_cast<size_t>(place.y + y)] - place.fromY;
-        const uint8_t* pixels = source.first + from * source.rowStep;
         if (made != nullptr && from == madeFrom) {
-            memcpy(row, made, static_cast<size_t>(n * pixelBytes));
+            memcpy(row, made, static_cast<size_t>(rowBytes));
         } else {
-            if (isBits) ownExpandBits(pixels, source.bit, bytes.get(), source.width, 1);
-            if (isBits) pixels = bytes.get();
-            if (isRun) {
-                memcpy(row, pixels + offsets[0], static_cast<size_t>(n * pixelBytes));
-            } else {
-                ownGatherPixels(pixels, offsets.get(), pixelBytes, row, n);
-            }
+            make(from, row);
         }
         made = row;
         madeFrom = from;
+    });
+}
+
+static bool ownNearestBits(const OwnScaling& scaling, const OwnScalePlace& place, const OwnView& source,
+                           const OwnView& destination, const OwnBits* mask)
+{
+    const ptrdiff_t n = destination.width;
+    const OwnBuffer<int32_t> offsets = ownTapOffsets(scaling.across, place.x, destination.width, place.fromX, 1);
+    const OwnBuffer<uint8_t> expanded = ownBuffer<uint8_t>(source.width);
+    const OwnBuffer<uint8_t> gathered = ownBuffer<uint8_t>(n);
+    if (offsets == nullptr || expanded == nullptr || gathered == nullptr) return false;
+    return ownMakeNearestRows(scaling, place, destination, mask, ownBytesOfBits(0, n), [&](int32_t y, uint8_t* row) {
+        ownExpandBits(source.first + y * source.rowStep, source.bit, expanded.get(), source.width, 1);
+        ownGatherPixels(expanded.get(), offsets.get(), 1, gathered.get(), n);
+        ownPackBits(gathered.get(), row, 0, n);
+    });
+}
+
+static bool ownNearestView(const OwnScaling& scaling, const OwnScalePlace& place, const OwnView& source,
+                           const OwnView& destination, const OwnBits* mask)
+{
+    if (source.sampleBytes == 0) return ownNearestBits(scaling, place, source, destination, mask);
+    const ptrdiff_t n = destination.width;
+    const int32_t pixelBytes = source.sampleBytes * source.nChannels;
+    const OwnBuffer<int32_t> offsets =
+        ownTapOffsets(scaling.across, place.x, destination.width, place.fromX, source.pixelStep);
+    if (offsets == nullptr) return false;
+    const bool isRun = ownIsRun(offsets.get(), n, pixelBytes);
+    return ownMakeNearestRows(scaling, place, destination, mask, n * pixelBytes, [&](int32_t y, uint8_t* row) {
+        const uint8_t* const pixels = source.first + y * source.rowStep;
+        if (isRun) {
+            memcpy(row, pixels + offsets[0], static_cast<size_t>(n * pixelBytes));
+        } else {
+            ownGatherPixels(pixels, offsets.get(), pixelBytes, row, n);
+        }
     });
 }
 
@@ -89,8 +109,8 @@ public:
         samples_ = static_cast<ptrdiff_t>(width) * source.nChannels;
         stride_ = (samples_ + 63) & ~static_cast<ptrdiff_t>(63);
         offsets_ = ownTapOffsets(across, place.x, width, place.fromX, source.pixelStep);
-        tapSamples_ = ownBuffer<Sample>(stride_ * taps);
-        rows_ = ownBuffer<Middle>(stride_ * taps);
+        tapSamples_ = ownBuffer<Sample>(static_cast<int64_t>(stride_) * taps);
+        rows_ = ownBuffer<Middle>(static_cast<int64_t>(stride_) * taps);
         return offsets_ != nullptr && tapSamples_ != nullptr && rows_ != nullptr;
     }
 

@@ -125,8 +125,8 @@ void pxkDecimateExt(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_
           { !ownIsInterpolation(interpolate), PXK_StsBadArg, ownUnknownInterpolation },
           { !ownIsScalable(srcImage->depth), PXK_StsBadArg, ownUnscalableDepth } }));
     if (pxkGetErrStatus() < 0) return;
-    const bool isBlurred = (xMaskSize > 1 || yMaskSize > 1) && srcImage->depth != PXK_DEPTH_1U
-        && ownProcessedChannels(srcImage) > 0;
+    const bool isBlurred =
+        (xMaskSize > 1 || yMaskSize > 1) && srcImage->depth != PXK_DEPTH_1U && ownProcessedChannels(srcImage) > 0;
     OwnBlurred blurred = {};
     if (isBlurred && !ownBlurRegion(site, srcImage, { xMaskSize, yMaskSize }, blurred)) return;
     ownRunDecimate(site, isBlurred ? &blurred.image : srcImage, dstImage, { xDst, xSrc }, { yDst, ySrc }, interpolate);

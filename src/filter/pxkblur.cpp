@@ -137,5 +137,7 @@ void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRow
 {
     const OwnRectFilter filter = { srcImage, dstImage, nCols, nRows, anchorX, anchorY };
     if (!ownGoodRectFilter(OWN_HERE, filter, { true, false, PXK_DEPTH_1U, "srcImage->depth==1" })) return;
-    ownRunRectFilter(filter, OwnBitRows::AS_BYTES, [&](const OwnBand& band) { return ownBlurBand(band, filter); });
+    // Float sums are formed in blocks that begin where a band does.
+    const OwnRectRows rows = { OwnBitRows::AS_BYTES, srcImage->depth == PXK_DEPTH_32F };
+    ownRunRectFilter(filter, rows, [&](const OwnBand& band) { return ownBlurBand(band, filter); });
 }

@@ -1,7 +1,6 @@
 // Operations under shortage of memory: what they say, and that nothing is lost.
 #include "support/alloc_failure.h"
-#include "support/cases.h"
-#include "support/reports.h"
+#include "support/operations.h"
 
 using Reports = std::vector<Report>;
 
@@ -41,53 +40,52 @@ TEST(Memory, clone)
     }
 }
 
-// Two masks are joined in a temporary image, and two tiled images need fetched rectangles. Whatever fails, all else
-// than the destination stays, and no tile stays held but where that is the rule.
-TEST(Memory, pointwiseOperations)
+// Every allocation of every operation of the table fails once. The call ends as the row states, or does without.
+class OperationsMemory : public ::testing::TestWithParam<std::string> { };
+
+INSTANTIATE_TEST_SUITE_P(All, OperationsMemory, ::testing::ValuesIn([] {
+                             std::vector<std::string> names;
+                             for (const Operation& operation : operations()) names.push_back(operation.name);
+                             return names;
+                         }()),
+                         [](const auto& info) { return info.param; });
+
+static void expectEndings(const Operation& op, const Trial& trial, const Case& c)
 {
-    struct Row {
-        std::function<void(const Scene&)> call;
-        Report report;
-        size_t images;
+    const Scene old = op.scene(c), complete = old.copy();
+    const Numbers n = trial.numbers.empty() ? op.numbersOf(c, old) : trial.numbers;
+    SCOPED_TRACE(c.text());
+    Scene got;
+    const auto runFailing = [&](int64_t failing) {
+        got = old.copy();
+        failAllocation(failing);
+        const Ending ending = op.run(got, n);
+        EXPECT_EQ(blocksLeft(), 0) << "allocation " << failing;
+        const int64_t count = allocationsSince();
+        failAllocation(0);
+        const bool isComplete = ending == Ending() && sameScene(complete, got, BITS);
+        EXPECT_TRUE(isComplete || (failing != 0 && ending == op.noMemory(trial.func)))
+            << "allocation " << failing << ": " << ending;
+        EXPECT_TRUE(isComplete || isPartOf(old, complete, got, op.keepsTiles)) << "allocation " << failing;
+        return count;
     };
-    const Row rows[] = {
-        { [](const Scene& s) { pxkXor(s[0], s[1], s[2]); }, { PXK_StsNoMem, "pxkXor", "Out of memory" }, 3 },
-        { [](const Scene& s) { pxkCopy(s[0], s[1]); }, { PXK_StsBackTrace, "pxkCopy", "" }, 2 },
-        { [](const Scene& s) { pxkExchange(s[0], s[1]); }, { PXK_StsBackTrace, "pxkExchange", "" }, 2 },
-    };
-    for (const Row& row : rows) {
-        for (const int32_t depth : { PXK_DEPTH_1U, PXK_DEPTH_16S }) {
-            for (const ImageSet tiling : { ImageSet(0), ALL_IMAGES }) {
-                SCOPED_TRACE(::testing::Message() << row.report << ' ' << depthName(depth) << " tiles " << tiling);
-                Case c;
-                c.depth = depth;
-                c.masks = ALL_IMAGES;
-                c.tiling = tiling;
-                const Scene original = makeScene(c, row.images);
-                Scene s;
-                const auto callOnCopy = [&](int64_t n) {
-                    failAllocation(0);
-                    s = original.copy();
-                    startReports();
-                    failAllocation(n);
-                    row.call(s);
-                };
-                callOnCopy(0);
-                const int64_t count = allocationsSince();
-                EXPECT_EQ(blocksLeft(), 0);
-                expectNoReports();
-                EXPECT_GT(count, 0);
-                for (int64_t n = 1; n <= count; ++n) {
-                    callOnCopy(n);
-                    EXPECT_EQ(blocksLeft(), 0) << "allocation " << n;
-                    failAllocation(0);
-                    ASSERT_FALSE(recordedReports().empty()) << "allocation " << n;
-                    EXPECT_EQ(recordedReports()[0], row.report) << "allocation " << n;
-                    for (size_t k = 0; k + 1 < row.images && row.images == 3; ++k) {
-                        EXPECT_TRUE(samePicture(original[k], s[k]));
-                    }
-                }
-            }
+    ASSERT_EQ(op.run(complete, n), Ending());
+    const int64_t count = runFailing(0);
+    for (int64_t failing = 1; failing <= count && !::testing::Test::HasFailure(); ++failing) runFailing(failing);
+    runFailing(0); // nothing is left behind that the next call would find
+}
+
+TEST_P(OperationsMemory, endsAsStated)
+{
+    const Operation& op = operationNamed(GetParam());
+    if (!op.noMemory) return; // it has a test of its own
+    for (const Trial& trial : op.trialsOf()) {
+        for (uint64_t seed = 1; seed <= 4; ++seed) {
+            Case c = op.plainCase(seed);
+            c.depth = trial.depth;
+            c.masks = seed % 2 == 0 && op.hasMasks ? ALL_IMAGES : 0;
+            c.tiling = seed > 2 ? ALL_IMAGES : 0;
+            expectEndings(op, trial, c);
         }
     }
 }

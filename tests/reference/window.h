@@ -73,75 +73,67 @@ struct ModelKernel {
     int32_t shift = 0;
 };
 
-// Result at a pixel: the sum over u, v of K[v][u] src(x + ax - u, y + ay - v).
-inline double modelSum(const Reader& read, const ModelKernel& kernel, const Place& at)
+// Both ends of what a result may be: sums of single precision come within its rounding.
+struct Range {
+    double low, high;
+};
+
+// Sum over u, v of K[v][u] src(x + ax - u, y + ay - v), or of the magnitudes.
+inline double modelSum(const Reader& read, const ModelKernel& kernel, const Place& at, bool isMagnitude = false)
 {
     double sum = 0;
     for (int32_t v = 0; v < kernel.shape.nRows; ++v) {
         for (int32_t u = 0; u < kernel.shape.nCols; ++u) {
-            const double sample =
-                read(int64_t(at.x) + kernel.shape.anchorX - u, int64_t(at.y) + kernel.shape.anchorY - v, at.c);
-            sum += kernel.values[size_t(v * kernel.shape.nCols + u)] * sample;
+            const double term = kernel.values[size_t(v * kernel.shape.nCols + u)]
+                * read(int64_t(at.x) + kernel.shape.anchorX - u, int64_t(at.y) + kernel.shape.anchorY - v, at.c);
+            sum += isMagnitude ? std::fabs(term) : term;
         }
     }
     return sum;
 }
 
-// How the library holds the sums of an integer kernel: kind 0 fits 16 bits, kind 1 fits 32, kind 2 is single precision.
-inline int32_t modelKind(const ModelKernel& kernel, int32_t depth)
+// Can no sum over samples of the depth reach `limit` or its negative?
+inline bool sumsStayBelow(double limit, const ModelKernel& kernel, int32_t depth)
 {
-    if (depth == PXK_DEPTH_32S || depth == PXK_DEPTH_32F) return 2;
-    const bool isSigned = depth < 0;
-    const double bits = depthBits(depth);
-    const double low = isSigned ? -std::exp2(bits - 1) : 0, high = isSigned ? -low - 1 : std::exp2(bits) - 1;
+    const double low = depth < 0 ? -std::exp2(depthBits(depth) - 1) : 0, high = low + std::exp2(depthBits(depth)) - 1;
     double least = 0, most = 0;
-    bool isSmall = true;
     for (const double value : kernel.values) {
-        if (value < -32768 || value > 32767) return 2;
-        const double a = value * low, b = value * high;
-        least += std::min(a, b);
-        most += std::max(a, b);
-        isSmall = isSmall && std::min(a, b) >= -32768 && std::max(a, b) <= 32767;
+        least += std::min(value * low, value * high);
+        most += std::max(value * low, value * high);
     }
-    if (isSmall && least > -32768 && most < 32767) return 0;
-    return least > -2147483648.0 && most < 2147483647.0 ? 1 : 2;
+    return least > -limit - 1 && most < limit;
 }
 
-inline double wrap32(double value)
+// Exact where coefficients have 16 bits and no sum can leave 32.
+inline bool isExactSum(const ModelKernel& kernel, int32_t depth)
 {
-    return static_cast<int32_t>(static_cast<uint32_t>(static_cast<int64_t>(value)));
+    if (depth == PXK_DEPTH_32S || depth == PXK_DEPTH_32F) return false;
+    const auto fits = [](double value) { return value >= -32768 && value <= 32767; };
+    return std::all_of(kernel.values.begin(), kernel.values.end(), fits) && sumsStayBelow(2147483647.0, kernel, depth);
 }
 
-// The combined result of all kernels before it is limited to the depth.
-inline double modelConvolve(const Reader& read, const std::vector<ModelKernel>& kernels, int32_t method, int32_t depth,
-                            const Place& at)
+inline double floorShift(double value, int32_t shift)
 {
-    int32_t mostKind = 0;
-    std::vector<double> results;
-    for (const ModelKernel& kernel : kernels) {
-        double sum = modelSum(read, kernel, at);
-        const int32_t kind = modelKind(kernel, depth);
-        mostKind = std::max(mostKind, kind);
-        if (kernel.shift != 0) {
-            if (kind == 2) sum = std::min(std::max(std::nearbyint(sum), -2147483648.0), 2147483647.0);
-            sum = std::floor(sum / std::exp2(kernel.shift));
-        }
-        results.push_back(sum);
-    }
-    const bool isWrapped = mostKind == 0;
-    if (results.size() == 1) {
-        if (method == PXK_CONV_SUMSQ) return results[0] * results[0];
-        return method == PXK_CONV_SUMSQROOT ? std::fabs(results[0]) : results[0];
-    }
-    if (method == PXK_CONV_MAX) return *std::max_element(results.begin(), results.end());
-    if (method == PXK_CONV_MIN) return *std::min_element(results.begin(), results.end());
-    double sum = 0;
-    for (const double result : results) sum += method == PXK_CONV_SUM ? result : result * result;
-    if (method == PXK_CONV_SUM) return sum;
-    if (isWrapped) sum = wrap32(sum);
-    if (method == PXK_CONV_SUMSQ) return sum;
-    if (sum < 0) return -2147483648.0;
-    return isWrapped ? std::nearbyint(std::sqrt(sum)) : std::sqrt(sum);
+    return shift == 0 ? value : std::floor(value / std::exp2(shift));
+}
+
+inline Range modelKernelResult(const Reader& read, const ModelKernel& kernel, int32_t depth, const Place& at)
+{
+    const double sum = modelSum(read, kernel, at);
+    if (isExactSum(kernel, depth)) return { floorShift(sum, kernel.shift), floorShift(sum, kernel.shift) };
+    const double doubt = modelSum(read, kernel, at, true) * double(kernel.values.size() + 1) * std::exp2(-24) + 1e-37;
+    const auto shifted = [&](double x) {
+        if (kernel.shift == 0) return x;
+        return floorShift(std::min(std::max(std::nearbyint(x), -2147483648.0), 2147483647.0), kernel.shift);
+    };
+    const double low = shifted(sum - doubt), high = shifted(sum + doubt);
+    return { low - std::fabs(low) * std::exp2(-24), high + std::fabs(high) * std::exp2(-24) };
+}
+
+inline Range squared(const Range& r)
+{
+    const double a = r.low * r.low, b = r.high * r.high;
+    return { r.low <= 0 && r.high >= 0 ? 0 : std::min(a, b), std::max(a, b) };
 }
 
 // Limited and rounded to nearest even; above 0 is 1 for bits.
@@ -149,7 +141,52 @@ inline double modelLimited(double value, int32_t depth)
 {
     if (depth == PXK_DEPTH_32F) return value;
     if (depth == PXK_DEPTH_1U) return std::nearbyint(value) > 0;
-    const double bits = depthBits(depth);
-    const double low = depth < 0 ? -std::exp2(bits - 1) : 0, high = depth < 0 ? -low - 1 : std::exp2(bits) - 1;
-    return std::nearbyint(std::min(std::max(value, low), high));
+    return std::nearbyint(std::min(std::max(value, double(depthMin(depth))), double(depthMax(depth))));
+}
+
+// The combined result of all kernels.
+inline Range modelConvolve(const Reader& read, const std::vector<ModelKernel>& kernels, int32_t method, int32_t depth,
+                           const Place& at)
+{
+    const bool isInteger = depth != PXK_DEPTH_32S && depth != PXK_DEPTH_32F
+        && std::all_of(kernels.begin(), kernels.end(),
+                       [&](const ModelKernel& kernel) { return sumsStayBelow(32767, kernel, depth); });
+    const bool isSquare = method == PXK_CONV_SUMSQ || method == PXK_CONV_SUMSQROOT;
+    Range total = modelKernelResult(read, kernels[0], depth, at);
+    if (kernels.size() == 1 && method == PXK_CONV_SUMSQROOT) {
+        total = squared(total);
+        total = { std::sqrt(total.low), std::sqrt(total.high) };
+    } else if (kernels.size() > 1 || method == PXK_CONV_SUMSQ) {
+        if (isSquare) total = squared(total);
+        double terms = std::max(std::fabs(total.low), std::fabs(total.high));
+        for (size_t k = 1; k < kernels.size(); ++k) {
+            Range next = modelKernelResult(read, kernels[k], depth, at);
+            if (isSquare) next = squared(next);
+            terms += std::max(std::fabs(next.low), std::fabs(next.high));
+            if (method == PXK_CONV_MAX) {
+                total = { std::max(total.low, next.low), std::max(total.high, next.high) };
+            } else if (method == PXK_CONV_MIN) {
+                total = { std::min(total.low, next.low), std::min(total.high, next.high) };
+            } else {
+                total = { total.low + next.low, total.high + next.high };
+            }
+        }
+        if (!isInteger) total = { total.low - terms * 1e-6, total.high + terms * 1e-6 };
+        if (isInteger && isSquare) total.low = total.high = int32_t(uint32_t(int64_t(total.low))); // wraps
+        if (method == PXK_CONV_SUMSQROOT) {
+            const auto root = [&](double x) { return x < 0 ? (isInteger ? -2147483648.0 : 0) : std::sqrt(x); };
+            total = { root(total.low) * (isInteger ? 1 : 1 - 1e-7), root(total.high) * (isInteger ? 1 : 1 + 1e-7) };
+        }
+    }
+    return { modelLimited(total.low, depth), modelLimited(total.high, depth) };
+}
+
+// Takes over what `got` holds where it lies in the range of result(at).
+template <class F> void modelRangeFilter(Picture& old, Picture& dst, const Picture& got, const F& result)
+{
+    forEachSelected({ &old, &dst }, [&](const Place* at) {
+        const Range range = result(at[0]);
+        const double number = got.number(at[1].x, at[1].y, at[1].c);
+        at[1].setNumber(number >= range.low && number <= range.high ? number : range.low);
+    });
 }

@@ -181,8 +181,8 @@ static bool isIn(ImageSet set, size_t k)
 Scene makeScene(const Case& c, size_t count, const std::function<void(PictureSpec&, size_t)>& adjust, bool nonFinite)
 {
     Random random(c.seed);
-    const int32_t width = chooseWidth(c, random);
-    const int32_t height = random.between(1, width > 150 ? 2 : c.tiling != 0 ? 19 : 7);
+    const int32_t width = c.width != 0 ? c.width : chooseWidth(c, random);
+    const int32_t height = c.height != 0 ? c.height : random.between(1, width > 150 ? 2 : c.tiling != 0 ? 19 : 7);
     const int32_t several = random.oneOf({ 1, 1, 1, 3, 3, 5 });
     const int32_t align = random.oneIn(3) ? 0 : random.oneOf(aligns);
     const int32_t tileWidth = 8 * random.between(1, 3), tileHeight = 8 * random.between(1, 2);

@@ -64,6 +64,7 @@ struct Case {
     ImageSet masks = 0;
     ImageSet tiling = 0;
     InPlace place = InPlace::NO;
+    int32_t width = 0, height = 0; // 0: by chance
     uint64_t seed = 1;
     size_t index = 0;
 

@@ -79,6 +79,7 @@ public:
     std::vector<std::string> faults; // offences against the tile protocol
     int32_t refuseAt = 0;            // this asking call (1 is the first from now) is answered with null
     size_t heldTiles() const { return held.size(); }
+    void forgetHeld() { held.clear(); }
 
     void ask(PxkImage* image, int32_t x, int32_t y, int32_t mode);
     void release(int32_t x, int32_t y);

@@ -1,0 +1,246 @@
+// Real images to packed spectra and back, for any arithmetic: lines of it are described by a plan for real lines, a
+// plan for complex ones, and a plane that brings values to samples.
+//
+// Between the passes over rows and over columns the spectra of the rows lie in blocks of sixteen columns, row after
+// row: what the columns' transforms take as lines side by side. Column 0 holds the real spectra k = 0 as its real and,
+// for even widths, k = W / 2 as its imaginary parts.
+#pragma once
+
+#include <cstring>
+
+#include "frame/ownivdep.h"
+#include "ownplanelines.h"
+#include "ownreallines.h"
+#include "owntables.h"
+
+template <class Value, class RealPlan, class LinePlan> struct OwnPacking {
+    int32_t width;
+    int32_t height;
+    RealPlan rows;
+    RealPlan edges; // columns 0 and W / 2
+    const LinePlan* columns;
+    Value* blocks;
+    Value* data; // lines of a pass, and room for their transforms
+    Value* spare;
+};
+
+constexpr int64_t ownPadded(int64_t n)
+{
+    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
+}
+
+// Values of a block of columns.
+template <class Packing> ptrdiff_t ownBlockValues(const Packing& packing)
+{
+    return static_cast<ptrdiff_t>(ownPadded(packing.height) * OWN_GROUP);
+}
+
+// Takes the memory; the plans are there. False: no memory.
+template <class Value, class RealPlan, class LinePlan>
+[[nodiscard]] bool ownTakeMemory(OwnTransformCaches& caches, OwnPacking<Value, RealPlan, LinePlan>& packing)
+{
+    int64_t lines = ownRealValues(packing.rows);
+    for (const int64_t values : { ownRealValues(packing.edges), ownSpareValues(*packing.columns) })
+        lines = lines > values ? lines : values;
+    lines += OWN_LANES * OWN_GROUP; // squares stand out over the last column
+    const int64_t blocks = ownPadded(packing.rows.points) * ownPadded(packing.height) * 2;
+    packing.blocks =
+        static_cast<Value*>(ownWorkMemory(caches, (blocks + 2 * lines) * static_cast<int64_t>(sizeof(Value))));
+    packing.data = packing.blocks + blocks;
+    packing.spare = packing.data + lines;
+    return packing.blocks != nullptr;
+}
+
+// Moves sixteen columns of sixteen rows of spectra between lines of rows and a block of columns.
+template <class Value> void ownTurnSpectra(const Value* from, Value* to)
+{
+    ownTransposeFrom(from, OWN_GROUP, to, OWN_GROUP);
+    ownTransposeFrom(from + OWN_LANES, OWN_GROUP, to + OWN_LANES, OWN_GROUP);
+}
+
+template <class Packing, class Plane> void ownRowsToBlocks(const Packing& packing, const Plane& source)
+{
+    const auto& plan = packing.rows;
+    const int32_t width = packing.width, height = packing.height;
+    for (int32_t y = 0; y < height;) {
+        for (int32_t batch = 0; batch < plan.layout.batches; ++batch)
+            ownLoadLines(source, width, height, y + batch * static_cast<int32_t>(OWN_LANES),
+                         packing.data + batch * OWN_LANES, plan.layout.step);
+        auto* spectra = ownRealToSpectra(plan, packing.data, packing.spare);
+        memset(spectra + plan.layout.batches * plan.points * OWN_GROUP, 0, OWN_LANES * OWN_GROUP * sizeof *spectra);
+        for (int32_t batch = 0; batch < plan.layout.batches && y < height; ++batch, y += OWN_LANES) {
+            for (int32_t k = 0; k < plan.points; k += OWN_LANES)
+                ownTurnSpectra(spectra + k * OWN_GROUP,
+                               packing.blocks + k / OWN_LANES * ownBlockValues(packing) + y * OWN_GROUP);
+            spectra += plan.points * OWN_GROUP;
+        }
+    }
+}
+
+template <class Packing, class Plane> void ownBlocksToRows(const Packing& packing, const Plane& destination)
+{
+    const auto& plan = packing.rows;
+    const int32_t width = packing.width, height = packing.height;
+    for (int32_t y = 0; y < height;) {
+        for (int32_t batch = 0; batch < plan.layout.batches; ++batch) {
+            const int32_t row =
+                y + batch * static_cast<int32_t>(OWN_LANES) < height ? y + batch * static_cast<int32_t>(OWN_LANES) : y;
+            for (int32_t k = 0; k < plan.points; k += OWN_LANES)
+                ownTurnSpectra(packing.blocks + k / OWN_LANES * ownBlockValues(packing) + row * OWN_GROUP,
+                               packing.data + (batch * plan.points + k) * OWN_GROUP);
+        }
+        const auto* lines = ownSpectraToReal(plan, packing.data, packing.spare);
+        for (int32_t batch = 0; batch < plan.layout.batches && y < height; ++batch, y += OWN_LANES)
+            ownStoreLines(lines + batch * OWN_LANES, plan.layout.step, width, height, y, destination);
+    }
+}
+
+// What the parts of a packed spectrum are multiplied by on their way between lines and image.
+template <class Value> struct OwnPartFactors {
+    Value re;
+    Value im;
+};
+
+inline float ownTimes(float value, float factor)
+{
+    return value * factor;
+}
+
+inline int32_t ownTimes(int32_t value, int32_t factor)
+{
+    return static_cast<int32_t>(static_cast<uint32_t>(value) * static_cast<uint32_t>(factor));
+}
+
+// Column x of an edge in the packing, k = 0 or k = W / 2.
+template <class Packing> int32_t ownEdgeColumn(const Packing& packing, int32_t edge)
+{
+    return edge == 0 ? 0 : packing.width - 1;
+}
+
+template <class Packing> int32_t ownEdgeCount(const Packing& packing)
+{
+    return packing.width % 2 == 0 ? 2 : 1;
+}
+
+// Element i of the real packing of a line in its spectrum: S(0), then real and imaginary parts in turn; S(n / 2), the
+// last one of an even length, lies behind S(0).
+inline ptrdiff_t ownPackedElement(int32_t i, int32_t n)
+{
+    if (n % 2 == 0 && i == n - 1) return OWN_LANES;
+    return (i + 1) / 2 * OWN_GROUP + (i % 2 == 0 && i > 0 ? OWN_LANES : 0);
+}
+
+template <class Value> Value ownElementFactor(int32_t i, const OwnPartFactors<Value>& factors)
+{
+    return i % 2 == 0 && i > 0 ? factors.im : factors.re;
+}
+
+// Columns 0 and W / 2 of the first block, transformed as real lines.
+template <class Packing, class Plane, class Value>
+void ownStoreEdges(const Packing& packing, const OwnPartFactors<Value>& factors, const Plane& destination)
+{
+    const auto& plan = packing.edges;
+    memset(packing.data, 0, static_cast<size_t>(plan.n * plan.layout.step) * sizeof(Value));
+    for (ptrdiff_t y = 0; y < plan.n; ++y)
+        for (ptrdiff_t edge = 0; edge < ownEdgeCount(packing); ++edge)
+            packing.data[y * plan.layout.step + edge] = packing.blocks[y * OWN_GROUP + edge * OWN_LANES];
+    const Value* spectra = ownRealToSpectra(plan, packing.data, packing.spare);
+    for (int32_t edge = 0; edge < ownEdgeCount(packing); ++edge)
+        for (int32_t y = 0; y < plan.n; ++y) {
+            Value value = ownTimes(spectra[ownPackedElement(y, plan.n) + edge], ownElementFactor(y, factors));
+            ownStoreValues(destination, ownEdgeColumn(packing, edge), y, 1, &value);
+        }
+}
+
+template <class Packing, class Plane, class Value>
+void ownLoadEdges(const Packing& packing, const OwnPartFactors<Value>& factors, const Plane& source)
+{
+    const auto& plan = packing.edges;
+    memset(packing.data, 0, static_cast<size_t>(plan.points) * plan.layout.batches * OWN_GROUP * sizeof(Value));
+    for (int32_t edge = 0; edge < ownEdgeCount(packing); ++edge)
+        for (int32_t y = 0; y < plan.n; ++y) {
+            Value value;
+            ownLoadValues(source, ownEdgeColumn(packing, edge), y, 1, &value);
+            packing.data[ownPackedElement(y, plan.n) + edge] = ownTimes(value, ownElementFactor(y, factors));
+        }
+    const Value* values = ownSpectraToReal(plan, packing.data, packing.spare);
+    for (ptrdiff_t y = 0; y < plan.n; ++y)
+        for (ptrdiff_t edge = 0; edge < 2; ++edge)
+            packing.blocks[y * OWN_GROUP + edge * OWN_LANES] = values[y * plan.layout.step + edge];
+}
+
+// Complex columns of a block in the packed image: `n` values of each row from column x on, and the group's part that
+// they begin with. Column 0 of the first block is none of them.
+struct OwnBlockColumns {
+    int32_t x;
+    int32_t n;
+    int32_t first;
+};
+
+inline OwnBlockColumns ownBlockColumns(int32_t block, int32_t points)
+{
+    const int32_t lanes = static_cast<int32_t>(OWN_LANES), k = block * lanes, first = block == 0 ? 2 : 0;
+    const int32_t n = 2 * (points - k < lanes ? points - k : lanes) - first;
+    return { 2 * k - 1 + first, n, first };
+}
+
+template <class Packing, class Plane, class Value>
+void ownStoreColumns(const Packing& packing, int32_t block, const OwnPartFactors<Value>& factors,
+                     const Plane& destination)
+{
+    const OwnBlockColumns columns = ownBlockColumns(block, packing.rows.points);
+    if (columns.n < 1) return;
+    const Value* group = ownTransformLines(*packing.columns, packing.blocks + block * ownBlockValues(packing),
+                                           packing.spare, OwnSign::MINUS);
+    for (int32_t y = 0; y < packing.height; ++y, group += OWN_GROUP) {
+        Value values[OWN_GROUP];
+        OWN_IVDEP
+        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
+            values[2 * lane] = ownTimes(group[lane], factors.re);
+            values[2 * lane + 1] = ownTimes(group[OWN_LANES + lane], factors.im);
+        }
+        ownStoreValues(destination, columns.x, y, columns.n, values + columns.first);
+    }
+}
+
+template <class Packing, class Plane, class Value>
+void ownLoadColumns(const Packing& packing, int32_t block, const OwnPartFactors<Value>& factors, const Plane& source)
+{
+    const OwnBlockColumns columns = ownBlockColumns(block, packing.rows.points);
+    Value* const result = packing.blocks + block * ownBlockValues(packing);
+    const bool endsInSpare = ownEndsInSpare(*packing.columns);
+    Value *data = endsInSpare ? packing.spare : result, *group = data;
+    for (int32_t y = 0; y < packing.height; ++y, group += OWN_GROUP) {
+        Value values[OWN_GROUP] = {};
+        if (columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.first);
+        OWN_IVDEP
+        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
+            group[lane] = ownTimes(values[2 * lane], factors.re);
+            group[OWN_LANES + lane] = ownTimes(values[2 * lane + 1], factors.im);
+        }
+    }
+    if (columns.n > 0) ownTransformLines(*packing.columns, data, endsInSpare ? result : packing.spare, OwnSign::PLUS);
+    // Rows that no row of the image fills up are transformed along with the others.
+    for (ptrdiff_t i = packing.height * OWN_GROUP; i < ownBlockValues(packing); ++i) result[i] = 0;
+}
+
+// Whole transforms of a plane. A destination may be its source: everything is loaded before anything is stored.
+template <class Packing, class Plane, class Value>
+void ownPack(const Packing& packing, const Plane& source, const OwnPartFactors<Value>& factors,
+             const Plane& destination)
+{
+    ownRowsToBlocks(packing, source);
+    ownStoreEdges(packing, factors, destination);
+    for (int32_t block = 0; block * OWN_LANES < packing.rows.points; ++block)
+        ownStoreColumns(packing, block, factors, destination);
+}
+
+template <class Packing, class Plane, class Value>
+void ownUnpack(const Packing& packing, const Plane& source, const OwnPartFactors<Value>& factors,
+               const Plane& destination)
+{
+    for (int32_t block = 0; block * OWN_LANES < packing.rows.points; ++block)
+        ownLoadColumns(packing, block, factors, source);
+    ownLoadEdges(packing, factors, source);
+    ownBlocksToRows(packing, destination);
+}

@@ -1,0 +1,323 @@
+// Conversion between depths.
+#include "reference/depth.h"
+#include "reference/stats.h"
+#include "support/operations.h"
+
+namespace {
+
+const std::vector<int32_t> wideDepths = { PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U, PXK_DEPTH_16S, PXK_DEPTH_32S };
+
+void beDepth(PictureSpec& spec, int32_t depth)
+{
+    spec.depth = depth;
+    if (depth != PXK_DEPTH_1U) return;
+    spec.channels = 1;
+    spec.hasAlpha = false;
+    if (spec.roi.coi != 0) spec.roi.coi = 1;
+}
+
+// The size of another image, with a region that meets it.
+void beAsLargeAs(PictureSpec& spec, const PictureSpec& other)
+{
+    spec.width = other.width;
+    spec.height = other.height;
+    spec.roi.xOffset %= spec.width;
+    spec.roi.yOffset %= spec.height;
+}
+
+// What the images of a function have in common.
+struct Kind {
+    const char* func;
+    bool areSizesEqual, areOriginsEqual;
+    int32_t faultStatus;
+};
+const Kind converted = { "pxkConvert", true, false, 0 };
+const Kind scaled = { "pxkScale", false, true, PXK_StsBadArg };
+const Kind scaledFloat = { "pxkScaleFP", false, true, PXK_StsBadArg };
+const Kind cut = { "pxkThreshold", false, true, 0 };
+const Kind grayed = { "pxkBitonalToGray", true, false, 0 };
+
+Scene pairOf(const Case& c, const Kind& kind, int32_t toDepth)
+{
+    Random random(c.seed ^ 0xDE97);
+    const bool isMany = c.channels == Channels::THREE && random.oneIn(3); // more than are moved together
+    const int32_t origin = random.below(2), otherOrigin = kind.areOriginsEqual ? origin : random.below(2);
+    PictureSpec first;
+    return makeScene(c, 2, [&](PictureSpec& spec, size_t k) {
+        spec.origin = k == 0 ? origin : otherOrigin;
+        if (isMany) spec.channels = 6;
+        if (k == 1) beDepth(spec, toDepth);
+        if (k == 1 && kind.areSizesEqual) beAsLargeAs(spec, first);
+        if (k == 0) beDepth(spec, c.depth);
+        if (k == 0) first = spec;
+    });
+}
+
+template <class Call, class Model>
+Operation operationOf(const Kind& kind, int32_t toDepth, const Call& call, const Model& model)
+{
+    Operation op(std::string(kind.func) + "_" + depthName(toDepth), { "srcImage", "dstImage" }, call, model);
+    op.scene = [=](const Case& c) { return pairOf(c, kind, toDepth); };
+    op.axes.depths = wideDepths;
+    op.axes.channels = { Channels::ONE, Channels::THREE, Channels::ALPHA, Channels::UNLIKE };
+    op.axes.count = 900;
+    op.axes.seed = uint64_t(depthBits(toDepth));
+    op.faultStatus = kind.faultStatus;
+    op.refusedTile = [](const std::string& func, size_t k, const Scene&) {
+        return tileText(func, k == 0 ? "srcImage" : "dstImage", "NULL");
+    };
+    return op;
+}
+
+void addConvert(int32_t toDepth)
+{
+    Operation op = operationOf(
+        converted, toDepth, [](const Arguments& a) { return pxkConvert(a[0], a[1]); },
+        [](const Scene& s, const Numbers&) { modelConvert(s[0], s[1]); });
+    op.axes.channels = { Channels::ONE, Channels::THREE, Channels::ALPHA, Channels::COI };
+    op.axes.orders.push_back(Order::MIXED);
+    if (toDepth == PXK_DEPTH_1U) {
+        op.axes.channels = { Channels::ONE, Channels::COI };
+        op.axes.depths.push_back(PXK_DEPTH_1U);
+    }
+    addOperation(op);
+}
+
+void addScale(int32_t toDepth)
+{
+    Operation op = operationOf(
+        scaled, toDepth, [](const Arguments& a) { return pxkScale(a[0], a[1]); },
+        [](const Scene& s, const Numbers&) { modelScale(s[0], s[1]); });
+    op.axes.depths.erase(std::find(op.axes.depths.begin(), op.axes.depths.end(), toDepth));
+    addOperation(op);
+    op.name += "_gray";
+    op.axes.channels = { Channels::ONE };
+    op.axes.orders = { Order::MIXED };
+    op.axes.count = 50;
+    addOperation(op);
+}
+
+Numbers endsOf(const Case& c)
+{
+    static const Numbers ends[] = { { 0, 1 },       { 0, 255 },      { -1, 1 },   { -128, 127 },
+                                    { 0.1f, 0.7f }, { -3e5f, 2e4f }, { 100, 101 } };
+    return ends[Random(c.seed).below(7)];
+}
+
+void addScaleFP(int32_t toDepth)
+{
+    Operation op = operationOf(
+        scaledFloat, toDepth, [](const Arguments& a) { return pxkScaleFP(a[0], a[1], a.real(0), a.real(1)); },
+        [](const Scene& s, const Numbers& n, const Scene& got) { modelScaleFP(s[0], s[1], got[1], n[0], n[1]); });
+    op.numbers = [](const Case& c, const Scene&, Random&) { return endsOf(c); };
+    if (toDepth != PXK_DEPTH_32F) {
+        op.axes.depths = { PXK_DEPTH_32F };
+        op.scene = [=](const Case& c) { // floats of all kinds, or mostly such as lie inside
+            const Scene scene = pairOf(c, scaledFloat, toDepth);
+            Random random(c.seed + 1);
+            const Numbers n = endsOf(c);
+            const double margin = (n[1] - n[0]) / 8;
+            if (random.oneIn(2)) fillRange(scene[0], random, n[0] - margin, n[1] + margin);
+            return scene;
+        };
+    }
+    addOperation(op);
+}
+
+void addBitonal(int32_t toDepth)
+{
+    Operation op = operationOf(
+        grayed, toDepth, [](const Arguments& a) { return pxkBitonalToGray(a[0], a[1], a.integer(0), a.integer(1)); },
+        [](const Scene& s, const Numbers& n) { modelBitonalToGray(s[0], s[1], int32_t(n[0]), int32_t(n[1])); });
+    op.axes.depths = { PXK_DEPTH_1U };
+    op.axes.channels = { Channels::ONE };
+    op.scene = [=](const Case& c) { // a channel of interest of the destination alone
+        Case plain = c;
+        if (c.seed % 2 == 0) plain.channels = Channels::COI;
+        return pairOf(plain, grayed, toDepth);
+    };
+    op.numbers = [=](const Case&, const Scene&, Random& random) {
+        const double low = double(depthMin(toDepth)), high = double(depthMax(toDepth));
+        const double levels[] = { low, high, 0, 1, 77, 127 };
+        return Numbers { random.oneOf(levels), random.oneOf(levels) };
+    };
+    addOperation(op);
+}
+
+void addThreshold(int32_t toDepth)
+{
+    Operation op = operationOf(
+        cut, toDepth, [](const Arguments& a) { pxkThreshold(a[0], a[1], a.integer(0)); },
+        [](const Scene& s, const Numbers& n) { modelThreshold(s[0], s[1], n[0]); });
+    op.scene = [toDepth](const Case& c) { // of the masks' origin
+        const Scene scene = pairOf(c, cut, toDepth);
+        for (const PicturePtr& image : scene.images) {
+            image->header.origin = 0;
+            image->freeze();
+        }
+        return scene;
+    };
+    if (toDepth == PXK_DEPTH_1U) op.axes.channels = { Channels::ONE, Channels::COI };
+    op.numbers = [](const Case& c, const Scene&, Random& random) {
+        const double low = double(depthMin(c.depth)), high = double(depthMax(c.depth));
+        return Numbers { random.oneOf({ low, low + 1, double(random.between(0, 127)), high }) };
+    };
+    addOperation(op);
+    op.name += "_gray";
+    op.axes.channels = { Channels::ONE };
+    op.axes.orders = { Order::MIXED };
+    op.axes.count = 50;
+    addOperation(op);
+}
+
+PictureSpec sized(const PictureSpec& spec, int32_t width, int32_t height)
+{
+    PictureSpec other = spec;
+    other.width = width;
+    other.height = height;
+    return other;
+}
+
+PictureSpec ofDepth(const PictureSpec& spec, int32_t depth)
+{
+    PictureSpec other = spec;
+    other.depth = depth;
+    return other;
+}
+
+void addConvertRefusals()
+{
+    const PictureSpec other = sized(RGB, 5, 5), region = PictureSpec(RGB).region(1, 1, 4, 2);
+    const PictureSpec second = PictureSpec(RGB).region(1, 1, 4, 2, 2);
+    addRefusals("pxkConvert_8U",
+                { { "(srcImage->depth == 32)", { ofDepth(other, PXK_DEPTH_32F), FLOATS } },
+                  { "(dstImage->depth == 32)", { sized(BITONAL, 5, 5), ofDepth(RGB, PXK_DEPTH_32F) } },
+                  { "(srcImage->height != dstImage->height)", { other, BITONAL } },
+                  { "(srcImage->width != dstImage->width)", { sized(RGB, 5, 4), BITONAL } },
+                  { "(srcImage->roi == 0)", { RGB, BITONAL } },
+                  { "(srcImage->roi->coi == 0)", { region, BITONAL } },
+                  { "srcImage->nChannels != dstImage->nChannels", { BITONAL, RGB } },
+                  { "((srcImage->depth == 1) && (srcImage->depth != dstImage->depth))", { BITONAL, GRAY } },
+                  { "(srcChannels != dstChannels)", { second, RGB_16U } } });
+}
+
+// The checks of layout that both scalings share; the destination's depth must suit the source's.
+void addLayoutRefusals(const char* name, int32_t from, int32_t to)
+{
+    const auto turned = [](const Scene& s) { s[1].header.origin = 1; };
+    PictureSpec two = ofDepth(RGB, from), gray = ofDepth(GRAY, to);
+    two.channels = 2;
+    gray.order = PXK_DATA_ORDER_PLANE;
+    addRefusals(name,
+                { { "((srcImage->dataOrder != dstImage->dataOrder)&& ((srcImage->nChannels != "
+                    "1)&&(dstImage->nChannels != 1)))",
+                    { two, ofDepth(RGB_PLANES, to) },
+                    { 1, 1 },
+                    turned },
+                  { "(srcImage->origin != dstImage->origin)", { two, gray }, { 1, 1 }, turned } });
+}
+
+void addScaleRefusals()
+{
+    const PictureSpec reals = ofDepth(RGB, PXK_DEPTH_32F);
+    addRefusals("pxkScale_8U",
+                { { "(srcImage->depth == dstImage->depth)", { BITONAL, BITONAL } },
+                  { "(srcImage->depth == dstImage->depth)", { reals, reals } },
+                  { "(srcImage->depth == 1)", { BITONAL, reals } },
+                  { "(srcImage->depth == 32)", { reals, BITONAL } },
+                  { "(dstImage->depth == 1)", { GRAY, BITONAL } },
+                  { "(dstImage->depth == 32)", { GRAY, reals } },
+                  { "(srcChannels != dstChannels)", { GRAY, RGB_16U } } });
+    addLayoutRefusals("pxkScale_8U", PXK_DEPTH_8U, PXK_DEPTH_16S);
+    addRefusals("pxkScaleFP_32F",
+                { { "((srcImage->depth != 32)&& (dstImage->depth != 32))", { BITONAL, GRAY }, { 1, 1 } },
+                  { "((srcImage->depth == 32)&& (dstImage->depth == 32))", { reals, reals }, { 1, 1 } },
+                  { "((srcImage->depth == 1)|| (dstImage->depth == 1))", { reals, BITONAL }, { 1, 1 } },
+                  { "((srcImage->depth == 1)|| (dstImage->depth == 1))", { BITONAL, reals }, { 1, 1 } },
+                  { "((maxVal - minVal) <= 0.0f)", { reals, GRAY }, { 1, 1 } },
+                  { "(srcChannels != dstChannels)", { reals, GRAY }, { 0, 1 } } });
+    addLayoutRefusals("pxkScaleFP_32F", PXK_DEPTH_16U, PXK_DEPTH_32F);
+}
+
+// How texts of checks name depths.
+const std::pair<int32_t, std::string> depthWords[] = { { PXK_DEPTH_8S, "(0x80000000| 8)" },
+                                                       { PXK_DEPTH_8U, "8" },
+                                                       { PXK_DEPTH_16S, "(0x80000000|16)" },
+                                                       { PXK_DEPTH_16U, "16" } };
+
+void addBitonalRefusals()
+{
+    const Numbers wild = { INT32_MAX, INT32_MIN };
+    addRefusals("pxkBitonalToGray_8U",
+                { { "(srcImage->height != dstImage->height)", { sized(RGB, 5, 5), FLOATS }, wild },
+                  { "(srcImage->width != dstImage->width)", { sized(RGB, 5, 4), FLOATS }, wild },
+                  { "(srcImage->nChannels != 1)", { RGB, FLOATS }, wild },
+                  { "(srcImage->depth != 1)", { GRAY, FLOATS }, wild },
+                  { "(dstImage->depth == 32)", { BITONAL, FLOATS }, wild },
+                  { "(dstImage->depth == 1)", { BITONAL, BITONAL }, wild } });
+    for (const auto& word : depthWords) {
+        const double low = double(depthMin(word.first)), high = double(depthMax(word.first));
+        const auto add = [&](const Numbers& levels, const char* level, const char* than, double end) {
+            addRefusals("pxkBitonalToGray_8U",
+                        { { "((dstImage->depth == " + word.second + ") && (" + level + " " + than + " "
+                                + std::to_string(int32_t(end)) + "))",
+                            { BITONAL, ofDepth(RGB, word.first) },
+                            levels } });
+        };
+        add({ high + 1, high + 1 }, "ZeroScale", ">", high);
+        add({ low - 1, high + 1 }, "ZeroScale", "<", low);
+        add({ low, high + 1 }, "OneScale", ">", high);
+        add({ high, low - 1 }, "OneScale", "<", low);
+    }
+    addRefusals("pxkBitonalToGray_8U", { { "(srcChannels != dstChannels)", { BITONAL, RGB }, { 255, 0 } } });
+}
+
+void addThresholdRefusals()
+{
+    const char* const name = "pxkThreshold_8U";
+    const PictureSpec reals = ofDepth(RGB, PXK_DEPTH_32F);
+    const auto masks = [](const Scene& s) {
+        for (size_t k = 0; k < 2; ++k) s[k].setMask(Picture::make(BITONAL));
+        for (size_t k = 0; k < 2; ++k) s[k].mask->header.origin = 1;
+    };
+    const auto destinationMask = [=](const Scene& s) {
+        masks(s);
+        s[0].mask->header.origin = 0;
+    };
+    addRefusals(name,
+                { { "(srcImage->depth == 32)", { reals, reals }, { 1e6 } },
+                  { "(dstImage->depth == 32)", { BITONAL, reals }, { 1e6 } },
+                  { "(srcImage->depth == 1)", { BITONAL, RGB_PLANES }, { 1e6 } } });
+    addLayoutRefusals(name, PXK_DEPTH_8U, PXK_DEPTH_8U);
+    addRefusals(name,
+                { { "(srcImage->origin != srcImage->maskROI->origin)", { RGB, GRAY }, { 1e6 }, masks },
+                  { "(dstImage->origin != dstImage->maskROI->origin)", { RGB, GRAY }, { 1e6 }, destinationMask } });
+    for (const auto& word : depthWords) {
+        const int64_t low = depthMin(word.first), high = depthMax(word.first);
+        const std::string start = "((srcImage->depth == " + word.second + ") && (Threshold ";
+        const std::vector<PictureSpec> images = { ofDepth(RGB, word.first), GRAY };
+        addRefusals(name,
+                    { { start + "> " + std::to_string(high) + "))", images, { double(high + 1) } },
+                      { start + "< " + std::to_string(low) + "))", images, { double(low - 1) } } });
+    }
+    addRefusals(name, { { "(srcChannels != dstChannels)", { RGB, GRAY }, { 1 } } });
+}
+
+const Rows rows([] {
+    for (const int32_t depth : wideDepths) {
+        addConvert(depth);
+        addScale(depth);
+        addScaleFP(depth);
+        addBitonal(depth);
+        addThreshold(depth);
+    }
+    addThreshold(PXK_DEPTH_1U);
+    addConvert(PXK_DEPTH_1U);
+    addScaleFP(PXK_DEPTH_32F);
+    addConvertRefusals();
+    addScaleRefusals();
+    addBitonalRefusals();
+    addThresholdRefusals();
+});
+
+} // namespace

@@ -1,0 +1,259 @@
+// Kernels, tile calls, windows beyond what counters hold, blocks that overlap, and samples that are no numbers.
+#include <limits>
+
+#include "reference/window.h"
+#include "support/operations.h"
+
+// ---- kernels -------------------------------------------------------------------------------------------------------
+
+TEST(ConvKernel, isGivenBack)
+{
+    const int32_t values[6] = { 1, -2, 300, 4, 5, -600 };
+    const int8_t bytes[6] = { 1, -2, 127, 4, 5, -128 };
+    const float reals[6] = { 1, -2, 0.5f, 4, 5, -1e30f };
+    int32_t nCols, nRows, anchorX, anchorY, shift = 5, got[6];
+    int8_t gotBytes[6];
+    float gotReals[6];
+    const auto expectShape = [&] {
+        EXPECT_EQ((std::vector<int32_t> { nCols, nRows, anchorX, anchorY, shift }),
+                  (std::vector<int32_t> { 3, 2, 0, 1, 5 }));
+        nCols = nRows = anchorX = anchorY = -1;
+    };
+    startReports();
+    PxkConvKernel* const kernel = pxkCreateConvKernel(3, 2, 0, 1, values, 5);
+    PxkConvKernel* const fromBytes = pxkCreateConvKernelChar(3, 2, 0, 1, bytes, 5);
+    PxkConvKernelFP* const real = pxkCreateConvKernelFP(3, 2, 0, 1, reals);
+    EXPECT_TRUE(kernel->anchorX == 2 && kernel->anchorY == 0 && kernel->values[0] == -600);
+    pxkGetConvKernel(kernel, &nCols, &nRows, &anchorX, &anchorY, got, &shift);
+    EXPECT_TRUE(std::equal(values, values + 6, got));
+    expectShape();
+    pxkGetConvKernelChar(kernel, &nCols, &nRows, &anchorX, &anchorY, gotBytes, &shift);
+    EXPECT_EQ(gotBytes[2], 300 - 256);
+    expectShape();
+    pxkGetConvKernelChar(fromBytes, &nCols, &nRows, &anchorX, &anchorY, gotBytes, &shift);
+    EXPECT_TRUE(std::equal(bytes, bytes + 6, gotBytes));
+    expectShape();
+    pxkGetConvKernelFP(real, &nCols, &nRows, &anchorX, &anchorY, gotReals);
+    EXPECT_TRUE(std::equal(reals, reals + 6, gotReals));
+    expectShape();
+    expectNoReports();
+
+    pxkGetConvKernel(kernel, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    expectReports({ { -5, "pxkGetConvKernel", "nRows==0" }, { -5, "pxkGetConvKernel", "nCols==0" } });
+    pxkGetConvKernelChar(kernel, &nCols, &nRows, nullptr, nullptr, nullptr, nullptr);
+    expectReports({ { -5, "pxkGetConvKernelChar", "anchorX==0" }, { -5, "pxkGetConvKernelChar", "anchorY==0" } });
+    pxkGetConvKernelFP(real, &nCols, &nRows, &anchorX, &anchorY, nullptr);
+    expectReports({ { -5, "pxkGetConvKernelFP", "values==0" } });
+    pxkGetConvKernel(kernel, &nCols, &nRows, &anchorX, &anchorY, got, nullptr);
+    expectReports({ { -5, "pxkGetConvKernel", "nShiftR==0" } });
+    pxkGetConvKernelFP(nullptr, nullptr, &nRows, &anchorX, &anchorY, gotReals);
+    expectReports({ { -5, "pxkGetConvKernelFP", "kernel==0" } });
+    kernel->anchorX = 3;
+    pxkGetConvKernel(kernel, nullptr, &nRows, &anchorX, &anchorY, got, &shift);
+    expectReports({ { -5, "pxkGetConvKernel", "ownBadKernel((OwnConvKernel*)kernel)" } });
+    pxkDeleteConvKernel(kernel);
+    pxkDeleteConvKernel(fromBytes);
+    pxkDeleteConvKernelFP(real);
+    pxkDeleteConvKernelFP(nullptr);
+    expectReports({ { -5, "pxkDeleteConvKernelFP", "kernel==0" } });
+    PxkConvKernel hollow = {};
+    pxkDeleteConvKernel(&hollow);
+    expectReports({ { -5, "pxkDeleteConvKernel", "kernel->values==0" } });
+}
+
+// What is not made: each row breaks all later rules, too, as far as it can. 2^30 coefficients are too many bytes.
+TEST(ConvKernel, refusals)
+{
+    const int32_t value = 1;
+    const struct {
+        int32_t nCols, nRows, anchorX, anchorY;
+        const int32_t* values;
+        int32_t status;
+        const char* text;
+    } rows[] = {
+        { 0, 0, -1, -1, nullptr, -5, "(values == 0)" },
+        { 3, 0, -1, -1, &value, -5, "(nRows<=0 || nCols<=0)" },
+        { -1, 1, -1, -1, &value, -5, "(nRows<=0 || nCols<=0)" },
+        { 3, 2, 3, 0, &value, -5, "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)" },
+        { 3, 2, 0, -1, &value, -5, "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)" },
+        { 1 << 15, 1 << 15, 0, 0, &value, -4, "Allocation failure" },
+        { INT32_MAX, INT32_MAX, 0, 0, &value, -4, "Allocation failure" },
+    };
+    startReports();
+    for (const auto& row : rows) {
+        EXPECT_EQ(pxkCreateConvKernel(row.nCols, row.nRows, row.anchorX, row.anchorY, row.values, 0), nullptr);
+        expectReports({ { row.status, "pxkCreateConvKernel", row.text } });
+    }
+}
+
+TEST(Convolution, kernelsThatAreRefused)
+{
+    const int32_t one[2] = { 1, 1 };
+    PxkConvKernel* const good = pxkCreateConvKernel(1, 1, 0, 0, one, 0);
+    PxkConvKernel* const tall = pxkCreateConvKernel(1, 2, 0, 0, one, 0);
+    PxkConvKernel* const wide = pxkCreateConvKernel(2, 1, 0, 0, one, 0);
+    PxkConvKernel bad = *good;
+    bad.anchorX = 1;
+    PxkConvKernel *missing[2] = { &bad, nullptr }, *broken[2] = { good, &bad };
+    const PicturePtr a = Picture::make(GRAY), b = Picture::make(RGB_PLANES), c = Picture::make(GRAY);
+    const auto expect = [](const char* func, const char* text) { expectReports({ { -5, func, text } }); };
+    startReports();
+    pxkConvolve2D(*a, *b, nullptr, 11, 5);
+    expect("pxkConvolve2D", "kernel==0");
+    for (const int32_t count : { 0, -1, 11 }) {
+        pxkConvolve2D(*a, *b, missing, count, 5);
+        expect("pxkConvolve2D", "(nKernels<=0 || nKernels>10)");
+    }
+    for (const int32_t method : { 5, -1 }) {
+        pxkConvolve2D(*a, *b, missing, 2, method);
+        expect("pxkConvolve2D", "Inadmissible method");
+    }
+    pxkConvolve2D(*a, *b, missing + 1, 1, 0);
+    expect("pxkConvolve2D", "kernel[i]==0");
+    pxkConvolve2D(*a, *b, broken, 2, 4);
+    expect("pxkConvolve2D", "Bad kernel structure");
+    pxkConvolveSep2D(*a, *c, nullptr, nullptr);
+    expect("pxkConvolveSep2D", "(xKernel == 0) && (yKernel == 0)");
+    pxkConvolveSep2D(*a, *c, tall, &bad);
+    expect("pxkConvolveSep2D", "Bad kernel structure");
+    pxkConvolveSep2D(*a, *c, tall, wide);
+    expect("pxkConvolveSep2D", "(xKernel->nRows != 1)");
+    pxkConvolveSep2D(*a, *c, nullptr, wide);
+    expect("pxkConvolveSep2D", "(yKernel->nCols != 1)");
+    pxkConvolve2D(*a, *c, broken, 1, 99); // one kernel has no method to be wrong
+    expectNoReports();
+    for (PxkConvKernel* kernel : { good, tall, wide }) pxkDeleteConvKernel(kernel);
+}
+
+// ---- tiles ---------------------------------------------------------------------------------------------------------
+
+// A row of source tiles is held together and given back in reverse; where the border mirrors it is walked backward.
+TEST(FilterTiles, orderOfCalls)
+{
+    const auto callsOf = [](int32_t mode, const PxkROI& region, int32_t side = 5) {
+        const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 40, 20).tiled(16, 8));
+        const PicturePtr dst = Picture::make(PictureSpec(PXK_DEPTH_8U, 40, 20));
+        pxkSetBorderMode(*src, mode, 15, 0);
+        src->setRegion(region.xOffset, region.yOffset, region.width, region.height);
+        pxkMaxFilter(*src, *dst, side, side, side - 1, side - 1);
+        std::string text;
+        for (const TileCall& call : src->storage->calls) {
+            text +=
+                std::string(call.mode == PXK_TILE_READ ? " +" : " -") + std::to_string(call.x) + std::to_string(call.y);
+        }
+        return text;
+    };
+    EXPECT_EQ(callsOf(PXK_EDGE_CLAMP, { 0, 21, 14, 10, 2 }), " +11 -11");
+    EXPECT_EQ(callsOf(PXK_EDGE_CLAMP, { 0, 5, 6, 40, 5 }), " +00 +10 +20 -20 -10 -00 +01 +11 +21 -21 -11 -01");
+    EXPECT_EQ(callsOf(PXK_EDGE_CONST, { 0, 0, 0, 3, 3 }), " +00 -00");
+    EXPECT_EQ(callsOf(PXK_EDGE_WRAP, { 0, 0, 0, 3, 3 }), " +22 -22 +02 -02 +20 -20 +00 -00");
+    EXPECT_EQ(callsOf(PXK_EDGE_MIRROR, { 0, 0, 0, 1, 1 }, 20),
+              " +12 +02 -02 -12 +11 +01 -01 -11 +10 +00 -00 -10 +02 -02 +01 -01 +00 -00 +10 +00 -00 -10 +00 -00");
+}
+
+// ---- bounds --------------------------------------------------------------------------------------------------------
+
+// Windows of more samples than 16 bits count, and around the most whose sums fit the narrow mean.
+TEST(Filters, windowsBeyondCounters)
+{
+    const struct {
+        const char* name;
+        int32_t nCols, nRows;
+    } rows[] = { { "pxkMedianFilter", 257, 255 }, { "pxkMedianFilter", 256, 256 }, { "pxkMedianFilter", 300, 260 },
+                 { "pxkBlur", 218, 150 },         { "pxkBlur", 327, 100 },         { "pxkBlur", 300, 260 } };
+    Random random(5);
+    for (const auto& row : rows) {
+        const Operation& op = operationNamed(row.name);
+        for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_8S }) {
+            const Scene got = { { Picture::make({ depth, 6, 2 }, random), Picture::make({ depth, 6, 2 }, random) } };
+            for (int32_t side = 0; side < 4; ++side) pxkSetBorderMode(got[0], 1 + side % 3, 1 << side, 0);
+            if (random.oneIn(3)) got[0].setAll(double(depthMax(depth)));
+            got[0].freeze();
+            const Scene want = got.copy();
+            const Numbers n = { double(row.nCols), double(row.nRows), row.nCols / 2.0 - 0.5, 7 };
+            EXPECT_EQ(op.run(got, n), Ending());
+            op.model(want, n, got);
+            EXPECT_TRUE(sameScene(want, got)) << row.name << ' ' << row.nCols << " x " << row.nRows;
+        }
+    }
+}
+
+// Halves between neighbouring levels go up, whatever the number of samples that the sum is divided by.
+TEST(Filters, meansOfHalves)
+{
+    const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 2, 255), 1), dst = src->copy();
+    for (int32_t i = 0; i < 2 * 255; ++i) src->setNumber(i % 2, i / 2, 0, i / 2 + i % 2);
+    pxkSetBorderMode(*src, PXK_EDGE_WRAP, 15, 0);
+    startReports();
+    for (int32_t nCols = 2; nCols <= 33000; nCols += nCols < 700 ? 2 : 998) {
+        pxkBlur(*src, *dst, nCols, 1, 0, 0);
+        for (int32_t i = 0; i < 2 * 255; ++i) ASSERT_EQ(dst->value(i % 2, i / 2), i / 2 + 1) << nCols << " columns";
+    }
+    expectNoReports();
+}
+
+TEST(Filters, loneAlphaIsNothing)
+{
+    const PictureSpec spec = PictureSpec(PXK_DEPTH_8U, 9, 5).withAlpha();
+    const Scene got = { { Picture::make(spec, 1), Picture::make(spec, 2) } }, want = got.copy();
+    for (const char* const name : { "pxkErode", "pxkClose", "pxkMinFilter", "pxkMedianFilter", "pxkBlur" }) {
+        EXPECT_EQ(operationNamed(name).run(got, { 3, 3, 1, 1 }), Ending()) << name;
+        EXPECT_TRUE(sameScene(want, got)) << name;
+    }
+}
+
+// Source and destination lie in one block, some rows apart: the result is that of a source apart.
+TEST(Filters, blocksMayOverlap)
+{
+    for (const char* const name : { "pxkBlur", "pxkErode", "pxkClose", "pxkFixedFilter" }) {
+        const Numbers n = name == std::string("pxkBlur") ? Numbers { 5, 3, 2, 1 } : Numbers { 1 };
+        for (const int32_t below : { -7, 3, 29 }) {
+            const PicturePtr block = Picture::make(PictureSpec(PXK_DEPTH_8U, 50, 60), 3);
+            const Scene apart = { { Picture::make(PictureSpec(PXK_DEPTH_8U, 50, 30), 1),
+                                    Picture::make(PictureSpec(PXK_DEPTH_8U, 50, 30), 2) } };
+            PxkImage source = apart[0].header, destination = apart[1].header;
+            source.imageData = block->row(15);
+            destination.imageData = block->row(15 + below > 0 ? std::min(15 + below, 30) : 0);
+            for (int32_t i = 0; i < 50 * 30; ++i) {
+                apart[0].setBits(i % 50, i / 50, 0, block->bits(i % 50, 15 + i / 50, 0));
+            }
+            operationNamed(name).model(apart, n, apart);
+            EXPECT_EQ(operationNamed(name).run({ { &source, &destination }, n }), Ending());
+            const auto* const first = static_cast<const uint8_t*>(destination.imageData);
+            for (int32_t i = 0; i < 50 * 30; ++i) {
+                ASSERT_EQ(first[i / 50 * destination.widthStep + i % 50], apart[1].bits(i % 50, i / 50, 0))
+                    << name << " at " << i % 50 << ", " << i / 50 << ", " << below << " rows below";
+            }
+        }
+    }
+}
+
+// One infinity and one NaN: samples out of their reach are those of the image without them.
+TEST(Filters, nonFiniteSamplesStayInReach)
+{
+    Random random(9);
+    const PicturePtr plain = Picture::make({ PXK_DEPTH_32F, 40, 30 }, random);
+    fillRange(*plain, random, -5, 5);
+    pxkSetBorderMode(*plain, PXK_EDGE_CLAMP, 15, 0);
+    const PicturePtr struck = plain->copy();
+    struck->setNumber(11, 9, 0, std::numeric_limits<double>::infinity());
+    struck->setNumber(30, 21, 0, std::numeric_limits<double>::quiet_NaN());
+    const float coefficients[] = { 1, 2, 3, 2, 1, 4, 5, 6, 5, 4, 1, 2, 3, 2, 1 };
+    PxkConvKernelFP* kernel = pxkCreateConvKernelFP(5, 3, 2, 1, coefficients);
+    for (const bool isBlur : { true, false }) {
+        const PicturePtr a = plain->copy(), b = plain->copy();
+        for (const auto& pair : { std::make_pair(plain, a), std::make_pair(struck, b) }) {
+            if (isBlur) pxkBlur(*pair.first, *pair.second, 5, 3, 2, 1);
+            if (!isBlur) pxkConvolve2DFP(*pair.first, *pair.second, &kernel, 1, 0);
+        }
+        for (int32_t y = 0; y < 30; ++y) {
+            for (int32_t x = 0; x < 40; ++x) {
+                const bool isInReach =
+                    (std::abs(x - 11) <= 2 && std::abs(y - 9) <= 1) || (std::abs(x - 30) <= 2 && std::abs(y - 21) <= 1);
+                EXPECT_EQ(isInReach, !std::isfinite(b->number(x, y)));
+                EXPECT_TRUE(isInReach || a->bits(x, y, 0) == b->bits(x, y, 0)) << x << " " << y;
+            }
+        }
+    }
+    pxkDeleteConvKernelFP(kernel);
+}

@@ -1,0 +1,125 @@
+// Copy, exchange and set; the magnitude of depths without a sign, which is a copy.
+#include "reference/frame.h"
+#include "support/operations.h"
+
+namespace {
+
+// Reports say what a tile was wanted for. Where two images are tiled the first is fetched, which fails without a text
+// and without a status.
+Ending refusedTile(const std::string& func, size_t image, const Scene& s)
+{
+    const bool isFetched = s[0].isTiled() && s[1].isTiled() && image == 0;
+    const auto& calls = s[image].storage->calls;
+    const auto last =
+        std::find_if(calls.rbegin(), calls.rend(), [](const TileCall& c) { return c.mode != PXK_TILE_RELEASE; });
+    if (isFetched && last->mode == PXK_TILE_READ) return Ending({ { PXK_StsBackTrace, func, "" } });
+    const bool isRead = func == "pxkCopy" && image == 0;
+    return Ending({ { -2, func, isRead ? "Error get tile to read" : "Error get tile to write" } });
+}
+
+Ending noMemory(const std::string& func)
+{
+    return Ending({ { PXK_StsBackTrace, func, "" } });
+}
+
+Operation pairOperation(const char* name, void (*function)(PxkImage*, PxkImage*), void (*model)(Picture&, Picture&))
+{
+    Operation op(
+        name, { "srcImage", "dstImage" }, [=](const Arguments& a) { function(a[0], a[1]); },
+        [=](const Scene& s, const Numbers&) { model(s[0], s[1]); });
+    op.tolerance = BITS;
+    op.axes.count = 5000;
+    op.stale = Stale::STOPS;
+    op.keepsTiles = true;
+    op.refusedTile = refusedTile;
+    op.noMemory = noMemory;
+    return op;
+}
+
+void addPairRefusals(const char* name)
+{
+    PictureSpec one = RGB;
+    one.region(0, 0, 2, 2, 1);
+    addRefusals(
+        name,
+        { { "srcImage->depth != dstImage->depth", { GRAY, GRAY_8S } },
+          { "srcImage->origin != dstImage->origin",
+            { GRAY, GRAY },
+            {},
+            [](const Scene& s) { s[1].header.origin = 1; } },
+          { "srcImage->dataOrder != dstImage->dataOrder", { RGB, RGB_PLANES } },
+          { "Number of processed channels of srcImage != Number of processed channels of dstImage", { RGB, one } } });
+}
+
+Numbers anyValue(const Case& c, const Scene&, Random& random)
+{
+    const int32_t value =
+        random.oneOf({ 0, 1, -1, 5, -5, 127, 128, 255, 300, 32767, 40000, -40000, INT32_MAX, INT32_MIN });
+    return { isFloatDepth(c.depth) ? double(float(value) / 3) : double(value) };
+}
+
+const Rows rows([] {
+    Operation copy = pairOperation("pxkCopy", pxkCopy, modelCopy);
+    copy.axes.places = { InPlace::NO, InPlace::NO, InPlace::FIRST, InPlace::OTHER_HEADER };
+    addOperation(copy);
+    addOperation(pairOperation("pxkExchange", pxkExchange, modelExchange));
+    addPairRefusals("pxkCopy");
+    addPairRefusals("pxkExchange");
+
+    Operation gray = pairOperation("pxkCopy_gray", pxkCopy, modelCopy);
+    gray.axes.orders = { Order::MIXED };
+    gray.axes.channels = { Channels::ONE };
+    gray.axes.count = 1500;
+    addOperation(gray);
+
+    Operation magnitude = pairOperation("pxkAbs_unsigned", pxkAbs, modelCopy);
+    magnitude.axes.depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U };
+    magnitude.axes.channels = { Channels::ONE, Channels::UNLIKE };
+    magnitude.axes.count = 500;
+    magnitude.nullImage = [](size_t k) {
+        return Ending({ { PXK_StsBadArg, "pxkAbs", k == 0 ? "srcImage==0" : "dstImage==0" } });
+    };
+    magnitude.badHeader = [](int32_t status) {
+        return Ending(
+            { { status, "pxkCopy", "Incorrect Image" }, { PXK_StsBackTrace, "pxkAbs", "pxkCopy is failed" } });
+    };
+    magnitude.refusedTile = [](const std::string&, size_t image, const Scene& s) {
+        Ending ending = refusedTile("pxkCopy", image, s);
+        if (ending.status < 0) ending.reports.push_back({ PXK_StsBackTrace, "pxkAbs", "pxkCopy is failed" });
+        return ending;
+    };
+    magnitude.noMemory = [](const std::string&) { return noMemory("pxkCopy"); };
+    addOperation(magnitude);
+
+    Operation set(
+        "pxkSet", { "dstImage" }, [](const Arguments& a) { pxkSet(a[0], a.integer(0)); },
+        [](const Scene& s, const Numbers& n) { modelSet(s[0], int64_t(n[0])); });
+    set.axes.depths.pop_back();
+    set.numbers = anyValue;
+    set.stale = Stale::STOPS;
+    set.refusedTile = [](const std::string& func, size_t, const Scene&) {
+        return Ending({ { -2, func, "Error get tile to write" } });
+    };
+    addOperation(set);
+    addRefusals("pxkSet", { { "You should use pxkSetFP for this image", { FLOATS }, { 1 }, {}, PXK_StsBadDepth } });
+
+    // Done as a set of integers, whose reports it shows.
+    Operation real(
+        "pxkSetFP", { "dstImage" }, [](const Arguments& a) { pxkSetFP(a[0], a.real(0)); },
+        [](const Scene& s, const Numbers& n) { modelSetBits(s[0], bitsOf(PXK_DEPTH_32F, n[0])); });
+    const auto traced = [](int32_t status, const char* text) {
+        return Ending({ { status, "pxkSet", text }, { PXK_StsBackTrace, "pxkSetFP", "" } });
+    };
+    real.axes.depths = { PXK_DEPTH_32F };
+    real.tolerance = BITS;
+    real.numbers = anyValue;
+    real.stale = Stale::STOPS;
+    real.staleReports = { { PXK_StsBackTrace, "pxkSetFP", "" } };
+    real.nullImage = [](size_t) { return Ending({ { PXK_StsBadArg, "pxkSetFP", "dstImage==0" } }); };
+    real.badHeader = [=](int32_t status) { return traced(status, "Incorrect Image"); };
+    real.refusedTile = [=](const std::string&, size_t, const Scene&) { return traced(-2, "Error get tile to write"); };
+    addOperation(real);
+    addRefusals("pxkSetFP", { { "You should use pxkSet for this image", { GRAY }, { 1 }, {}, PXK_StsBadDepth } });
+});
+
+} // namespace

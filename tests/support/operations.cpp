@@ -1,0 +1,206 @@
+#include "operations.h"
+
+#include <algorithm>
+
+// ---- rows ----------------------------------------------------------------------------------------------------------
+
+struct Tables {
+    std::vector<void (*)()> adders;
+    std::vector<Operation> operations;
+    std::vector<RefusalsOf> refusals;
+    std::vector<RefusedCall> calls;
+};
+
+static Tables& tables()
+{
+    static Tables all;
+    return all;
+}
+
+static const Tables& filledTables()
+{
+    const std::vector<void (*)()> adders = std::move(tables().adders);
+    tables().adders.clear();
+    for (void (*add)() : adders) add();
+    return tables();
+}
+
+Rows::Rows(void (*add)())
+{
+    tables().adders.push_back(add);
+}
+void addOperation(const Operation& operation)
+{
+    tables().operations.push_back(operation);
+}
+void addRefusals(const std::string& operation, const std::vector<Refusal>& rows)
+{
+    tables().refusals.push_back({ operation, rows });
+}
+void addRefusedCalls(const std::vector<RefusedCall>& rows)
+{
+    tables().calls.insert(tables().calls.end(), rows.begin(), rows.end());
+}
+const std::vector<Operation>& operations()
+{
+    return filledTables().operations;
+}
+const std::vector<RefusalsOf>& refusals()
+{
+    return filledTables().refusals;
+}
+const std::vector<RefusedCall>& refusedCalls()
+{
+    return filledTables().calls;
+}
+
+const Operation& operationNamed(const std::string& name)
+{
+    const auto at = std::find_if(operations().begin(), operations().end(),
+                                 [&](const Operation& operation) { return operation.name == name; });
+    if (at == operations().end()) throw std::out_of_range("no row of an operation " + name);
+    return *at;
+}
+
+// ---- an operation --------------------------------------------------------------------------------------------------
+
+static int32_t statusBehind(const std::vector<Report>& reports)
+{
+    int32_t status = PXK_StsOk;
+    for (const Report& report : reports) {
+        if (report.status != PXK_StsBackTrace) status = report.status;
+    }
+    return status;
+}
+
+Ending::Ending(std::vector<Report> reports)
+    : reports(std::move(reports))
+    , status(statusBehind(this->reports))
+{
+}
+
+std::ostream& operator<<(std::ostream& out, const Ending& ending)
+{
+    return out << ::testing::PrintToString(ending.reports) << " status " << ending.status;
+}
+
+Ending tileText(const std::string& func, const std::string& image, const std::string& null)
+{
+    return Ending({ { PXK_StsBadArg, func, "(" + image + "->tileInfo->tileData == " + null + ")" } });
+}
+
+Operation::Operation(std::string name, std::vector<std::string> images)
+    : name(std::move(name))
+    , images(std::move(images))
+{
+    func = this->name.substr(0, this->name.find('_'));
+    const std::vector<std::string> names = this->images;
+    const size_t count = names.size();
+    if (count == 1) axes.masks = axes.tilings = { 0, 1 };
+    if (count == 2) axes.masks = axes.tilings = { 0, 1, 2, ALL_IMAGES, ALL_IMAGES | SHARED };
+    axes.count = 2000;
+    scene = [count](const Case& c) { return makeScene(c, count); };
+    refusedTile = [names](const std::string& func, size_t image, const Scene&) {
+        return tileText(func, names[image], "((void*)(0))");
+    };
+    noMemory = [](const std::string& func) { return Ending({ { PXK_StsNoMem, func, "Out of memory" } }); };
+    setFunc(func);
+}
+
+void Operation::setFunc(const std::string& reporter)
+{
+    func = reporter;
+    badHeader = [reporter](int32_t status) { return Ending({ { status, reporter, "Incorrect Image" } }); };
+    nullImage = [reporter](size_t) { return Ending({ { PXK_StsNullHeader, reporter, "Incorrect Image" } }); };
+}
+
+int32_t Operation::plainDepth() const
+{
+    const bool takesBytes = std::find(axes.depths.begin(), axes.depths.end(), PXK_DEPTH_8U) != axes.depths.end();
+    return takesBytes ? PXK_DEPTH_8U : axes.depths[0];
+}
+
+Case Operation::plainCase(uint64_t seed) const
+{
+    Case c;
+    c.depth = plainDepth();
+    c.seed = seed;
+    return c;
+}
+
+Numbers Operation::numbersOf(const Case& c, const Scene& s) const
+{
+    Random random(c.seed ^ 0x5CA1A2);
+    return numbers ? numbers(c, s, random) : Numbers();
+}
+
+std::vector<Trial> Operation::trialsOf() const
+{
+    return trials.empty() ? std::vector<Trial> { { plainDepth(), {}, func } } : trials;
+}
+
+Ending Operation::run(const Arguments& arguments) const
+{
+    startReports();
+    const int32_t returned = call(arguments);
+    const Ending ending(recordedReports(), pxkGetErrStatus());
+    const bool isHeader = faultStatus != 0 && !ending.reports.empty() && ending.reports[0].context == "Incorrect Image";
+    EXPECT_EQ(returned, isHeader ? faultStatus : ending.status);
+    startReports();
+    return ending;
+}
+
+Ending Operation::run(const Scene& s, const Numbers& n) const
+{
+    Arguments arguments;
+    for (const PicturePtr& image : s.images) arguments.images.push_back(image != nullptr ? &image->header : nullptr);
+    arguments.numbers = n;
+    return run(arguments);
+}
+
+// ---- images of refusals --------------------------------------------------------------------------------------------
+
+static PictureSpec specOf(int32_t depth, int32_t channels, bool hasAlpha = false, int32_t order = PXK_DATA_ORDER_PIXEL)
+{
+    PictureSpec spec(depth, 9, 4, channels, order);
+    spec.hasAlpha = hasAlpha;
+    return spec;
+}
+
+const PictureSpec NO_IMAGE(0, 0, 0);
+const PictureSpec BITONAL = specOf(PXK_DEPTH_1U, 1);
+const PictureSpec GRAY = specOf(PXK_DEPTH_8U, 1);
+const PictureSpec GRAY_8S = specOf(PXK_DEPTH_8S, 1);
+const PictureSpec GRAY_16U = specOf(PXK_DEPTH_16U, 1);
+const PictureSpec GRAY_16S = specOf(PXK_DEPTH_16S, 1);
+const PictureSpec GRAY_32S = specOf(PXK_DEPTH_32S, 1);
+const PictureSpec FLOATS = specOf(PXK_DEPTH_32F, 1);
+const PictureSpec GRAY_ALPHA = specOf(PXK_DEPTH_8U, 2, true);
+const PictureSpec RGB = specOf(PXK_DEPTH_8U, 3);
+const PictureSpec RGB_PLANES = specOf(PXK_DEPTH_8U, 3, false, PXK_DATA_ORDER_PLANE);
+const PictureSpec RGB_8S = specOf(PXK_DEPTH_8S, 3);
+const PictureSpec RGB_16U = specOf(PXK_DEPTH_16U, 3);
+const PictureSpec RGBA = specOf(PXK_DEPTH_8U, 4, true);
+
+// ---- parts of a result ---------------------------------------------------------------------------------------------
+
+::testing::AssertionResult isPartOf(const Scene& old, const Scene& complete, const Scene& got, bool keepsTiles)
+{
+    for (size_t k = 0; k < got.images.size(); ++k) {
+        const PictureSpec& spec = got[k].spec;
+        for (int32_t y = 0; y < spec.height; ++y) {
+            for (int32_t x = 0; x < spec.width; ++x) {
+                for (int32_t c = 0; c < spec.channels; ++c) {
+                    const uint32_t bits = got[k].bits(x, y, c);
+                    if (bits == old[k].bits(x, y, c) || bits == complete[k].bits(x, y, c)) continue;
+                    return ::testing::AssertionFailure() << "image " << k << ", sample (x " << x << ", y " << y
+                                                         << ", channel " << c << ") is neither the old nor the new one";
+                }
+            }
+        }
+        if (keepsTiles) got[k].storage->forgetHeld();
+        const auto rest = nothingElseChanged(old[k], got[k]);
+        if (!rest) return ::testing::AssertionFailure() << "image " << k << ": " << rest.message();
+    }
+    return ::testing::AssertionSuccess();
+}

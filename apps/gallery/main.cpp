@@ -26,7 +26,7 @@ const Family* const families[] = {
     &bitFamily,    &compareFamily, &alphaFamily,       &ditherFamily, //
     &bitmapFamily, &convertFamily, &convolutionFamily, &fixedFamily,  //
     &borderFamily, &rankFamily,    &morphologyFamily,  &statsFamily,  //
-    &fourierFamily, &scaleFamily,
+    &fourierFamily, &scaleFamily,   &warpFamily,
 };
 
 constexpr int32_t leastSide = 32;

@@ -125,6 +125,7 @@ extern const Family morphologyFamily;
 extern const Family statsFamily;
 extern const Family borderFamily;
 extern const Family scaleFamily;
+extern const Family warpFamily;
 extern const Family fourierFamily;
 
 } // namespace gallery

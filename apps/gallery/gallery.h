@@ -121,6 +121,7 @@ extern const Family convolutionFamily;
 extern const Family fixedFamily;
 extern const Family rankFamily;
 extern const Family morphologyFamily;
+extern const Family statsFamily;
 extern const Family borderFamily;
 extern const Family fourierFamily;
 

@@ -15,7 +15,12 @@
  * - Each image keeps its own region offset. The work is the smallest width and the smallest height of all regions and
  * of the mask, taken axis by axis, and pixel (i, j) of the work is pixel (xOffset + i, yOffset + j) of each image.
  * - Processed channels are all but alpha, or the one that the region's channel of interest names (which may be alpha).
- * - Two threads may work at the same time on different headers, never on one header.
+ * - Two threads may work at the same time on different headers, never on one header. Where both write to one block of
+ *   pixels, or one writes what the other reads, no byte may be common to both: an operation may read and write back
+ *   what it leaves as it is, between the first and the last pixel of each row of its region, such as pixels that a mask
+ *   leaves out, channels that are not processed in pixel order, the other pixels in the first and last byte of one-bit
+ *   rows, and the padding of rows where it works on whole images.
+ * - A call takes up to 128 KiB of its thread's stack, besides what the tile function and the report handler take.
  */
 #ifndef PXK_PXK_H
 #define PXK_PXK_H
@@ -236,7 +241,11 @@ typedef int32_t (*PxkErrorCallBack)(int32_t status, const char* func, const char
 /** @name Status and reports. All of it is per thread; a new thread starts with status 0, PXK_ErrModeLeaf and the box.
  */
 
-/** The status that this thread stored last: 0, or the first failure since 0 was stored. */
+/**
+ * The status that this thread stored last. Operations that succeed store nothing (the morphology stores 0 on entry),
+ * and a later failure replaces an earlier one, except for reports with PXK_StsBackTrace and PXK_StsAutoTrace, which are
+ * not stored.
+ */
 PXK_API int32_t pxkGetErrStatus(void);
 
 /** Stores any status, unchecked, and calls no handler. */
@@ -266,8 +275,9 @@ PXK_API const char* pxkErrorStr(int32_t status);
 PXK_API int32_t pxkNulDevReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
 /**
- * Handler: writes the report to the standard-error stream, unless the mode is PXK_ErrModeSilent. In PXK_ErrModeLeaf it
- * then ends the process with exit code 1. Otherwise returns `status`.
+ * Handler: writes the report to the standard-error stream, unless the mode is PXK_ErrModeSilent or the process was
+ * started without such a stream. In PXK_ErrModeLeaf it then ends the process with exit code 1. Otherwise returns
+ * `status`.
  */
 PXK_API int32_t pxkStdErrReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
@@ -275,8 +285,8 @@ PXK_API int32_t pxkStdErrReport(int32_t status, const char* func, const char* co
  * Handler, the default one: shows the report in a modal box, which asks in PXK_ErrModeLeaf whether to end the
  * application (Yes, No) and in PXK_ErrModeParent whether to go on (OK, Cancel). Yes and Cancel end the process with
  * exit code 1. Every other answer, and every other mode, returns `status`. Where there are no boxes the question goes
- * to the terminal, if standard input and standard error are one; without a terminal the text goes to standard error and
- * the process goes on.
+ * to the terminal, if standard input and standard error are one, and what was typed before it is no answer; without a
+ * terminal the text goes to standard error and the process goes on.
  */
 PXK_API int32_t pxkGuiBoxReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
@@ -288,8 +298,9 @@ PXK_API const PxkLibVersion* pxkGetLibVersion(void);
 
 /**
  * Takes `length` items of 1 (pxkMalloc), 2 (pxkwMalloc), 4 (pxkiMalloc, pxksMalloc) or 8 bytes (pxkdMalloc). The block
- * starts at a multiple of 32 bytes, is not cleared, and has at least 33 spare bytes behind it. Give it back with
- * pxkFree. Null when out of memory or when `length` is negative or too large; nothing is reported.
+ * starts at a multiple of 32 bytes, is not cleared, and has at least 33 spare bytes behind it (in builds with
+ * AddressSanitizer they must not be touched). Give it back with pxkFree. Null when out of memory or when `length` is
+ * negative or too large; nothing is reported.
  */
 PXK_API void* pxkMalloc(int32_t length);
 PXK_API void* pxkwMalloc(int32_t length);
@@ -301,13 +312,14 @@ PXK_API void* pxkdMalloc(int32_t length);
 PXK_API void pxkFree(void* block);
 
 /**
- * Makes a header without pixels, border mode PXK_EDGE_CONST with 0 on all sides. `colorModel` and `channelSeq` are four
- * bytes each, copied as they are. `roi`, `maskROI` and `tileInfo` are held by pointer and stay the caller's. Returns
- * null after reporting "Incorrect data-ins" with, in this order of tests: -10 (width or height below 1), -15 (nChannels
- * below 1), -16 (not one channel at depth 1), -14 (a null text), -17 (depth), -18 (alphaChannel neither 0 nor
- * nChannels), -19 (dataOrder), -20 (origin neither 0 nor 1), -21 (align), -10 (pixels, or a tile, of 2^31 bytes or
- * more), -117, -26 or the status less 100 (mask not of depth 1, tiled, or bad). Returns null without a report when out
- * of memory.
+ * Makes a header without pixels, border mode PXK_EDGE_CONST with 0 on all sides. `colorModel` and `channelSeq` are the
+ * first four bytes of the texts, zeros behind a shorter one. `roi`, `maskROI` and `tileInfo` are held by pointer and
+ * stay the caller's; `roi` and `tileInfo` are not examined. Returns null after reporting "Incorrect data-ins" with, in
+ * this order of tests: -10 (width or height below 1), -15 (nChannels below 1), -16 (not one channel at depth 1), -14 (a
+ * null text), -17 (depth), -18 (alphaChannel neither 0 nor nChannels), -19 (dataOrder), -20 (origin neither 0 nor 1),
+ * -21 (align), -10 (without tileInfo: pixels of 2^31 bytes or more), -117, -26 or the status less 100 (mask not of
+ * depth 1, tiled, or bad). With tileInfo, widthStep and imageSize are 0 where 31 bits can't hold them. Returns null
+ * without a report when out of memory.
  */
 PXK_API PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t depth, const char* colorModel,
                                        const char* channelSeq, int32_t dataOrder, int32_t origin, int32_t align,
@@ -360,13 +372,17 @@ PXK_API void pxkDeleteTileInfo(PxkTileInfo* tileInfo);
  * Tests a header as every operation does on entry. Returns 0, or stores and returns the first failure without a report:
  * -9 null; -12 imageData and tileInfo both null or both set; -10 imageSize below 1 (in memory); -13 widthStep below 1
  * (in memory); -10 width or height below 1; -15, -16 nChannels; -17 depth; -18 alphaChannel; -19 dataOrder; -20 origin;
- * -21 align; -10 an image of 2^31 bytes or more; -117, -26 or status less 100 for the mask; -22 no callBack, -23 tile
- * size; -24 coi, -25 size, -11 negative offset of the region. A region that reaches outside the image passes.
+ * -21 align; -10 an image in memory of 2^31 bytes or more; -117, -26 or status less 100 for the mask; -22 no callBack,
+ * -23 tile width or height below 1 or no multiple of 8, or a tile of 2^31 bytes or more; -24 coi, -25 size, -11
+ * negative offset of the region. A region that reaches outside the image passes. A mask of a mask selects nothing but
+ * is tested likewise; the ninth of them, and so every ring of masks, is refused with -112 less 100 for each mask above
+ * it.
  */
 PXK_API int32_t pxkCheckImageHeader(PxkImage* image);
 
 /**
- * Makes a copy of an image with its own pixels and region, and without mask, tag and tile record. The clone of a tiled
+ * Makes a copy of an image with its own pixels and region, and without mask, tag and tile record. The padding of rows
+ * is copied where widthStep is what pxkAllocateImage makes it, otherwise it is not initialised. The clone of a tiled
  * image has pixels for the whole image, not initialised. Reports "Incorrect Image", or -4 with a message that says what
  * could not be allocated, and returns null. Release the clone with pxkDeallocate(clone, PXK_FREE_HEADER | PXK_FREE_DATA
  * | PXK_FREE_ROI).
@@ -380,15 +396,26 @@ PXK_API PxkImage* pxkCloneImage(PxkImage* image);
 PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int32_t constant);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Copy, set and exchange. These stop silently, after their argument checks, when the stored status is negative.
+/**
+ * @name Copy, set and exchange
+ *
+ * On the common size of the regions and of the masks of all images; only pixels that all masks select change. These
+ * stop silently, after their argument checks, when the stored status is negative.
+ *
+ * A refused tile is -2 "Error get tile to write" or "Error get tile to read", with the work done so far left in place
+ * and no tile held. Where both images are tiled, the first one is read a tile of the second one at a time; when that
+ * fails, for a tile, for memory or because a tile function has stored a negative status, the report is -1 with an empty
+ * text, which leaves the stored status as it is, maybe 0, and the second image's tile, and those of the first one that
+ * were handed out in one row with a refused one, are not released. The same report comes when masks can't be combined,
+ * and once more, behind every failure in tiles, from copy and set of one-bit images under a mask.
  */
 
 /**
  * Copies the processed channels of the source's region to the destination's. One header given twice: nothing to do.
  * Reports "Incorrect Image"; -5 "srcImage->depth != dstImage->depth", "srcImage->origin != dstImage->origin" and
- * (unless both have one channel) "srcImage->dataOrder != dstImage->dataOrder", each that fails; -5 "Number of processed
- * channels of srcImage
- * != Number of processed channels of dstImage".
+ * (at other depths than 1, unless both have one channel) "srcImage->dataOrder != dstImage->dataOrder", each that fails;
+ * then, where regions and masks leave something to do, -5 "Number of processed channels of srcImage != Number of
+ * processed channels of dstImage".
  */
 PXK_API void pxkCopy(PxkImage* srcImage, PxkImage* dstImage);
 
@@ -634,10 +661,12 @@ PXK_API PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
  * Reports, in this order, -5 with the failed condition as text (here with what pxkConvertFromDIBSep returns): dib, in
  * the Sep form dibHeader or dibData, null (-5); image null (-9); alphaChannel below 0 or above nChannels (-18);
  * dataOrder (-19); origin (-20); align (-21); height, width, imageSize (-10) or widthStep (-13) below 1; biSize,
- * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then -10 "Image size
- * is too small", -14 "image->channelSeq unsupport", -4 "Not enough memory to allocate data for destination image", -5
- * "Bit-field mask is zero", -3 "Impossible to decompress RLE DIB" after the decoder's own report, and -3 "<unknown>"
- * for a biBitCount, or a pair of nChannels and depth, that is not served.
+ * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then, in this order,
+ * -10 "Image size is too small"; -3 "<unknown>" for a biBitCount that is not served; -5 "Bit-field mask is zero"; -14
+ * "image->channelSeq unsupport"; -3 "<unknown>" for a pair of nChannels and depth that is not served, and for an image
+ * of 2^31 bytes or more; -4 "Not enough memory to allocate data for destination image"; for run-length bits the
+ * decoder's own report, -4 or -5 under the name ownDecompressRLE or ownDecompressRLESep, behind which pxkConvertFromDIB
+ * reports -3 "Impossible to decompress RLE DIB". "<unknown>" is not reported while a negative status is stored.
  */
 PXK_API void pxkConvertFromDIB(PxkBitmapInfoHeader* dib, PxkImage* image);
 PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibData, PxkImage* image);
@@ -1066,12 +1095,190 @@ PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIteration
  *   output depth for gray image dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U", "Erroneous dither
  *   option"; own_dither_tiled_errprop, where errors cross tiles: the first of them, or "Error depth for gray image
  *   dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U".
- * Error diffusion needs memory: -4 "no memory for error propagation dithering errors array" (tiled), or "no memory for
- * errr array" under the row kernel's name, such as owncbDither_Gray_Floyd_PX, with nothing written. A refused tile is
+ * Error diffusion needs memory for the errors of a few rows, and where an image is tiled for the whole picture as well,
+ * at the depth that is dithered, which must be less than 2^31 bytes: the source is read whole before anything is
+ * written. Without memory: -4 "no memory for error propagation dithering errors array" (tiled), or "no memory for errr
+ * array" under the row kernel's name, such as owncbDither_Gray_Floyd_PX, with nothing written. A refused tile is
  * -5 "(src->tileInfo->tileData == NULL)" or "(dst->tileInfo->tileData == NULL)".
  */
 PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
                            int32_t bitCount);
+
+/** @name Colour models */
+
+PXK_API void pxkRGB2HSV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkHSV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2HLS(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkHLS2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2XYZ(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkXYZ2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2LUV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkLUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2YUV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkYUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkRGB2YCrCb(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkYCrCb2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkYCC2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void pxkGrayToColor(PxkImage* srcImage, PxkImage* dstImage, float weightR, float weightG, float weightB);
+
+typedef struct PxkColorTwist {
+    int32_t data[16];
+    int32_t scalingValue;
+} PxkColorTwist;
+PXK_API PxkColorTwist* pxkCreateColorTwist(const int32_t* data, int32_t scalingValue);
+PXK_API int32_t pxkSetColorTwist(PxkColorTwist* cTwist, const int32_t* data, int32_t scalingValue);
+PXK_API void pxkDeleteColorTwist(PxkColorTwist* cTwist);
+PXK_API int32_t pxkApplyColorTwist(PxkImage* srcImage, PxkImage* dstImage, PxkColorTwist* cTwist, int32_t offset);
+PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const float* TwistFP);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Histograms and maps of levels
+ *
+ * One table for each processed channel, the first one for the first such channel; under a channel of interest the first
+ * table alone. Entries for other channels are not looked at. A table with num keys has num - 1 bins: bin k holds the
+ * levels from key[k] up to, but not including, key[k + 1]. An image of 8U has 256 levels, one of 16U 65536, one of 1U
+ * two.
+ *
+ * All run on whatever status is stored. All report "Incorrect Image", source before destination, then -5 with the text
+ * of the first condition that holds, in the order told at each operation; and then for each table in turn "lut[k]==0",
+ * "lut[k]->key==0", "lut[k]->value==0", "lut[k]->num < 2", "lut[k]->key[0] < 0", "lut[k]->key[lut[k]->num-1] >
+ * histSize" (a key above the number of levels), "lut[k]->key[i] > lut[k]->key[i+1]". Behind these: -4 "Allocation
+ * failure", "Out of memory" when masks can't be combined; -2 "Error get tile to read", "Error get tile to write".
+ */
+
+/** A table of levels. The caller owns it and what it points to; only pxkComputeHisto writes, to `value`. */
+typedef struct PxkLUT {
+    int32_t num;             /**< keys, at least 2 */
+    int32_t* key;            /**< num levels, none below the one before; from 0 up to the number of levels */
+    int32_t* value;          /**< num entries: counts of the bins; for a stretch the levels that the keys map to */
+    int32_t* factor;         /**< num slopes of the ramps from key to key; null counts as all 0 */
+    int32_t interpolateType; /**< 0: a step from key to key; otherwise a ramp */
+} PxkLUT;
+
+/**
+ * Counts the samples of a region into the bins of the tables: value[0] to value[num - 2] are set to 0 first, value[num
+ * - 1] stays. Samples outside the keys are not counted, nor are pixels whose mask bit is 0. At depth 1U value[0]
+ * becomes the number of zeros and value[1] that of ones, whatever the keys are. A count beyond 2147483647 stops there.
+ * Depths 1U, 8U, 16U. After a report behind the checks the bins are not complete.
+ *
+ * Refuses "lut==0", "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)".
+ */
+PXK_API void pxkComputeHisto(PxkImage* srcImage, PxkLUT** lut);
+
+/**
+ * Maps samples by the tables: a level of bin k becomes value[k], or where interpolateType is not 0, value[k] + (level -
+ * key[k]) factor[k]. The result is cut to the sample's width, so it may wrap. Levels below the first key, and from the
+ * last one up, stay. Of equal keys the last one counts. Depths 8U, 16U; the same image on both sides is allowed.
+ *
+ * Refuses "srcImage->depth != PXK_DEPTH_8U && srcImage->depth != PXK_DEPTH_16U", "srcImage->depth != dstImage->depth",
+ * "srcImage->dataOrder != dstImage->dataOrder", "srcImage->origin != dstImage->origin", "Number of processed channels
+ * of srcImage != Number of processed channels of dstImage", "lut==0".
+ */
+PXK_API void pxkContrastStretch(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** lut);
+
+/**
+ * Maps samples by the sums of the counts that the tables hold, such as pxkComputeHisto leaves them: a level becomes its
+ * share, the counts up to it over all counts, of the largest level; truncated at 8U, rounded to nearest at 16U. The
+ * count of a bin is spread evenly over its levels, the last one takes the remainder; a bin without levels counts for
+ * the level at its key. Depths, images and refusals as pxkContrastStretch; then -3 "All values in histogram are zeroes"
+ * when the counts of a table add up to 0, with nothing written.
+ */
+PXK_API void pxkHistoEqualize(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** lut);
+
+/**
+ * Makes each sample at or above Threshold the highest value of the destination's depth, each other one the lowest: 0
+ * and 1 at 1U, 0 and 255 at 8U, -128 and 127 at 8S, 0 and 65535 at 16U, -32768 and 32767 at 16S, -2147483648 and
+ * 2147483647 at 32S. From 8U, 8S, 16U, 16S or 32S to any integer depth. Regions, channels, masks, padding and what is
+ * reported behind the checks as at the depth conversions; runs on whatever status is stored.
+ *
+ * Reports "Incorrect Image", source before destination, then -5 with the text of the first condition that holds:
+ * "(srcImage->depth == 32)", "(dstImage->depth == 32)", "(srcImage->depth == 1)", "((srcImage->dataOrder !=
+ * dstImage->dataOrder)&& ((srcImage->nChannels != 1)&&(dstImage->nChannels != 1)))", "(srcImage->origin !=
+ * dstImage->origin)", "(srcImage->origin != srcImage->maskROI->origin)", "(dstImage->origin !=
+ * dstImage->maskROI->origin)", and for a Threshold outside the source's range a text such as "((srcImage->depth == 8)
+ * && (Threshold > 255))", "((srcImage->depth == (0x80000000|16)) && (Threshold < -32768))". An image whose one channel
+ * is alpha: nothing happens.
+ */
+PXK_API void pxkThreshold(PxkImage* srcImage, PxkImage* dstImage, int32_t Threshold);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @name Moments */
+
+/** One spatial moment: of order m in x and n in y. */
+typedef struct PxkMoment {
+    double scale; /**< w^-m h^-n, where w and h are the width and height that were measured */
+    double value; /**< sum of x^m y^n s over all samples s */
+} PxkMoment;
+
+/** The moments of a channel up to order 3. Entries with m + n above 3 are not used. */
+typedef struct PxkMomentState {
+    PxkMoment moments[4][4]; /**< [m][n] */
+} PxkMomentState;
+
+/**
+ * Computes all spatial moments up to order 3 of one channel: that of a one-channel image, or the channel of interest. x
+ * and y are counted from the region's first pixel; pixels whose mask bit is 0 do not count. Every depth; bits are
+ * samples of 0 and 1. Row sums of 1, 8 and 16 bits are exact while they stay below 2^53; all else is added in double,
+ * in an order that depends only on the sizes of image, tiles and mask. Where there is nothing to measure all scales and
+ * values are 0.
+ *
+ * Reports "Incorrect Image"; -5 "Only one channel can be proceed", "state==0", "(image->tileInfo->tileData == NULL)".
+ * After a report the state is as it was.
+ */
+PXK_API void pxkMoments(PxkImage* image, PxkMomentState* state);
+
+/**
+ * Read a moment out of what pxkMoments filled: the spatial moment; the central moment, that is the sum of (x - xb)^m (y
+ * - yb)^n s, where (xb, yb) is the centre of mass, or the middle of the measured area when the mass is 0; and both
+ * times the entry's scale. Return 0 after reporting -5 "Illegal order of moment" (m or n below 0, m + n above 3),
+ * "state==0".
+ */
+PXK_API double pxkGetSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
+PXK_API double pxkGetNormalizedSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
+PXK_API double pxkGetCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
+PXK_API double pxkGetNormalizedCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
+
+/** One moment of an image: pxkMoments, then the function above, each with its own reports. 0 when one has failed. */
+PXK_API double pxkSpatialMoment(PxkImage* image, int32_t m, int32_t n);
+PXK_API double pxkNormalizedSpatialMoment(PxkImage* image, int32_t m, int32_t n);
+PXK_API double pxkCentralMoment(PxkImage* image, int32_t m, int32_t n);
+PXK_API double pxkNormalizedCentralMoment(PxkImage* image, int32_t m, int32_t n);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @name Norms and extrema */
+
+/** Norms. The relative ones divide by the same norm of the second image. */
+#define PXK_NORM_INF 1 /**< largest of |a - b|, or of |a| */
+#define PXK_NORM_L1 2  /**< sum of |a - b|, or of |a| */
+#define PXK_NORM_L2 4  /**< square root of the sum of (a - b)^2, or of a^2 */
+#define PXK_NORM_INF_REL 9
+#define PXK_NORM_L1_REL 10
+#define PXK_NORM_L2_REL 12
+
+/**
+ * Measures an image, the difference of two images, or that difference relative to the second one, over all processed
+ * channels and all pixels selected by the masks of both. srcImageB may be null, for the norms that are not relative.
+ * Every depth; bits are samples of 0 and 1. Integers are added exactly, floats and squares of 32S in double, in an
+ * order that depends only on the sizes and row steps of images, tiles and masks. A NaN makes sums NaN, and is never the
+ * largest difference.
+ *
+ * Returns 0 where there is nothing to measure. Returns 0 after a report: "Incorrect Image", for a null srcImageB first
+ * -5 "normType unknown"; -5 "(srcImageA->dataOrder!=srcImageB->dataOrder)", "(srcImageA->depth!=srcImageB->depth)",
+ * "normType unknown"; -15 "Bad number of channels"; -9 "Null pointer for mask" when masks can't be combined. Returns -1
+ * after -5 "Zero divided", where the norm of the second image is 0, and -2 after -2 " ", a refused tile.
+ */
+PXK_API double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normType);
+
+/**
+ * Stores the smallest and the largest sample of a 32F image over the region and all processed channels; masks do not
+ * count. NaN samples are passed over; both results are a NaN when there are no others. A zero is stored as +0. Returns
+ * 0, also with nothing stored when there is nothing to measure; or -5, with nothing stored, after a report: "Incorrect
+ * Image" with the status of the header; -5 "((min == ((void*)(0)))||(max == ((void*)(0))))", "(srcImage->depth != 32)",
+ * "(srcImage->tileInfo->tileData == NULL)".
+ */
+PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**

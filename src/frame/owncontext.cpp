@@ -1,6 +1,9 @@
 #include "frame/owncontext.h"
 
 #include "platform/ownplatform.h"
+#ifdef PXK_LEVELS
+#include "platform/ownprocessor.h"
+#endif
 
 // Written at process attach and detach only.
 static uint32_t ownSlot = OWN_NO_SLOT;
@@ -38,6 +41,9 @@ PxkContext& ownContext()
 
 bool ownProcessAttach()
 {
+#ifdef PXK_LEVELS
+    ownTakeLevel(ownProcessorLevel());
+#endif
     ownSlot = ownTakeSlot();
     return ownSlot != OWN_NO_SLOT && ownThreadAttach();
 }

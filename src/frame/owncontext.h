@@ -28,9 +28,14 @@ struct PxkContext {
     OwnTransformCaches cosine;
 };
 
+// There is one of these functions for all processor levels.
+extern "C" {
+
 // The calling thread's own, made on first access if the thread began before the library did. Never fails: without
 // memory for it the process ends.
 PxkContext& ownContext();
 
 // Frees what a transform keeps, as at the end of its thread; the next one builds its tables anew.
 void ownReleaseTransform(OwnTransformCaches& caches);
+
+} // extern "C"

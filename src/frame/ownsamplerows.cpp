@@ -296,8 +296,10 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
     row.rowFunction = &rowFunction;
     row.count = count;
     row.nSources = count - nDestinations;
-    const OwnChannelWalk walk =
-        ownFindTogether(row, views) ? OwnChannelWalk::SEPARATE : ownChannelWalk(views, count, mask != nullptr);
+    OwnChannelWalk walk = OwnChannelWalk::SEPARATE;
+    if (!ownFindTogether(row, views)) walk = ownChannelWalk(views, count, mask != nullptr);
+    // Samples between the selected ones are left out when a destination is stored, not when there is none.
+    if (walk == OwnChannelWalk::GAPPED && nDestinations == 0) walk = OwnChannelWalk::SEPARATE;
     // Without a mask a packed row is one run of samples, and so are touching rows.
     const bool isPlainRun = walk == OwnChannelWalk::PACKED && mask == nullptr;
     row.selectedSamples = walk == OwnChannelWalk::SEPARATE || isPlainRun ? 1 : nChannels;

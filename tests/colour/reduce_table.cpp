@@ -216,6 +216,17 @@ const Rows rows([] {
     };
     op.noMemory = nullptr; // reduce_memory_inner_test.cpp
     addOperation(op);
+    // Diffusion holds the whole picture, however it is tiled.
+    const PictureSpec tiles = PictureSpec(PXK_DEPTH_8U, 16, 8).tiled(8, 8);
+    addRefusals("pxkReduceBits",
+                { { "no memory for error propagation dithering errors array",
+                    { tiles, tiles },
+                    { 0, PXK_DITHER_FS, 4, 1 },
+                    [](const Scene& s) {
+                        setModel(s[0], "GRAY", "G");
+                        for (const PicturePtr& p : s.images) p->header.width = p->header.height = 1 << 20;
+                    },
+                    PXK_StsNoMem } });
     for (const Refused& row : argumentRows) addRefused(row);
     for (const Refused& row : stageRows) addRefused(row);
 });

@@ -1,5 +1,6 @@
 // Conversion between depths.
 #include "reference/depth.h"
+#include "reference/stats.h"
 #include "support/operations.h"
 
 namespace {
@@ -33,6 +34,7 @@ struct Kind {
 const Kind converted = { "pxkConvert", true, false, 0 };
 const Kind scaled = { "pxkScale", false, true, PXK_StsBadArg };
 const Kind scaledFloat = { "pxkScaleFP", false, true, PXK_StsBadArg };
+const Kind cut = { "pxkThreshold", false, true, 0 };
 const Kind grayed = { "pxkBitonalToGray", true, false, 0 };
 
 Scene pairOf(const Case& c, const Kind& kind, int32_t toDepth)
@@ -142,6 +144,32 @@ void addBitonal(int32_t toDepth)
     addOperation(op);
 }
 
+void addThreshold(int32_t toDepth)
+{
+    Operation op = operationOf(
+        cut, toDepth, [](const Arguments& a) { pxkThreshold(a[0], a[1], a.integer(0)); },
+        [](const Scene& s, const Numbers& n) { modelThreshold(s[0], s[1], n[0]); });
+    op.scene = [toDepth](const Case& c) { // of the masks' origin
+        const Scene scene = pairOf(c, cut, toDepth);
+        for (const PicturePtr& image : scene.images) {
+            image->header.origin = 0;
+            image->freeze();
+        }
+        return scene;
+    };
+    if (toDepth == PXK_DEPTH_1U) op.axes.channels = { Channels::ONE, Channels::COI };
+    op.numbers = [](const Case& c, const Scene&, Random& random) {
+        const double low = double(depthMin(c.depth)), high = double(depthMax(c.depth));
+        return Numbers { random.oneOf({ low, low + 1, double(random.between(0, 127)), high }) };
+    };
+    addOperation(op);
+    op.name += "_gray";
+    op.axes.channels = { Channels::ONE };
+    op.axes.orders = { Order::MIXED };
+    op.axes.count = 50;
+    addOperation(op);
+}
+
 PictureSpec sized(const PictureSpec& spec, int32_t width, int32_t height)
 {
     PictureSpec other = spec;
@@ -211,6 +239,12 @@ void addScaleRefusals()
     addLayoutRefusals("pxkScaleFP_32F", PXK_DEPTH_16U, PXK_DEPTH_32F);
 }
 
+// How texts of checks name depths.
+const std::pair<int32_t, std::string> depthWords[] = { { PXK_DEPTH_8S, "(0x80000000| 8)" },
+                                                       { PXK_DEPTH_8U, "8" },
+                                                       { PXK_DEPTH_16S, "(0x80000000|16)" },
+                                                       { PXK_DEPTH_16U, "16" } };
+
 void addBitonalRefusals()
 {
     const Numbers wild = { INT32_MAX, INT32_MIN };
@@ -221,11 +255,7 @@ void addBitonalRefusals()
                   { "(srcImage->depth != 1)", { GRAY, FLOATS }, wild },
                   { "(dstImage->depth == 32)", { BITONAL, FLOATS }, wild },
                   { "(dstImage->depth == 1)", { BITONAL, BITONAL }, wild } });
-    const std::pair<int32_t, std::string> words[] = { { PXK_DEPTH_8S, "(0x80000000| 8)" },
-                                                      { PXK_DEPTH_8U, "8" },
-                                                      { PXK_DEPTH_16S, "(0x80000000|16)" },
-                                                      { PXK_DEPTH_16U, "16" } };
-    for (const auto& word : words) {
+    for (const auto& word : depthWords) {
         const double low = double(depthMin(word.first)), high = double(depthMax(word.first));
         const auto add = [&](const Numbers& levels, const char* level, const char* than, double end) {
             addRefusals("pxkBitonalToGray_8U",
@@ -242,18 +272,52 @@ void addBitonalRefusals()
     addRefusals("pxkBitonalToGray_8U", { { "(srcChannels != dstChannels)", { BITONAL, RGB }, { 255, 0 } } });
 }
 
+void addThresholdRefusals()
+{
+    const char* const name = "pxkThreshold_8U";
+    const PictureSpec reals = ofDepth(RGB, PXK_DEPTH_32F);
+    const auto masks = [](const Scene& s) {
+        for (size_t k = 0; k < 2; ++k) s[k].setMask(Picture::make(BITONAL));
+        for (size_t k = 0; k < 2; ++k) s[k].mask->header.origin = 1;
+    };
+    const auto destinationMask = [=](const Scene& s) {
+        masks(s);
+        s[0].mask->header.origin = 0;
+    };
+    addRefusals(name,
+                { { "(srcImage->depth == 32)", { reals, reals }, { 1e6 } },
+                  { "(dstImage->depth == 32)", { BITONAL, reals }, { 1e6 } },
+                  { "(srcImage->depth == 1)", { BITONAL, RGB_PLANES }, { 1e6 } } });
+    addLayoutRefusals(name, PXK_DEPTH_8U, PXK_DEPTH_8U);
+    addRefusals(name,
+                { { "(srcImage->origin != srcImage->maskROI->origin)", { RGB, GRAY }, { 1e6 }, masks },
+                  { "(dstImage->origin != dstImage->maskROI->origin)", { RGB, GRAY }, { 1e6 }, destinationMask } });
+    for (const auto& word : depthWords) {
+        const int64_t low = depthMin(word.first), high = depthMax(word.first);
+        const std::string start = "((srcImage->depth == " + word.second + ") && (Threshold ";
+        const std::vector<PictureSpec> images = { ofDepth(RGB, word.first), GRAY };
+        addRefusals(name,
+                    { { start + "> " + std::to_string(high) + "))", images, { double(high + 1) } },
+                      { start + "< " + std::to_string(low) + "))", images, { double(low - 1) } } });
+    }
+    addRefusals(name, { { "(srcChannels != dstChannels)", { RGB, GRAY }, { 1 } } });
+}
+
 const Rows rows([] {
     for (const int32_t depth : wideDepths) {
         addConvert(depth);
         addScale(depth);
         addScaleFP(depth);
         addBitonal(depth);
+        addThreshold(depth);
     }
+    addThreshold(PXK_DEPTH_1U);
     addConvert(PXK_DEPTH_1U);
     addScaleFP(PXK_DEPTH_32F);
     addConvertRefusals();
     addScaleRefusals();
     addBitonalRefusals();
+    addThresholdRefusals();
 });
 
 } // namespace

@@ -178,6 +178,30 @@ TEST(Filters, windowsBeyondCounters)
     }
 }
 
+// Halves between neighbouring levels go up, whatever the number of samples that the sum is divided by.
+TEST(Filters, meansOfHalves)
+{
+    const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 2, 255), 1), dst = src->copy();
+    for (int32_t i = 0; i < 2 * 255; ++i) src->setNumber(i % 2, i / 2, 0, i / 2 + i % 2);
+    pxkSetBorderMode(*src, PXK_EDGE_WRAP, 15, 0);
+    startReports();
+    for (int32_t nCols = 2; nCols <= 33000; nCols += nCols < 700 ? 2 : 998) {
+        pxkBlur(*src, *dst, nCols, 1, 0, 0);
+        for (int32_t i = 0; i < 2 * 255; ++i) ASSERT_EQ(dst->value(i % 2, i / 2), i / 2 + 1) << nCols << " columns";
+    }
+    expectNoReports();
+}
+
+TEST(Filters, loneAlphaIsNothing)
+{
+    const PictureSpec spec = PictureSpec(PXK_DEPTH_8U, 9, 5).withAlpha();
+    const Scene got = { { Picture::make(spec, 1), Picture::make(spec, 2) } }, want = got.copy();
+    for (const char* const name : { "pxkErode", "pxkClose", "pxkMinFilter", "pxkMedianFilter", "pxkBlur" }) {
+        EXPECT_EQ(operationNamed(name).run(got, { 3, 3, 1, 1 }), Ending()) << name;
+        EXPECT_TRUE(sameScene(want, got)) << name;
+    }
+}
+
 // Source and destination lie in one block, some rows apart: the result is that of a source apart.
 TEST(Filters, blocksMayOverlap)
 {

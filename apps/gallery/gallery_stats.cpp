@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstring>
+#include <functional>
 #include <numeric>
 
 namespace gallery {
@@ -27,13 +27,15 @@ static PxkImage* draw(Stage& s, const LevelTable* tables, int32_t count)
 {
     constexpr int32_t width = 512, height = 320;
     PxkImage* const chart = s.blank(3, PXK_DEPTH_8U, width, height, 24);
-    int32_t most = 1;
-    for (int32_t k = 0; k < count; ++k)
-        most = std::max(most, *std::max_element(tables[k].values.begin(), tables[k].values.end()));
+    std::vector<int32_t> counts;
+    for (int32_t k = 0; k < count; ++k) counts.insert(counts.end(), tables[k].values.begin(), tables[k].values.end());
+    std::sort(counts.begin(), counts.end(), std::greater<int32_t>());
+    const int64_t most = std::max(counts[static_cast<size_t>(2 * count)], 1); // a few bars are cut off at the top
     for (int32_t c = 0; c < 3; ++c) {
         const LevelTable& table = tables[count == 1 ? 0 : c];
         for (int32_t x = 0; x < width; ++x) {
-            const int64_t bar = static_cast<int64_t>(table.values[static_cast<size_t>(x / 2)]) * (height - 8) / most;
+            const int64_t level = table.values[static_cast<size_t>(x / 2)];
+            const int64_t bar = std::min<int64_t>(level * (height - 8) / most, height);
             for (int64_t y = height - 1; y >= height - bar; --y)
                 static_cast<uint8_t*>(chart->imageData)[y * chart->widthStep + 3 * x + c] = 220;
         }

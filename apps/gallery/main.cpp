@@ -26,7 +26,13 @@ const Family* const families[] = {
     &bitFamily,    &compareFamily, &alphaFamily,       &ditherFamily, //
     &bitmapFamily, &convertFamily, &convolutionFamily, &fixedFamily,  //
     &borderFamily, &rankFamily,    &morphologyFamily,  &statsFamily,  //
-    &fourierFamily, &scaleFamily,
+const Family* const families[] = {
+    &frameFamily,   &tilesFamily,  &arithFamily,       &scalarFamily, //
+    &bitFamily,     &compareFamily, &alphaFamily,      &ditherFamily, //
+    &bitmapFamily,  &convertFamily, &convolutionFamily, &fixedFamily, //
+    &borderFamily,  &rankFamily,   &morphologyFamily,  &statsFamily,  //
+    &fourierFamily, &colourFamily, &scaleFamily,       &warpFamily,
+};
 };
 
 constexpr int32_t leastSide = 32;

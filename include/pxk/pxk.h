@@ -1104,32 +1104,184 @@ PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIteration
 PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
                            int32_t bitCount);
 
-/** @name Colour models */
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Colour models
+ *
+ * Conversions work on the smaller width and height of both images. The source has at least three channels, of which the
+ * first three count; the destination has three. Depth, data order and origin agree. Regions must be null; masks and
+ * alpha do not count; tiles are served. The source may be the destination. Red is channel 0 where channelSeq of the RGB
+ * image begins with "R", otherwise channel 2; the other model's channels come in the order of its name. Each function
+ * runs on whatever status is stored.
+ *
+ * A conversion to a model writes the model's word, zero-filled to four letters, to colorModel and channelSeq of the
+ * destination, as soon as the source's words and the regions have been looked at, even if the call fails then.
+ *
+ * Below, T is the largest sample (255, 65535 or 2147483647), >> is a shift that rounds towards minus infinity, 32S
+ * results are cut towards zero, and "limited" is to the range 0 to T. Round trips are RGB to the model and back; their
+ * bounds hold for all colours at 8U.
+ *
+ * Reports, each ending the call: "Incorrect Image"; then -5: "colorModel must be RGB instead of %.4s " and "channelSeq
+ * must be RGB or BGR instead of %.4s " (three letters count), of the RGB image; on the way to RGB "src-> colorModel
+ * must be %.4s instead of %.4s" and "src-> channelSeq must be %.4s instead of %.4s"; "src & dst roi must be NULL"; YUV:
+ * "src1->depth != src2->depth"; "(src->nChannels < 3 ) || (dst->nChannels != 3 ) || (src->depth != dst->depth) ||
+ * (src->dataOrder != dst->dataOrder) || (src->origin != dst->origin)"; a depth that is not taken: "Error input depth.
+ * 32F, 32S ,16U,8U are valid now" (XYZ, YUV, YCrCb), "Error input depth. 32S,16U,8U are valid now" (HSV, HLS), "Error
+ * input depth. 32F is valid now" (LUV), "Error input depth. 8U is valid now" (YCC). A refused tile: "(src->tileInfo->
+ * tileData == NULL)" or "(dst->tileInfo->tileData == NULL)", without the break.
+ */
 
+/**
+ * Hue, saturation, value: "HSV", 8U, 16U, 32S. Value is the largest of red, green and blue; saturation T (max - min) /
+ * max, or 0 for black; hue the angle from red (0) over green (120) to blue (240) in degrees, 0 without saturation, all
+ * cut to integers. 8U stores half the degrees, 0 to 179. At 16U and 32S T / max is rounded to a double before it is
+ * multiplied, which may cost a unit. Round trip: within 11 at 8U, 1.7 % of T at 16U.
+ */
 PXK_API void pxkRGB2HSV(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse. With f the fraction of hue in its sector of 60 degrees, p the smallest channel and q (falling) or t
+ * (rising) the one between: at 8U ss = saturation value >> 8, p = value - ss, q = value - (34 ss f >> 11), t = value -
+ * (34 ss (60 - f) >> 11), f in degrees. At 16U and 32S p = (T - saturation) k value, q = (T - f saturation) k value, t
+ * = (T - (1 - f) saturation) k value, with k 1.5259e-05 and 5e-10; the latter is 7 % above 1 / T, so small saturations
+ * at 32S are limited. Hue is counted round the circle. Without saturation all channels are the value.
+ */
 PXK_API void pxkHSV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Hue (as in HSV), lightness, saturation: "HLS", 8U, 16U, 32S. With sum = max + min: lightness is sum >> 1, saturation
+ * T (max - min) / sum where sum is at most T, otherwise T (max - min) / (2 T - sum), cut. Round trip: within 10 at
+ * 8U, 1.7 % of T at 16U.
+ */
 PXK_API void pxkRGB2HLS(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse. m2 = L + m in the lower half of the range and L + saturation - m in the upper one, with m = 258 L
+ * saturation >> 16 at 8U and L k saturation at 16U and 32S (k as in HSV); m1 = 2 L - m2. Red takes the angle hue + 120,
+ * green hue, blue hue - 120: a channel rises from m1 at 0 to m2 at 60 degrees, stays up to 180, falls to m1 at 240 and
+ * stays. At 8U 137 / 8192 stands for one sixtieth.
+ */
 PXK_API void pxkHLS2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * CIE XYZ with the primaries and white of ITU-R BT.709: "XYZ", 8U, 16U, 32S, 32F. X = 0.412453 R + 0.35758 G + 0.180423
+ * B, Y = 0.212671 R + 0.71516 G + 0.072169 B, Z = 0.019334 R + 0.119193 G + 0.950227 B. At 8U and 16U with weights of
+ * 14 fraction bits, rounded to nearest, and Z limited: it may exceed T by 9 %. 32S is limited in doubles, 32F is not
+ * limited. Round trip: within 24 at 8U (within 2 where Z is not limited).
+ */
 PXK_API void pxkRGB2XYZ(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse: R = 3.240479 X - 1.53715 Y - 0.498535 Z, G = -0.969256 X + 1.875992 Y + 0.041556 Z, B = 0.055648 X -
+ * 0.204043 Y + 1.057311 Z; integers are limited, 32F is not.
+ */
 PXK_API void pxkXYZ2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Lightness and two differences of chromaticity from white, after CIE 1976: "LUV", 32F, RGB from 0 to 1. With X, Y, Z
+ * as above and d = 1 / (X + 15 Y + 3 Z): L = 116 cbrt(3.0395136778 Y) - 16, U = 13 L (4 d X - 0.19783001), V = 13 L (9
+ * d Y
+ * - 0.46831998); all are 0 where Y is at most 0.00329. Single precision: the cube root is within two units of the last
+ * place and the same bits on every processor. Round trip: within 0.007, most of it near black, which comes back as
+ * little more than 0.
+ */
 PXK_API void pxkRGB2LUV(PxkImage* srcImage, PxkImage* dstImage);
+/** The reverse; L nearer to 0 than 0.00001 counts as that, negative results become 0, and there is no upper limit. */
 PXK_API void pxkLUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Luma and two colour differences: "YUV", 8U, 16U, 32S, 32F. Y = 0.299 R + 0.587 G + 0.114 B, U = -0.146 R - 0.288 G +
+ * 0.434 B, V = 0.617 R - 0.517 G - 0.1 B. At 8U and 16U with weights of 15 fraction bits and >> 15; then 127 or 32767
+ * is added to U and V, and V is limited. 32S holds signed U and V. Round trip: within 34 at 8U (V of pure colours is
+ * limited).
+ */
 PXK_API void pxkRGB2YUV(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse: R = Y - 0.0009400501 U + 1.135920183 V, G = Y - 0.3959190767 U - 0.5782887929 V, B = Y + 2.041101518 U -
+ * 0.001619414 V; integers are limited, 32F is not.
+ */
 PXK_API void pxkYUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Luma, blue and red less the luma: "YCr", 8U, 16U, 32S, 32F, stored Y, Cb, Cr. Y as in YUV; Cb = -0.1687 R - 0.3313 G
+ * + 0.5 B and Cr = 0.5 R - 0.4187 G - 0.0813 B around 128, 32768, 1073741823 or 0.5. At 8U and 16U with weights of 14
+ * fraction bits; Y is rounded, at 8U also Cb = 0.5643 (B - Y) and Cr = 0.7133 (R - Y) of the rounded Y. Round trip:
+ * within 2 at 8U, 4 at 16U.
+ */
 PXK_API void pxkRGB2YCrCb(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse, with Cb and Cr less their middle: R = Y + 1.402 Cr, G = Y - 0.344136 Cb - 0.714136 Cr, B = Y + 1.772 Cb;
+ * integers are limited, at 32F negative results become 0.
+ */
 PXK_API void pxkYCrCb2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Luma and two chromas of "YCC", 8U, to RGB: three sums, shifted right by 14 and limited to 361, are places in a table
+ * of samples: (22256 Y + 29844 C2 + 4088627) for red, (22256 Y + 7050 C1 - 15190 C2 - 3180790) for green, (22256 Y +
+ * 36338 C1 + 5668700) for blue. With these constants blue is always 255 and red at least 247.
+ */
 PXK_API void pxkYCC2RGB(PxkImage* srcImage, PxkImage* dstImage);
+
+/**
+ * Gray of a colour image: 8U to 16U, 8U, 1U; 16U to 16U, 8U, 1U; 32S to 16U, 8U, 1U. (54 R + 183 G + 18 B) >> 8, of 8U
+ * to 16U without the shift, of 16U to 8U >> 16; of 32S (109 (R >> 11) + 366 (G >> 11) + 37 (B >> 11)) >> 13, to 8U
+ * >> 21. A bit is 1 in the upper half of that range. The weights add up to 255 of 256: white becomes 254 at 8U. Data
+ * orders may differ.
+ *
+ * Reports as above, "colorModel must be GRAY instead of %.4s " ("Gray" and "GRAY" are) and "channelSeq must be G
+ * instead of %.4s " (one letter counts) of the gray image behind those of the RGB image; instead of the list of what
+ * must agree
+ * "(dst-> dataOrder == PXK_DATA_ORDER_PIXEL) && (dst-> nChannels != 1)", "src->origin != dst->origin",
+ * "(src->nChannels < 3 )", "Error in-out depth. 32S,16U,8U=> 16U,8U,1U are valid now". No word is written.
+ */
 PXK_API void pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Colours of a gray image, which are its samples times a weight each: 8U, 16U, 32S to the same depth, 1U to 8U. Weights
+ * are cut to 8 fraction bits (8U, and 1U, where a 1 counts as 255) or 15; where all three are 0 then, they are 54, 183
+ * and 18 of 256 or as many of 512 as at 32S in pxkColorToGray. Products keep their low bits: weights beyond 0 to 1
+ * wrap.
+ *
+ * Reports as pxkColorToGray, with "src-> depth != dst-> depth && src-> depth != 1U", "src-> depth == dst-> depth &&
+ * dst-> depth != 8U" (1U to anything but 8U), "(src-> dataOrder == PXK_DATA_ORDER_PIXEL) && (src-> nChannels != 1)",
+ * "(src->origin != dst->origin)", "(dst->nChannels < 3 )", "Error input depth. 32S,16U,8U are valid now".
+ */
 PXK_API void pxkGrayToColor(PxkImage* srcImage, PxkImage* dstImage, float weightR, float weightG, float weightB);
 
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @name Colour twists */
+
+/** A matrix of integers over a power of two. Make it with pxkCreateColorTwist. */
 typedef struct PxkColorTwist {
-    int32_t data[16];
-    int32_t scalingValue;
+    int32_t data[16];     /**< rows of three factors and a constant; the fourth row does not count */
+    int32_t scalingValue; /**< 0 to 31: the matrix is data / 2^scalingValue */
 } PxkColorTwist;
+
+/**
+ * A new record with copies of 16 values, the caller's to delete. Null after -5 "bad_argument" (scalingValue not 0 to
+ * 31, data null) or -4 "matrix_is_not_allocated".
+ */
 PXK_API PxkColorTwist* pxkCreateColorTwist(const int32_t* data, int32_t scalingValue);
+/**
+ * Stores 16 values and a scaling value in a record: 0, or what pxkError returns for -5 "cTwist==0", "(data == 0)",
+ * "(scalingValue < 0)", "(scalingValue > 31)", and the record as it was.
+ */
 PXK_API int32_t pxkSetColorTwist(PxkColorTwist* cTwist, const int32_t* data, int32_t scalingValue);
+/** Releases a record; null is ignored. */
 PXK_API void pxkDeleteColorTwist(PxkColorTwist* cTwist);
+/**
+ * Multiplies the first three channels of each selected pixel, whatever their order, by the matrix and adds its
+ * constants and `offset`: 8U, 16U. Sums are exact and cut towards zero before the offset is added. They are limited
+ * before: with an offset from 0 on, sums below 0 give 0 (not the offset) and sums above T - offset give T, the largest
+ * sample; with a negative one, sums below -offset give 0 and sums above T give T. Offsets beyond T count as T, likewise
+ * -T: the image is saturated. Further channels of the destination stay. Masks and regions count, the channel of
+ * interest does not. The source may be the destination.
+ *
+ * 0, or what pxkError returns for the first of: "Incorrect Image" with its status; -5: "cTwist==0";
+ * "(srcImage->nChannels < 3)", "((srcImage->alphaChannel != 0) && (srcImage->nChannels < 4))",
+ * "((srcImage->alphaChannel != 0) && (srcImage->alphaChannel < srcImage->nChannels))", and the same of dstImage;
+ * "(srcImage->depth != dstImage->depth)"; "((srcImage->depth != 8) && (srcImage->depth != 16))"; "(srcImage->dataOrder
+ * != dstImage->dataOrder)"; "(srcImage->origin != dstImage->origin)"; "(srcImage->origin !=
+ * srcImage->maskROI->origin)",
+ * "(dstImage->origin != dstImage->maskROI->origin)"; "(msk == NULL)" where two masks can't be joined for lack of
+ * memory. A refused tile is -5 "(srcImage->tileInfo->tileData == NULL)" or "(dstImage->tileInfo->tileData == NULL)".
+ */
 PXK_API int32_t pxkApplyColorTwist(PxkImage* srcImage, PxkImage* dstImage, PxkColorTwist* cTwist, int32_t offset);
+/**
+ * The same in single precision, without limits: 32F, `TwistFP` holds three rows of three factors and a constant.
+ * Reports behind "Incorrect Image": "(TwistFP == ((void*)(0)))"; "((srcImage->depth != 32)|| (dstImage->depth != 32))";
+ * data order and origin as above; channels as above; "(msk == NULL)"; tiles.
+ */
 PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const float* TwistFP);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
@@ -1594,6 +1746,7 @@ static_assert(sizeof(PxkROI) == 20, "PxkROI");
 static_assert(sizeof(PxkImage) == (sizeof(void*) == 4 ? 112 : 144), "PxkImage");
 static_assert(sizeof(PxkBitmapInfoHeader) == 40, "PxkBitmapInfoHeader");
 static_assert(sizeof(PxkTileInfo) == (sizeof(void*) == 4 ? 20 : 32), "PxkTileInfo");
+static_assert(sizeof(PxkMomentState) == 256, "PxkMomentState");
 PXK_IS_AT(PxkImage, depth, 16, 16);
 PXK_IS_AT(PxkImage, dataOrder, 28, 28);
 PXK_IS_AT(PxkImage, height, 44, 44);
@@ -1611,6 +1764,8 @@ PXK_IS_AT(PxkTileInfo, id, 4, 8);
 PXK_IS_AT(PxkTileInfo, tileData, 8, 16);
 PXK_IS_AT(PxkTileInfo, width, 12, 24);
 PXK_IS_AT(PxkTileInfo, height, 16, 28);
+PXK_IS_AT(PxkLUT, value, 8, 16);
+PXK_IS_AT(PxkLUT, interpolateType, 16, 32);
 #undef PXK_IS_AT
 #endif
 

@@ -448,17 +448,37 @@ template <class T> static void ownConvolveChunk(const OwnConvPlan& plan, const O
     ownConvolveSeveral<T, float>(plan, from, out, n);
 }
 
-// A single kernel of one coefficient is a multiple of the window's sum, which costs the same whatever the window.
+// A single kernel of one coefficient is a multiple of the window's sum, which costs the same whatever the window. Sums
+// count from the lowest sample: `lowest` is what that adds up to.
 template <class T> static bool ownConvolveBox(const OwnBand& band, const OwnConvPlan& plan)
 {
     const int32_t nCols = plan.margins.left + 1 + plan.margins.right;
     const int32_t nRows = plan.margins.top + 1 + plan.margins.bottom;
-    const int32_t value = plan.kernels[0].taps[0].value;
-    const int32_t shift = plan.kernels[0].shift;
-    return ownWindowSums<T, int32_t>(band, nCols, nRows, [&](int32_t* sums, T* out, ptrdiff_t n) {
-        for (ptrdiff_t i = 0; i < n; ++i) sums[i] = sums[i] * value >> shift;
-        ownApplyMethod(sums, plan.method, n);
-        ownStoreLimited(sums, out, n);
+    const OwnKernelPlan& kernel = plan.kernels[0];
+    const int32_t value = kernel.taps[0].value;
+    const int32_t shift = kernel.shift;
+    const bool isPlain = plan.method != PXK_CONV_SUMSQ && plan.method != PXK_CONV_SUMSQROOT;
+    if constexpr (std::is_same<T, uint8_t>::value) {
+        if (isPlain && shift <= 15 && value > 0
+            && static_cast<int64_t>(value) * kernel.count * UINT8_MAX <= UINT16_MAX) {
+            const auto store = [value, shift](const uint16_t* sums, uint8_t* out, ptrdiff_t n) {
+                const uint16_t factor = static_cast<uint16_t>(value);
+                ownInBlocks<ownBlockOf<uint8_t>>(n, [&](ptrdiff_t i) {
+                    const uint16_t product = static_cast<uint16_t>(sums[i] * factor);
+                    out[i] = ownLimitInteger<uint8_t>(static_cast<uint16_t>(product >> (shift & 15)));
+                });
+            };
+            return ownWindowSums<uint8_t, uint16_t>(band, nCols, nRows, store);
+        }
+    }
+    const uint32_t lowest = static_cast<uint32_t>(kernel.count) * static_cast<uint32_t>(ownDepthRange(plan.depth).low);
+    return ownWindowSums<T, uint32_t>(band, nCols, nRows, [&](const uint32_t* sums, T* out, ptrdiff_t n) {
+        ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) {
+            int32_t sum = static_cast<int32_t>((sums[i] + lowest) * static_cast<uint32_t>(value)) >> shift;
+            if (plan.method == PXK_CONV_SUMSQ) sum = ownSquare(sum);
+            if (plan.method == PXK_CONV_SUMSQROOT) sum = sum < 0 ? -sum : sum;
+            out[i] = ownLimitInteger<T>(sum);
+        });
     });
 }
 

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "frame/owndepth.h"
 #include "frame/ownpixelcopy.h"
 
 bool ownTurnOf(const OwnAffine& transform, OwnTurn& turn)
@@ -40,51 +39,68 @@ static OwnView ownPartOf(const OwnView& view, int32_t x, int32_t y, int32_t widt
 constexpr int32_t ownTurnSide = 64;
 constexpr int32_t ownMostUnit = 8; // bytes of a pixel that is moved as one
 
-// Half words of two rows of a square change places across its diagonal.
-static inline void ownSwapAcross(uint64_t& a, uint64_t& b, int32_t shift, uint64_t mask)
-{
-    const uint64_t change = ((a >> shift) ^ b) & mask;
-    b ^= change;
-    a ^= change << shift;
-}
+// Loops that the compiler turns into straight lines of vectors.
+#define OWN_UNROLL _Pragma("GCC unroll 8")
 
-// 8 by 8 bytes, a row in each word, or 4 by 4 pairs of bytes.
-static inline void ownTransposeWords(uint64_t* rows, OwnSampleTag<uint8_t>)
-{
-    for (int32_t k = 0; k < 4; ++k) ownSwapAcross(rows[k], rows[k + 4], 32, 0x00000000FFFFFFFFu);
-    for (int32_t k = 0; k < 8; k += 4) {
-        for (int32_t j = k; j < k + 2; ++j) ownSwapAcross(rows[j], rows[j + 2], 16, 0x0000FFFF0000FFFFu);
-    }
-    for (int32_t k = 0; k < 8; k += 2) ownSwapAcross(rows[k], rows[k + 1], 8, 0x00FF00FF00FF00FFu);
-}
+// Some squares side by side, 8 by 8 bytes or 4 by 4 pairs of bytes, a row of each in each word.
+template <class T, int32_t SQUARES> struct OwnSquares {
+    static constexpr int32_t side = 8 / sizeof(T);
+    uint64_t rows[side][SQUARES];
 
-static inline void ownTransposeWords(uint64_t* rows, OwnSampleTag<uint16_t>)
-{
-    for (int32_t k = 0; k < 2; ++k) ownSwapAcross(rows[k], rows[k + 2], 32, 0x00000000FFFFFFFFu);
-    for (int32_t k = 0; k < 4; k += 2) ownSwapAcross(rows[k], rows[k + 1], 16, 0x0000FFFF0000FFFFu);
-}
-
-// A block whose rows are columns of the source, `step` bytes from pixel to pixel; from row to row of the block the
-// source goes on by a sample, forward or backward. Squares at the ends overlap, so that none is cut.
-template <class T>
-static void ownTurnSquares(const uint8_t* from, ptrdiff_t step, bool isBackward, OwnSize size, uint8_t* to)
-{
-    constexpr int32_t side = 8 / sizeof(T);
-    constexpr ptrdiff_t bytes = sizeof(T);
-    for (int32_t xNext = 0; xNext < size.width; xNext += side) {
-        const int32_t x = std::min(xNext, size.width - side);
-        for (int32_t yNext = 0; yNext < size.height; yNext += side) {
-            const int32_t y = std::min(yNext, size.height - side);
-            const uint8_t* const square = from + x * step + (isBackward ? -(y + side - 1) : y) * bytes;
-            uint64_t rows[side];
-            for (int32_t k = 0; k < side; ++k) memcpy(&rows[k], square + k * step, sizeof rows[k]);
-            ownTransposeWords(rows, OwnSampleTag<T> {});
-            for (int32_t k = 0; k < side; ++k) {
-                const int32_t row = y + (isBackward ? side - 1 - k : k);
-                memcpy(to + (row * ownTurnSide + x) * bytes, &rows[k], sizeof rows[k]);
+    // Rows change parts across the diagonal: the high parts of the first of two and the low ones of the second.
+    template <int32_t STEP> void swapRows(int32_t shift, uint64_t mask)
+    {
+        OWN_UNROLL
+        for (int32_t pair = 0; pair < side / 2; ++pair) {
+            const int32_t row = pair / STEP * 2 * STEP + pair % STEP;
+            OWN_UNROLL
+            for (int32_t k = 0; k < SQUARES; ++k) {
+                const uint64_t change = ((rows[row][k] >> shift) ^ rows[row + STEP][k]) & mask;
+                rows[row + STEP][k] ^= change;
+                rows[row][k] ^= change << shift;
             }
         }
     }
+
+    void transpose()
+    {
+        swapRows<side / 2>(32, 0x00000000FFFFFFFFu);
+        swapRows<side / 4>(16, 0x0000FFFF0000FFFFu);
+        if constexpr (side == 8) swapRows<1>(8, 0x00FF00FF00FF00FFu);
+    }
+};
+
+// A block whose rows are columns of the source, `step` bytes from pixel to pixel; from row to row of the block the
+// source goes on by a sample, forward or backward. Squares at the ends overlap, so that none is cut.
+template <class T, int32_t SQUARES>
+static void ownTurnSquares(const uint8_t* from, ptrdiff_t step, bool isBackward, OwnSize size, uint8_t* to)
+{
+    using Squares = OwnSquares<T, SQUARES>;
+    constexpr int32_t side = Squares::side, length = side * SQUARES;
+    constexpr ptrdiff_t bytes = sizeof(T);
+    const ptrdiff_t next = isBackward ? -ownTurnSide * bytes : ownTurnSide * bytes; // in the block
+    for (int32_t xNext = 0; xNext < size.width; xNext += side) {
+        const int32_t x = std::min(xNext, size.width - side);
+        for (int32_t yNext = 0; yNext < size.height; yNext += length) {
+            const int32_t y = std::min(yNext, size.height - length);
+            const uint8_t* const square = from + x * step + (isBackward ? -(y + length - 1) : y) * bytes;
+            Squares squares;
+            for (int32_t k = 0; k < side; ++k) memcpy(squares.rows[k], square + k * step, sizeof squares.rows[k]);
+            squares.transpose();
+            uint8_t* const first = to + ((isBackward ? y + length - 1 : y) * ownTurnSide + x) * bytes;
+            for (int32_t k = 0; k < length; ++k) memcpy(first + k * next, &squares.rows[k % side][k / side], 8);
+        }
+    }
+}
+
+template <class T>
+static void ownTurnAcross(const uint8_t* from, ptrdiff_t step, bool isBackward, OwnSize size, uint8_t* to)
+{
+    constexpr int32_t most = 4; // words of the widest vectors that all processors share
+    if (size.height >= most * OwnSquares<T, most>::side) {
+        return ownTurnSquares<T, most>(from, step, isBackward, size, to);
+    }
+    ownTurnSquares<T, 1>(from, step, isBackward, size, to);
 }
 
 // Any unit and any steps.
@@ -100,10 +116,10 @@ static void ownTurnBlock(const OwnView& from, int32_t unit, OwnSize size, uint8_
 {
     const bool isAcross = from.rowStep == unit || from.rowStep == -unit;
     if (unit == 1 && isAcross && size.width >= 8 && size.height >= 8) {
-        return ownTurnSquares<uint8_t>(from.first, from.pixelStep, from.rowStep < 0, size, to);
+        return ownTurnAcross<uint8_t>(from.first, from.pixelStep, from.rowStep < 0, size, to);
     }
     if (unit == 2 && isAcross && size.width >= 4 && size.height >= 4) {
-        return ownTurnSquares<uint16_t>(from.first, from.pixelStep, from.rowStep < 0, size, to);
+        return ownTurnAcross<uint16_t>(from.first, from.pixelStep, from.rowStep < 0, size, to);
     }
     switch (unit) {
     case 1: return ownTurnUnits<1>(from.first, from.pixelStep, from.rowStep, size, to);

@@ -9,10 +9,9 @@ static const char* ownTableFault(const PxkLUT* table, int32_t levels)
     if (table->num < 2) return "lut[k]->num < 2";
     if (table->key[0] < 0) return "lut[k]->key[0] < 0";
     if (table->key[table->num - 1] > levels) return "lut[k]->key[lut[k]->num-1] > histSize";
-    for (int32_t i = 0; i + 1 < table->num; ++i) {
-        if (table->key[i] > table->key[i + 1]) return "lut[k]->key[i] > lut[k]->key[i+1]";
-    }
-    return nullptr;
+    int32_t falls = 0;
+    for (int32_t i = 0; i + 1 < table->num; ++i) falls |= table->key[i] > table->key[i + 1];
+    return falls != 0 ? "lut[k]->key[i] > lut[k]->key[i+1]" : nullptr;
 }
 
 bool ownGoodTables(const OwnSite& site, PxkLUT* const* lut, int32_t count, int32_t levels)

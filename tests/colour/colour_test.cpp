@@ -27,3 +27,65 @@ TEST(Colour, everyByteColourMatchesModel)
         EXPECT_EQ(wrong, 0) << of.name;
     }
 }
+
+// The word is written once words and regions are right, whatever follows; masks do not count.
+TEST(Colour, wordsAreWrittenBeforeTheDepthIsLookedAt)
+{
+    const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8S, 20, 5, 4)), dst = Picture::make(src->spec);
+    setWords(*src, "RGBA", "BGRA");
+    for (const Conversion& of : conversions()) {
+        if (of.isToRgb) continue;
+        setWords(*dst, "Gray", "G");
+        startReports();
+        of.run(*src, *dst);
+        EXPECT_EQ(recordedReports().size(), 1u);
+        EXPECT_EQ(std::string(dst->header.colorModel, 4), std::string(of.word, 4)) << of.name;
+        EXPECT_EQ(std::string(dst->header.channelSeq, 4), std::string(of.word, 4)) << of.name;
+        setWords(*dst, "Gray", "G");
+        dst->setRegion(0, 0, 20, 5);
+        of.run(*src, *dst);
+        EXPECT_EQ(std::string(dst->header.colorModel, 4), "Gray") << of.name;
+        dst->header.roi = nullptr;
+    }
+    startReports();
+}
+
+// In place the word goes over the one that names red.
+TEST(Colour, convertsInPlaceWithoutItsMask)
+{
+    const Conversion& toHsv = conversions()[0];
+    const PicturePtr got = Picture::make(PictureSpec(PXK_DEPTH_8U, 100, 3, 3));
+    got->setMask(Picture::make(PictureSpec(PXK_DEPTH_1U, 9, 2)));
+    setWords(*got, "RGB", "RGB");
+    const PicturePtr src = got->copy(), want = got->copy();
+    modelConversion(toHsv, *src, *want);
+    setWords(*want, "HSV", "HSV");
+    toHsv.run(*got, *got);
+    setWords(*got, got->header.colorModel, got->header.channelSeq);
+    EXPECT_TRUE(samePicture(*want, *got));
+    EXPECT_EQ(std::string(got->header.channelSeq), "HSV");
+}
+
+// Worked by hand.
+TEST(Colour, knownColours)
+{
+    struct Known {
+        void (*run)(PxkImage*, PxkImage*);
+        const char *from, *to;
+        uint8_t in[3], out[3];
+    };
+    const Known known[] = { { pxkRGB2YUV, "RGB", "YUV", { 0, 0, 255 }, { 29, 237, 101 } },
+                            { pxkRGB2HSV, "RGB", "HSV", { 7, 7, 7 }, { 0, 0, 7 } },
+                            { pxkRGB2HSV, "RGB", "HSV", { 255, 0, 1 }, { 179, 255, 255 } }, // 359.76 degrees
+                            { pxkHSV2RGB, "HSV", "RGB", { 180, 255, 255 }, { 255, 1, 1 } },
+                            { pxkYCC2RGB, "YCC", "RGB", { 0, 0, 0 }, { 247, 0, 255 } },
+                            { pxkYCC2RGB, "YCC", "RGB", { 255, 255, 0 }, { 255, 254, 255 } } };
+    for (const Known& k : known) {
+        const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 1, 1, 3)), dst = Picture::make(src->spec);
+        setWords(*src, k.from, k.from);
+        setWords(*dst, k.to, k.to);
+        for (int32_t c = 0; c < 3; ++c) src->setBits(0, 0, c, k.in[c]);
+        k.run(*src, *dst);
+        for (int32_t c = 0; c < 3; ++c) EXPECT_EQ(dst->bits(0, 0, c), k.out[c]) << k.from << ' ' << k.to << ' ' << c;
+    }
+}

@@ -78,11 +78,6 @@ Numbers anyFlags(const Case&, const Scene&, Random& random)
     return { double(random.oneOf({ 1, 2, 1 | 4, 2 | 4, 1 | 32 })) };
 }
 
-Numbers integerFlags(const Case& c, const Scene& s, Random& random)
-{
-    return { anyFlags(c, s, random)[0] + (random.oneIn(20) ? 0 : 16) };
-}
-
 void addFourier(const std::string& name, void (*call)(PxkImage*, PxkImage*, int32_t), const decltype(modelPack)& model,
                 const decltype(modelPackFixed)& modelFixed)
 {
@@ -107,7 +102,7 @@ void addFourier(const std::string& name, void (*call)(PxkImage*, PxkImage*, int3
 
 void addFourierRefusals(const std::string& name)
 {
-    PictureSpec alphaFirst = RGB, lone = GRAY, loneRegion = GRAY, tiles = GRAY, one = RGB;
+    PictureSpec lone = GRAY, loneRegion = GRAY, tiles = GRAY, one = RGB;
     lone.hasAlpha = loneRegion.hasAlpha = true;
     loneRegion.region(0, 0, 9, 4, 0);
     tiles.tiled(8, 8);

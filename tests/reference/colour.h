@@ -12,18 +12,36 @@ namespace model {
 using Pixel = std::array<double, 3>;
 using Whole = std::array<int64_t, 3>;
 
-inline int64_t limited(int64_t v, int64_t low, int64_t high) { return v < low ? low : v > high ? high : v; }
-inline double cut(double v, double low) { return std::trunc(std::min(std::max(v, low), 2147483647.0)); }
-inline Pixel cut(Pixel p, double low) { return { cut(p[0], low), cut(p[1], low), cut(p[2], low) }; }
-inline Pixel pixelOf(Whole w) { return { double(w[0]), double(w[1]), double(w[2]) }; }
+inline int64_t limited(int64_t v, int64_t low, int64_t high)
+{
+    return v < low ? low : v > high ? high : v;
+}
+inline double cut(double v, double low)
+{
+    return std::trunc(std::min(std::max(v, low), 2147483647.0));
+}
+inline Pixel cut(Pixel p, double low)
+{
+    return { cut(p[0], low), cut(p[1], low), cut(p[2], low) };
+}
+inline Pixel pixelOf(Whole w)
+{
+    return { double(w[0]), double(w[1]), double(w[2]) };
+}
 inline Pixel times(const double (&m)[9], Pixel p)
 {
     Pixel q;
     for (size_t k = 0; k < 3; ++k) q[k] = m[3 * k] * p[0] + m[3 * k + 1] * p[1] + m[3 * k + 2] * p[2];
     return q;
 }
-inline bool isShort(int32_t depth) { return depth == PXK_DEPTH_8U || depth == PXK_DEPTH_16U; }
-inline Whole whole(Pixel p) { return { int64_t(p[0]), int64_t(p[1]), int64_t(p[2]) }; }
+inline bool isShort(int32_t depth)
+{
+    return depth == PXK_DEPTH_8U || depth == PXK_DEPTH_16U;
+}
+inline Whole whole(Pixel p)
+{
+    return { int64_t(p[0]), int64_t(p[1]), int64_t(p[2]) };
+}
 
 inline Pixel toYuv(int32_t depth, Pixel p)
 {
@@ -38,8 +56,8 @@ inline Pixel toYuv(int32_t depth, Pixel p)
 
 inline Pixel fromYuv(int32_t depth, Pixel p)
 {
-    const Pixel q = times({ 1, -0.0009400501, 1.135920183, 1, -0.3959190767, -0.5782887929, 1, 2.041101518,
-                            -0.001619414 }, p);
+    const Pixel q =
+        times({ 1, -0.0009400501, 1.135920183, 1, -0.3959190767, -0.5782887929, 1, 2.041101518, -0.001619414 }, p);
     if (!isShort(depth)) return depth == PXK_DEPTH_32F ? q : cut(q, 0);
     const int64_t h = depth == PXK_DEPTH_8U ? 127 : 32767, top = depthMax(depth);
     const int64_t y = int64_t(p[0]), u = int64_t(p[1]) - h, v = int64_t(p[2]) - h;
@@ -85,12 +103,14 @@ inline Pixel fromYcrcb(int32_t depth, Pixel p)
     }
     return cut(Pixel { y + 1.402 * cr - 1505386036.547 + 0.5,
                        y - 0.3441362862 * cb - 0.7141362862 * cr + 1136311521.6488118 + 0.5,
-                       y + 1.772 * cb - 1902670511.242 + 0.5 }, 0);
+                       y + 1.772 * cb - 1902670511.242 + 0.5 },
+               0);
 }
 
 inline Pixel toXyz(int32_t depth, Pixel p)
 {
-    const Pixel q = times({ 0.412453, 0.35758, 0.180423, 0.212671, 0.71516, 0.072169, 0.019334, 0.119193, 0.950227 }, p);
+    const Pixel q =
+        times({ 0.412453, 0.35758, 0.180423, 0.212671, 0.71516, 0.072169, 0.019334, 0.119193, 0.950227 }, p);
     if (!isShort(depth)) return depth == PXK_DEPTH_32F ? q : cut(q, 0);
     const auto [r, g, b] = whole(p);
     return pixelOf({ (6758 * r + 5859 * g + 2956 * b + 8192) >> 14, (3484 * r + 11717 * g + 1182 * b + 8192) >> 14,
@@ -99,8 +119,8 @@ inline Pixel toXyz(int32_t depth, Pixel p)
 
 inline Pixel fromXyz(int32_t depth, Pixel p)
 {
-    const Pixel q = times({ 3.240479, -1.53715, -0.498535, -0.969256, 1.875992, 0.041556, 0.055648, -0.204043,
-                            1.057311 }, p);
+    const Pixel q =
+        times({ 3.240479, -1.53715, -0.498535, -0.969256, 1.875992, 0.041556, 0.055648, -0.204043, 1.057311 }, p);
     if (!isShort(depth)) return depth == PXK_DEPTH_32F ? q : cut(q, 0);
     const auto [x, y, z] = whole(p);
     const int64_t top = depthMax(depth);

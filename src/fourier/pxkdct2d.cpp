@@ -128,7 +128,7 @@ static void ownTransformEightByEight(const OwnFloatPlane& source, const OwnFloat
         ownEightBackward(block);
     for (int32_t y = 0; y < 8; ++y)
         if (float* row = ownRowInPlace(destination, y); row != nullptr)
-            memcpy(row, block + 8 * y, 8 * sizeof(float));
+            for (ptrdiff_t x = 0; x < 8; ++x) row[x] = ownOneNaN(block[8 * y + x]);
         else
             ownStoreValues(destination, 0, y, 8, block + 8 * y);
 }

@@ -88,3 +88,12 @@ TEST(Colour, knownColours)
         for (int32_t c = 0; c < 3; ++c) EXPECT_EQ(dst->bits(0, 0, c), k.out[c]) << k.from << ' ' << k.to << ' ' << c;
     }
 }
+
+TEST(Twist, recordHoldsItsValues)
+{
+    const int32_t data[16] = { 1, -2, 3, INT32_MAX, 5, 6, 7, INT32_MIN, 9, 10, 11, 12, 13, 14, 15, 16 };
+    PxkColorTwist* const twist = pxkCreateColorTwist(data, 31);
+    ASSERT_NE(twist, nullptr);
+    EXPECT_TRUE(twist->scalingValue == 31 && std::equal(data, data + 16, twist->data));
+    pxkDeleteColorTwist(twist);
+}

@@ -132,8 +132,7 @@ inline int32_t runTwist(PxkImage* src, PxkImage* dst, const std::vector<double>&
     if (isFloat) return pxkColorTwistFP(src, dst, reals);
     PxkColorTwist twist;
     pxkSetColorTwist(&twist, data, int32_t(n[12]));
-    const int32_t status = pxkApplyColorTwist(src, dst, twist, int32_t(n[13]));
-    return status;
+    return pxkApplyColorTwist(src, dst, &twist, int32_t(n[13]));
 }
 
 inline void modelTwist(Picture& src, Picture& dst, const std::vector<double>& n, bool isFloat)

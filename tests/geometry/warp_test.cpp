@@ -160,7 +160,8 @@ TEST(Rotate, rightAnglesMovePixels)
             }
         });
         startReports();
-        pxkRotate(got[0], got[1], 90.0 * quarters, double(xShift), double(yShift), random.below(3) + 16 * random.below(2));
+        pxkRotate(got[0], got[1], 90.0 * quarters, double(xShift), double(yShift),
+                  random.below(3) + 16 * random.below(2));
         expectNoReports();
         EXPECT_TRUE(sameScene(want, got));
     });

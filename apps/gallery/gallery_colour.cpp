@@ -33,7 +33,7 @@ struct Twist {
 };
 
 const Exhibit exhibits[] = {
-    { "Hue, saturation, value", "Hue goes round the circle: red is black, and almost white again.",
+    { "Hue, saturation, value", "Hue goes round the circle from red, which is black, in 180 steps.",
       [](Stage& s, PxkImage* photo, PxkImage* hsv) {
           MEASURE(s, pxkRGB2HSV(photo, hsv));
           showChannels(s, hsv);
@@ -48,13 +48,13 @@ const Exhibit exhibits[] = {
           MEASURE(s, pxkRGB2XYZ(photo, xyz));
           showChannels(s, xyz);
       } },
-    { "LUV", "In floats; shown from -60 to 100.",
+    { "LUV", "In floats; shown from -60 to 160.",
       [](Stage& s, PxkImage* photo, PxkImage* out) {
           PxkImage* rgb = s.blank(3, PXK_DEPTH_32F, photo->width, photo->height);
           PxkImage* luv = s.like(rgb);
           pxkScaleFP(photo, rgb, 0.0f, 1.0f);
           MEASURE(s, pxkRGB2LUV(rgb, luv));
-          pxkScaleFP(luv, out, -60.0f, 100.0f);
+          pxkScaleFP(luv, out, -60.0f, 160.0f);
           showChannels(s, out);
       } },
     { "YUV", "Luma and two differences around 127.",
@@ -77,6 +77,7 @@ const Exhibit exhibits[] = {
           PxkImage *sharp = s.like(photo), *soft = s.like(photo);
           PxkROI luma = { 1, 0, 0, photo->width, photo->height };
           PxkROI* y = &luma;
+          pxkSetBorderMode(sharp, PXK_EDGE_CLAMP, PXK_SIDE_TOP | PXK_SIDE_BOTTOM | PXK_SIDE_LEFT | PXK_SIDE_RIGHT, 0);
           SHOW(s, out, pxkRGB2YCrCb(photo, sharp); pxkRGB2YCrCb(photo, soft); pxkBlur(sharp, soft, 15, 15, 7, 7);
                sharp->roi = soft->roi = y; pxkCopy(sharp, soft); soft->roi = nullptr; pxkYCrCb2RGB(soft, out));
       } },

@@ -22,17 +22,11 @@ namespace fs = std::filesystem;
 namespace gallery {
 
 const Family* const families[] = {
-    &frameFamily,  &tilesFamily,   &arithFamily,       &scalarFamily, //
-    &bitFamily,    &compareFamily, &alphaFamily,       &ditherFamily, //
-    &bitmapFamily, &convertFamily, &convolutionFamily, &fixedFamily,  //
-    &borderFamily, &rankFamily,    &morphologyFamily,  &statsFamily,  //
-const Family* const families[] = {
-    &frameFamily,   &tilesFamily,  &arithFamily,       &scalarFamily, //
-    &bitFamily,     &compareFamily, &alphaFamily,      &ditherFamily, //
-    &bitmapFamily,  &convertFamily, &convolutionFamily, &fixedFamily, //
-    &borderFamily,  &rankFamily,   &morphologyFamily,  &statsFamily,  //
-    &fourierFamily, &colourFamily, &scaleFamily,       &warpFamily,
-};
+    &frameFamily,   &tilesFamily,   &arithFamily,       &scalarFamily, //
+    &bitFamily,     &compareFamily, &alphaFamily,       &ditherFamily, //
+    &bitmapFamily,  &convertFamily, &convolutionFamily, &fixedFamily,  //
+    &borderFamily,  &rankFamily,    &morphologyFamily,  &statsFamily,  //
+    &fourierFamily, &colourFamily,  &scaleFamily,       &warpFamily,
 };
 
 constexpr int32_t leastSide = 32;

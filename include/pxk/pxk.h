@@ -1566,10 +1566,6 @@ PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis)
  * refused with -5 and texts such as "coeffs == ((void *)0)".
  */
 
-/** Interpolations. */
-#define PXK_INTER_NN 0
-#define PXK_INTER_LINEAR 1
-#define PXK_INTER_CUBIC 2
 /** Or-ed to an interpolation of a warp: edges fade into what lies round them. */
 #define PXK_WARP_SMOOTH_EDGE 16
 

@@ -162,11 +162,6 @@ static void ownConjugate(int32_t* data, int64_t groups)
         for (ptrdiff_t lane = OWN_LANES; lane < OWN_GROUP; ++lane) data[lane] = ownLess(0, data[lane]);
 }
 
-bool ownEndsInSpare(const OwnFixedPlan& plan)
-{
-    return !plan.isFast;
-}
-
 int32_t* ownTransformLines(const OwnFixedPlan& plan, int32_t* data, int32_t* spare, OwnSign sign)
 {
     int32_t* result = plan.isFast ? data : spare;

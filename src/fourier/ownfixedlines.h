@@ -22,7 +22,6 @@ struct OwnFixedPlan {
 
 int64_t ownSpareValues(const OwnFixedPlan& plan);
 int64_t ownRealValues(const OwnFixedPlan& plan);
-bool ownEndsInSpare(const OwnFixedPlan& plan);
 int32_t* ownTransformLines(const OwnFixedPlan& plan, int32_t* data, int32_t* spare, OwnSign sign);
 int32_t* ownRealToSpectra(const OwnFixedPlan& plan, int32_t* data, int32_t* spare);
 int32_t* ownSpectraToReal(const OwnFixedPlan& plan, int32_t* data, int32_t* spare);

@@ -245,8 +245,3 @@ int64_t ownSpareValues(const OwnLinePlan& plan)
 {
     return (plan.inner != nullptr ? 2 * static_cast<int64_t>(plan.inner->n) : plan.n) * OWN_GROUP;
 }
-
-bool ownEndsInSpare(const OwnLinePlan& plan)
-{
-    return plan.passCount % 2 != 0; // 0 for a convolution
-}

@@ -42,10 +42,7 @@ const OwnLinePlan* ownLinePlan(OwnTransformCaches& caches, int32_t n);
 // Values that `spare` must hold.
 int64_t ownSpareValues(const OwnLinePlan& plan);
 
-// Where the result of a transform lies.
-bool ownEndsInSpare(const OwnLinePlan& plan);
-
 enum class OwnSign { MINUS, PLUS };
 
-// Transforms n groups without scaling. Returns where the result lies.
+// Transforms n groups without scaling. The result lies in `data` or in `spare`.
 float* ownTransformLines(const OwnLinePlan& plan, float* data, float* spare, OwnSign sign);

@@ -169,59 +169,96 @@ void ownLoadEdges(const Packing& packing, const OwnPartFactors<Value>& factors, 
             packing.blocks[y * OWN_GROUP + edge * OWN_LANES] = values[y * plan.layout.step + edge];
 }
 
-// Complex columns of a block in the packed image: `n` values of each row from column x on, and the group's part that
-// they begin with. Column 0 of the first block is none of them.
+// Neighbouring blocks whose columns are transformed before rows of them move between blocks and image: so many that
+// they stay in the second-level cache, and long pieces of rows are moved.
+struct OwnBlockRange {
+    int32_t first;
+    int32_t count;
+};
+
+constexpr int32_t OWN_MOST_BLOCKS = 16;
+
+template <class Packing> OwnBlockRange ownBlocksFrom(const Packing& packing, int32_t first)
+{
+    constexpr ptrdiff_t cachedValues = 1 << 17;
+    const int32_t all = static_cast<int32_t>(ownPadded(packing.rows.points) / OWN_LANES);
+    const ptrdiff_t fitting = cachedValues / ownBlockValues(packing);
+    const int32_t most = fitting < 1 ? 1 : fitting < OWN_MOST_BLOCKS ? static_cast<int32_t>(fitting) : OWN_MOST_BLOCKS;
+    return { first, all - first < most ? all - first : most };
+}
+
+// Complex columns of some blocks in the packed image: `n` values of each row from column x on, after `skipped` values,
+// which stand for column 0 of the first block.
 struct OwnBlockColumns {
     int32_t x;
     int32_t n;
-    int32_t first;
+    int32_t skipped;
 };
 
-inline OwnBlockColumns ownBlockColumns(int32_t block, int32_t points)
+inline OwnBlockColumns ownBlockColumns(const OwnBlockRange& range, int32_t points)
 {
-    const int32_t lanes = static_cast<int32_t>(OWN_LANES), k = block * lanes, first = block == 0 ? 2 : 0;
-    const int32_t n = 2 * (points - k < lanes ? points - k : lanes) - first;
-    return { 2 * k - 1 + first, n, first };
+    const int32_t lanes = static_cast<int32_t>(OWN_LANES), k = range.first * lanes, skipped = k == 0 ? 2 : 0;
+    const int32_t present = points - k < range.count * lanes ? points - k : range.count * lanes;
+    return { 2 * k - 1 + skipped, 2 * present - skipped, skipped };
+}
+
+template <class Packing> void ownTransformBlocks(const Packing& packing, const OwnBlockRange& range, OwnSign sign)
+{
+    for (int32_t i = 0; i < range.count; ++i) {
+        auto* block = packing.blocks + (range.first + i) * ownBlockValues(packing);
+        const auto* result = ownTransformLines(*packing.columns, block, packing.spare, sign);
+        if (result != block) memcpy(block, result, static_cast<size_t>(packing.height) * OWN_GROUP * sizeof *block);
+    }
 }
 
 template <class Packing, class Plane, class Value>
-void ownStoreColumns(const Packing& packing, int32_t block, const OwnPartFactors<Value>& factors,
+void ownStoreColumns(const Packing& packing, const OwnBlockRange& range, const OwnPartFactors<Value>& factors,
                      const Plane& destination)
 {
-    const OwnBlockColumns columns = ownBlockColumns(block, packing.rows.points);
+    const OwnBlockColumns columns = ownBlockColumns(range, packing.rows.points);
     if (columns.n < 1) return;
-    const Value* group = ownTransformLines(*packing.columns, packing.blocks + block * ownBlockValues(packing),
-                                           packing.spare, OwnSign::MINUS);
-    for (int32_t y = 0; y < packing.height; ++y, group += OWN_GROUP) {
-        Value values[OWN_GROUP];
-        OWN_IVDEP
-        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-            values[2 * lane] = ownTimes(group[lane], factors.re);
-            values[2 * lane + 1] = ownTimes(group[OWN_LANES + lane], factors.im);
+    ownTransformBlocks(packing, range, OwnSign::MINUS);
+    const Value factorRe = factors.re, factorIm = factors.im;
+    for (int32_t y = 0; y < packing.height; ++y) {
+        alignas(64) Value values[OWN_MOST_BLOCKS * OWN_GROUP];
+        for (int32_t i = 0; i < range.count; ++i) {
+            const Value* group = packing.blocks + (range.first + i) * ownBlockValues(packing) + y * OWN_GROUP;
+            Value* to = values + i * OWN_GROUP;
+            OWN_IVDEP
+            for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
+                to[2 * lane] = ownTimes(group[lane], factorRe);
+                to[2 * lane + 1] = ownTimes(group[OWN_LANES + lane], factorIm);
+            }
         }
-        ownStoreValues(destination, columns.x, y, columns.n, values + columns.first);
+        ownStoreValues(destination, columns.x, y, columns.n, values + columns.skipped);
     }
 }
 
 template <class Packing, class Plane, class Value>
-void ownLoadColumns(const Packing& packing, int32_t block, const OwnPartFactors<Value>& factors, const Plane& source)
+void ownLoadColumns(const Packing& packing, const OwnBlockRange& range, const OwnPartFactors<Value>& factors,
+                    const Plane& source)
 {
-    const OwnBlockColumns columns = ownBlockColumns(block, packing.rows.points);
-    Value* const result = packing.blocks + block * ownBlockValues(packing);
-    const bool endsInSpare = ownEndsInSpare(*packing.columns);
-    Value *data = endsInSpare ? packing.spare : result, *group = data;
-    for (int32_t y = 0; y < packing.height; ++y, group += OWN_GROUP) {
-        Value values[OWN_GROUP] = {};
-        if (columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.first);
-        OWN_IVDEP
-        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-            group[lane] = ownTimes(values[2 * lane], factors.re);
-            group[OWN_LANES + lane] = ownTimes(values[2 * lane + 1], factors.im);
+    const OwnBlockColumns columns = ownBlockColumns(range, packing.rows.points);
+    const Value factorRe = factors.re, factorIm = factors.im;
+    alignas(64) Value values[OWN_MOST_BLOCKS * OWN_GROUP] = {};
+    for (int32_t y = 0; y < packing.height; ++y) {
+        if (columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.skipped);
+        for (int32_t i = 0; i < range.count; ++i) {
+            Value* group = packing.blocks + (range.first + i) * ownBlockValues(packing) + y * OWN_GROUP;
+            const Value* from = values + i * OWN_GROUP;
+            OWN_IVDEP
+            for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
+                group[lane] = ownTimes(from[2 * lane], factorRe);
+                group[OWN_LANES + lane] = ownTimes(from[2 * lane + 1], factorIm);
+            }
         }
     }
-    if (columns.n > 0) ownTransformLines(*packing.columns, data, endsInSpare ? result : packing.spare, OwnSign::PLUS);
-    // Rows that no row of the image fills up are transformed along with the others.
-    for (ptrdiff_t i = packing.height * OWN_GROUP; i < ownBlockValues(packing); ++i) result[i] = 0;
+    if (columns.n > 0) ownTransformBlocks(packing, range, OwnSign::PLUS);
+    // Rows that fill up the last sixteen are transformed along with the others.
+    const ptrdiff_t used = packing.height * OWN_GROUP;
+    for (int32_t i = 0; i < range.count; ++i)
+        memset(packing.blocks + (range.first + i) * ownBlockValues(packing) + used, 0,
+               static_cast<size_t>(ownBlockValues(packing) - used) * sizeof(Value));
 }
 
 // Whole transforms of a plane. A destination may be its source: everything is loaded before anything is stored.
@@ -231,16 +268,18 @@ void ownPack(const Packing& packing, const Plane& source, const OwnPartFactors<V
 {
     ownRowsToBlocks(packing, source);
     ownStoreEdges(packing, factors, destination);
-    for (int32_t block = 0; block * OWN_LANES < packing.rows.points; ++block)
-        ownStoreColumns(packing, block, factors, destination);
+    for (OwnBlockRange range = ownBlocksFrom(packing, 0); range.count > 0;
+         range = ownBlocksFrom(packing, range.first + range.count))
+        ownStoreColumns(packing, range, factors, destination);
 }
 
 template <class Packing, class Plane, class Value>
 void ownUnpack(const Packing& packing, const Plane& source, const OwnPartFactors<Value>& factors,
                const Plane& destination)
 {
-    for (int32_t block = 0; block * OWN_LANES < packing.rows.points; ++block)
-        ownLoadColumns(packing, block, factors, source);
+    for (OwnBlockRange range = ownBlocksFrom(packing, 0); range.count > 0;
+         range = ownBlocksFrom(packing, range.first + range.count))
+        ownLoadColumns(packing, range, factors, source);
     ownLoadEdges(packing, factors, source);
     ownBlocksToRows(packing, destination);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "frame/owndepth.h"
+#include "frame/ownivdep.h"
 #include "frame/ownlimit.h"
 #include "frame/ownplane.h"
 #include "owntranspose.h"
@@ -18,8 +19,11 @@ inline void ownLoadValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int3
     ownLoadPlaneRow(plane.view, plane.depth, plane.channel, x, y, n, to);
 }
 
+// Changes the values on the way.
 inline void ownStoreValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* from)
 {
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) from[i] = ownOneNaN(from[i]);
     ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
 }
 
@@ -94,6 +98,19 @@ void ownLoadLines(const Plane& plane, int32_t width, int32_t height, int32_t y, 
     }
 }
 
+inline void ownStoreTile(const float* from, ptrdiff_t fromStep, float* to, ptrdiff_t toStep)
+{
+    alignas(64) float tile[OWN_TILE * OWN_TILE];
+    ownTransposeTo(from, fromStep, tile, OWN_TILE);
+    for (ptrdiff_t y = 0; y < OWN_TILE; ++y)
+        for (ptrdiff_t x = 0; x < OWN_TILE; ++x) to[y * toStep + x] = ownOneNaN(tile[y * OWN_TILE + x]);
+}
+
+inline void ownStoreTile(const int32_t* from, ptrdiff_t fromStep, int32_t* to, ptrdiff_t toStep)
+{
+    ownTransposeTo(from, fromStep, to, toStep);
+}
+
 // The reverse; reads up to the next multiple of 16 columns.
 template <class Plane, class Value>
 void ownStoreLines(const Value* from, ptrdiff_t step, int32_t width, int32_t height, int32_t y, const Plane& plane)
@@ -102,8 +119,7 @@ void ownStoreLines(const Value* from, ptrdiff_t step, int32_t width, int32_t hei
     int32_t x = 0;
     if (Value* direct = rows == OWN_TILE ? ownRowInPlace(plane, y) : nullptr; direct != nullptr)
         for (; x + OWN_TILE <= width; x += OWN_TILE)
-            ownTransposeTo(from + x * step, step, direct + x,
-                           plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(Value)));
+            ownStoreTile(from + x * step, step, direct + x, plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(Value)));
     while (x < width) {
         alignas(64) Value stage[OWN_TILE * ownStageWidth];
         const int32_t n = width - x < ownStageWidth ? width - x : ownStageWidth;

@@ -2,9 +2,20 @@
 
 #include "frame/owndepth.h"
 #include "frame/ownivdep.h"
+#include "frame/ownlimit.h"
 #include "frame/ownplane.h"
 #include "frame/ownregion.h"
 #include "frame/ownreport.h"
+
+static float ownFinished(float value)
+{
+    return ownOneNaN(value);
+}
+
+template <class Work> static Work ownFinished(Work value)
+{
+    return value;
+}
 
 // a b + c d. 32-bit sums of 8 and 16-bit samples wrap.
 template <class Work> static Work ownProductSum(Work a, Work b, Work c, Work d)
@@ -12,7 +23,7 @@ template <class Work> static Work ownProductSum(Work a, Work b, Work c, Work d)
     if constexpr (std::is_integral<Work>::value) {
         return static_cast<Work>(static_cast<uint32_t>(a * b) + static_cast<uint32_t>(c * d));
     } else {
-        return a * b + c * d;
+        return ownFinished(a * b + c * d);
     }
 }
 
@@ -49,7 +60,7 @@ template <class Work> static void ownMultiplyOne(const OwnSpectra& spectra, int3
     Work a, b;
     ownLoadPlaneRow(spectra.a, spectra.depth, spectra.channel, x, y, 1, &a);
     ownLoadPlaneRow(spectra.b, spectra.depth, spectra.channel, x, y, 1, &b);
-    const Work product = a * b;
+    const Work product = ownFinished(a * b);
     ownStorePlaneRow(spectra.product, spectra.depth, spectra.channel, x, y, 1, &product);
 }
 

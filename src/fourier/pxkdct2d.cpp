@@ -1,3 +1,5 @@
+#include <cstring>
+
 #include "frame/ownregion.h"
 #include "frame/ownreport.h"
 #include "owncosinelines.h"
@@ -112,27 +114,33 @@ static bool ownTransformCosines(OwnTransformCaches& caches, OwnCosineTransform t
     return true;
 }
 
-static void ownTransformEightByEight(OwnFloatPlane& source, OwnFloatPlane& destination, bool isForward)
+static void ownTransformEightByEight(const OwnFloatPlane& source, const OwnFloatPlane& destination, bool isForward)
 {
-    float block[64];
-    for (int32_t y = 0; y < 8; ++y) ownLoadValues(source, 0, y, 8, block + 8 * y);
+    alignas(32) float block[64];
+    for (int32_t y = 0; y < 8; ++y)
+        if (const float* row = ownRowInPlace(source, y); row != nullptr)
+            memcpy(block + 8 * y, row, 8 * sizeof(float));
+        else
+            ownLoadValues(source, 0, y, 8, block + 8 * y);
     if (isForward)
         ownEightForward(block);
     else
         ownEightBackward(block);
-    for (int32_t y = 0; y < 8; ++y) ownStoreValues(destination, 0, y, 8, block + 8 * y);
+    for (int32_t y = 0; y < 8; ++y)
+        if (float* row = ownRowInPlace(destination, y); row != nullptr)
+            for (ptrdiff_t x = 0; x < 8; ++x) row[x] = ownOneNaN(block[8 * y + x]);
+        else
+            ownStoreValues(destination, 0, y, 8, block + 8 * y);
 }
 
 // The region's pixels with all their channels: the channel of interest is not looked at.
 static OwnView ownAllChannels(const PxkImage* image)
 {
+    if (image->roi == nullptr || image->roi->coi == 0) return ownRegionStart(image);
     PxkImage header = *image;
-    PxkROI region = {};
-    if (image->roi != nullptr) {
-        region = *image->roi;
-        region.coi = 0;
-        header.roi = &region;
-    }
+    PxkROI region = *image->roi;
+    region.coi = 0;
+    header.roi = &region;
     return ownRegionStart(&header);
 }
 

@@ -130,10 +130,9 @@ inline int32_t runTwist(PxkImage* src, PxkImage* dst, const std::vector<double>&
         if (!isFloat) data[k] = int32_t(n[k]);
     }
     if (isFloat) return pxkColorTwistFP(src, dst, reals);
-    PxkColorTwist* const twist = pxkCreateColorTwist(data, int32_t(n[12]));
-    const int32_t status = pxkApplyColorTwist(src, dst, twist, int32_t(n[13]));
-    pxkDeleteColorTwist(twist);
-    return status;
+    PxkColorTwist twist;
+    pxkSetColorTwist(&twist, data, int32_t(n[12]));
+    return pxkApplyColorTwist(src, dst, &twist, int32_t(n[13]));
 }
 
 inline void modelTwist(Picture& src, Picture& dst, const std::vector<double>& n, bool isFloat)

@@ -129,139 +129,110 @@ const Rows rows([] {
     }
 });
 
-const Rows refusals([] {
-    const PictureSpec floats(PXK_DEPTH_32F, 9, 4, 3);
-    const auto words = [](const char* src, const char* dst) {
-        return [=](const Scene& s) {
-            setWords(s[0], src, src);
-            setWords(s[1], dst, dst);
-        };
+// Two images with words; `spoil` breaks a rule.
+Refusal refusal(
+    const char* text, const PictureSpec& src, const PictureSpec& dst, const char* srcWord, const char* dstWord,
+    const std::function<void(const Scene&)>& spoil = [](const Scene&) {})
+{
+    const auto prepare = [=](const Scene& s) {
+        setWords(s[0], srcWord, srcWord);
+        setWords(s[1], dstWord, dstWord);
+        spoil(s);
     };
-    const auto also = [](std::function<void(const Scene&)> first, std::function<void(const Scene&)> then) {
-        return [=](const Scene& s) {
-            first(s);
-            then(s);
-        };
-    };
-    const auto turnSource = [](const Scene& s) { s[0].header.origin = 1; };
+    return { text, { src, dst }, { 0, 0, 0 }, prepare };
+}
+
+const PictureSpec colourFloats(PXK_DEPTH_32F, 9, 4, 3);
+
+void turnSource(const Scene& s)
+{
+    s[0].header.origin = 1;
+}
+
+const Rows conversionRefusals([] {
     const char* const unlike =
         "(src->nChannels < 3 ) || (dst->nChannels != 3 ) || (src->depth != dst->depth) || (src->dataOrder != "
         "dst->dataOrder) || (src->origin != dst->origin)";
-    const auto regionOf = [](size_t k) { return [=](const Scene& s) { s[k].setRegion(0, 0, 2, 2); }; };
+    const char* const regions = "src & dst roi must be NULL";
+    const char* const depths = "Error input depth. 32S,16U,8U are valid now";
+    const auto regionOf = [](size_t k) { return [k](const Scene& s) { s[k].setRegion(0, 0, 2, 2); }; };
+    const auto wordOf = [](size_t k, const char* model, const char* sequence) {
+        return [=](const Scene& s) { setWords(s[k], model, sequence); };
+    };
     addRefusals(
         "pxkRGB2YUV",
-        { { "colorModel must be RGB instead of Luv ", { GRAY, RGB_16U }, {}, words("Luv", "x") },
-          { "channelSeq must be RGB or BGR instead of GBR ",
-            { GRAY, RGB_16U },
-            {},
-            [](const Scene& s) { setWords(s[0], "RGB", "GBR"); } },
-          { "src & dst roi must be NULL", { RGB, GRAY_16U }, {}, also(words("RGB", "YUV"), regionOf(0)) },
-          { "src & dst roi must be NULL", { RGB, GRAY_16U }, {}, also(words("RGB", "YUV"), regionOf(1)) },
-          { "src1->depth != src2->depth", { RGB, GRAY_16U }, {}, words("RGB", "YUV") },
-          { unlike, { GRAY, RGB }, {}, words("RGB", "YUV") },
-          { unlike, { RGB, RGBA }, {}, words("RGB", "YUV") },
-          { unlike, { RGB, RGB_PLANES }, {}, words("BGR", "YUV") },
-          { unlike, { RGB, RGB }, {}, also(words("RGB", "YUV"), turnSource) },
-          { "Error input depth. 32F, 32S ,16U,8U are valid now", { RGB_8S, RGB_8S }, {}, words("RGB", "YUV") } });
-    addRefusals("pxkRGB2HSV",
-                { { unlike, { RGB, RGB_16U }, {}, words("RGB", "HSV") },
-                  { "Error input depth. 32S,16U,8U are valid now", { floats, floats }, {}, words("RGB", "HSV") } });
-    addRefusals("pxkRGB2LUV", { { "Error input depth. 32F is valid now", { RGB, RGB }, {}, words("RGB", "LUV") } });
-    addRefusals("pxkYCrCb2RGB",
-                { { "colorModel must be RGB instead of YCr ", { GRAY, RGB_16U }, {}, words("YUV", "YCr") },
-                  { "src-> colorModel must be YCr instead of YUV", { GRAY, RGB_16U }, {}, words("YUV", "RGB") },
-                  { "src-> channelSeq must be YCr instead of YCC",
-                    { GRAY, RGB_16U },
-                    {},
-                    also(words("YCC", "RGB"), [](const Scene& s) { setWords(s[0], "YCrX", "YCC"); }) },
-                  { unlike, { RGB, RGB_16U }, {}, words("YCr", "RGB") } });
-    addRefusals("pxkColorToGray",
-                { { "colorModel must be GRAY instead of gray ", { GRAY, RGB }, {}, words("RGB", "gray") },
-                  { "channelSeq must be G instead of Y ",
-                    { GRAY, RGB },
-                    {},
-                    also(words("RGB", "GRAY"), [](const Scene& s) { setWords(s[1], "GRAY", "Y"); }) },
-                  { "(dst-> dataOrder == PXK_DATA_ORDER_PIXEL) && (dst-> nChannels != 1)",
-                    { GRAY, RGB },
-                    {},
-                    words("RGB", "GRAY") },
-                  { "src->origin != dst->origin", { GRAY, GRAY_8S }, {}, also(words("RGB", "GRAY"), turnSource) },
-                  { "(src->nChannels < 3 )", { GRAY, GRAY_8S }, {}, words("RGB", "GRAY") },
-                  { "Error in-out depth. 32S,16U,8U=> 16U,8U,1U are valid now",
-                    { RGB, GRAY_32S },
-                    {},
-                    words("RGB", "GRAY") } });
+        { refusal("colorModel must be RGB instead of Luv ", GRAY, RGB_16U, "Luv", "x"),
+          refusal("channelSeq must be RGB or BGR instead of GBR ", GRAY, RGB_16U, "RGB", "x", wordOf(0, "RGB", "GBR")),
+          refusal(regions, RGB, GRAY_16U, "RGB", "YUV", regionOf(0)),
+          refusal(regions, RGB, GRAY_16U, "RGB", "YUV", regionOf(1)),
+          refusal("src1->depth != src2->depth", RGB, GRAY_16U, "RGB", "YUV"), refusal(unlike, GRAY, RGB, "RGB", "YUV"),
+          refusal(unlike, RGB, RGBA, "RGB", "YUV"),
+          refusal(unlike, RGB, RGB_PLANES, "BGR", "YUV", wordOf(0, "RGB", "BGR")),
+          refusal(unlike, RGB_8S, RGB_8S, "RGB", "YUV", turnSource),
+          refusal("Error input depth. 32F, 32S ,16U,8U are valid now", RGB_8S, RGB_8S, "RGB", "YUV") });
     addRefusals(
-        "pxkGrayToColor",
-        { { "src-> depth != dst-> depth && src-> depth != 1U", { RGB_16U, RGB }, { 0, 0, 0 }, words("GRAY", "RGB") },
-          { "src-> depth == dst-> depth && dst-> depth != 8U",
-            { BITONAL, RGB_16U },
-            { 0, 0, 0 },
-            words("GRAY", "RGB") },
-          { "(src-> dataOrder == PXK_DATA_ORDER_PIXEL) && (src-> nChannels != 1)",
-            { RGB, RGB },
-            { 0, 0, 0 },
-            words("GRAY", "RGB") },
-          { "(src->origin != dst->origin)", { GRAY_8S, GRAY_8S }, { 0, 0, 0 }, also(words("GRAY", "RGB"), turnSource) },
-          { "(dst->nChannels < 3 )", { GRAY_8S, GRAY_8S }, { 0, 0, 0 }, words("GRAY", "RGB") },
-          { "Error input depth. 32S,16U,8U are valid now", { GRAY_8S, RGB_8S }, { 0, 0, 0 }, words("GRAY", "RGB") } });
+        "pxkRGB2HSV",
+        { refusal(unlike, RGB, RGB_16U, "RGB", "HSV"), refusal(depths, colourFloats, colourFloats, "RGB", "HSV") });
+    addRefusals("pxkRGB2LUV", { refusal("Error input depth. 32F is valid now", RGB, RGB, "RGB", "LUV") });
+    addRefusals(
+        "pxkYCrCb2RGB",
+        { refusal("colorModel must be RGB instead of YCr ", GRAY, RGB_16U, "YUV", "YCr"),
+          refusal("src-> colorModel must be YCr instead of YUV", GRAY, RGB_16U, "YUV", "RGB"),
+          refusal("src-> channelSeq must be YCr instead of YCC", GRAY, RGB_16U, "YCC", "RGB", wordOf(0, "YCrX", "YCC")),
+          refusal(unlike, RGB, RGB_16U, "YCr", "RGB") });
+    addRefusals("pxkColorToGray",
+                { refusal("colorModel must be GRAY instead of gray ", GRAY, RGB, "RGB", "gray"),
+                  refusal("channelSeq must be G instead of Y ", GRAY, RGB, "RGB", "Y", wordOf(1, "GRAY", "Y")),
+                  refusal("(dst-> dataOrder == PXK_DATA_ORDER_PIXEL) && (dst-> nChannels != 1)", GRAY, RGB, "RGB",
+                          "GRAY", turnSource),
+                  refusal("src->origin != dst->origin", GRAY, GRAY_8S, "RGB", "GRAY", turnSource),
+                  refusal("(src->nChannels < 3 )", GRAY, GRAY_8S, "RGB", "GRAY"),
+                  refusal("Error in-out depth. 32S,16U,8U=> 16U,8U,1U are valid now", RGB, GRAY_32S, "RGB", "GRAY") });
+    addRefusals("pxkGrayToColor",
+                { refusal("src-> depth != dst-> depth && src-> depth != 1U", RGB_16U, RGB, "GRAY", "RGB"),
+                  refusal("src-> depth == dst-> depth && dst-> depth != 8U", BITONAL, GRAY_16U, "GRAY", "RGB"),
+                  refusal("(src-> dataOrder == PXK_DATA_ORDER_PIXEL) && (src-> nChannels != 1)", RGB, RGB, "GRAY",
+                          "RGB", turnSource),
+                  refusal("(src->origin != dst->origin)", GRAY_8S, GRAY_8S, "GRAY", "RGB", turnSource),
+                  refusal("(dst->nChannels < 3 )", GRAY_8S, GRAY_8S, "GRAY", "RGB"),
+                  refusal(depths, GRAY_8S, RGB_8S, "GRAY", "RGB") });
+});
 
-    const Numbers twist(14, 0.0);
+const Rows twistRefusals([] {
+    const Numbers n(14, 0.0);
     const auto alpha = [](size_t k, int32_t channel) {
         return [=](const Scene& s) { s[k].header.alphaChannel = channel; };
     };
-    const auto turnedMask = [](size_t k) {
-        return [=](const Scene& s) {
-            s[k].setMask(Picture::make(BITONAL));
-            s[k].mask->header.origin = 1;
-        };
+    const auto turnMasks = [](const Scene& s) {
+        for (const PicturePtr& image : s.images) image->setMask(Picture::make(BITONAL));
+        for (const PicturePtr& image : s.images) image->mask->header.origin = 1;
     };
-    for (const char* const name : { "pxkApplyColorTwist", "pxkColorTwistFP" }) {
-        const bool isFloat = std::string(name) == "pxkColorTwistFP";
-        const PictureSpec three = isFloat ? floats : RGB, one = isFloat ? FLOATS : GRAY;
-        PictureSpec four = three;
-        four.channels = 4;
+    for (const bool isFloat : { false, true }) {
+        const PictureSpec three = isFloat ? colourFloats : RGB, one = isFloat ? FLOATS : GRAY;
         addRefusals(
-            name,
-            { { "(srcImage->nChannels < 3)", { one, one }, twist },
-              { "((srcImage->alphaChannel != 0) && (srcImage->nChannels < 4))", { three, one }, twist, alpha(0, 3) },
-              { "((srcImage->alphaChannel != 0) && (srcImage->alphaChannel < srcImage->nChannels))",
-                { four, one },
-                twist,
-                alpha(0, 3) },
-              { "(dstImage->nChannels < 3)", { three, one }, twist },
-              { "((dstImage->alphaChannel != 0) && (dstImage->nChannels < 4))", { three, three }, twist, alpha(1, 3) },
-              { "((dstImage->alphaChannel != 0) && (dstImage->alphaChannel < dstImage->nChannels))",
-                { three, four },
-                twist,
-                alpha(1, 2) } });
+            isFloat ? "pxkColorTwistFP" : "pxkApplyColorTwist",
+            { { "(srcImage->nChannels < 3)", { one, one }, n },
+              { "((srcImage->alphaChannel != 0) && (srcImage->nChannels < 4))", { three, one }, n, alpha(0, 3) },
+              { "(dstImage->nChannels < 3)", { three, one }, n },
+              { "((dstImage->alphaChannel != 0) && (dstImage->nChannels < 4))", { three, three }, n, alpha(1, 3) },
+              { "(srcImage->origin != dstImage->origin)", { three, three }, n, turnSource } });
     }
     addRefusals("pxkApplyColorTwist",
-                { { "(srcImage->depth != dstImage->depth)", { RGB_8S, RGB_PLANES }, twist },
-                  { "((srcImage->depth != 8) && (srcImage->depth != 16))", { RGB_8S, RGB_8S }, twist, turnSource },
-                  { "(srcImage->dataOrder != dstImage->dataOrder)", { RGB, RGB_PLANES }, twist, turnSource },
-                  { "(srcImage->origin != dstImage->origin)", { RGB, RGB }, twist, also(turnedMask(1), turnSource) },
-                  { "(srcImage->origin != srcImage->maskROI->origin)",
-                    { RGB, RGB },
-                    twist,
-                    also(turnedMask(0), turnedMask(1)) },
-                  { "(dstImage->origin != dstImage->maskROI->origin)", { RGB, RGB }, twist, turnedMask(1) } });
-    addRefusals("pxkColorTwistFP",
-                { { "((srcImage->depth != 32)|| (dstImage->depth != 32))", { floats, RGB_PLANES }, twist },
-                  { "(srcImage->dataOrder != dstImage->dataOrder)",
-                    { floats, PictureSpec(PXK_DEPTH_32F, 9, 4, 1, PXK_DATA_ORDER_PLANE) },
-                    twist,
-                    turnSource },
-                  { "(srcImage->origin != dstImage->origin)", { floats, FLOATS }, twist, turnSource } });
+                { { "(srcImage->depth != dstImage->depth)", { RGB_8S, RGB_PLANES }, n },
+                  { "((srcImage->depth != 8) && (srcImage->depth != 16))", { RGB_8S, RGB_8S }, n, turnSource },
+                  { "(srcImage->dataOrder != dstImage->dataOrder)", { RGB, RGB_PLANES }, n, turnSource },
+                  { "(srcImage->origin != srcImage->maskROI->origin)", { RGB, RGB }, n, turnMasks } });
+    addRefusals(
+        "pxkColorTwistFP",
+        { { "((srcImage->depth != 32)|| (dstImage->depth != 32))", { colourFloats, RGB_PLANES }, n, turnSource } });
 
     static const int32_t data[16] = {};
     static PxkColorTwist record;
     const auto set = [](const char* text, PxkColorTwist* twist, const int32_t* values, int32_t scaling) {
-        return RefusedCall { { PXK_StsBadArg, "pxkSetColorTwist", text },
-                             [=] { pxkSetColorTwist(twist, values, scaling); } };
+        return RefusedCall { { -5, "pxkSetColorTwist", text }, [=] { pxkSetColorTwist(twist, values, scaling); } };
     };
     const auto create = [](const int32_t* values, int32_t scaling) {
-        return RefusedCall { { PXK_StsBadArg, "pxkCreateColorTwist", "bad_argument" },
+        return RefusedCall { { -5, "pxkCreateColorTwist", "bad_argument" },
                              [=] { EXPECT_EQ(pxkCreateColorTwist(values, scaling), nullptr); } };
     };
     addRefusedCalls({ create(data, 32), create(data, -1), create(nullptr, 3), set("cTwist==0", nullptr, nullptr, -1),

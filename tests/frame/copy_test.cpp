@@ -10,6 +10,7 @@ TEST(Set, asManyBitsAsFitInMemory)
                                                  nullptr, nullptr, nullptr);
     pxkAllocateImage(image, 0, 0);
     if (image->imageData == nullptr) GTEST_SKIP() << "no 256 MiB of memory";
+    startReports();
     pxkSet(image, 1);
     const uint8_t* const last = static_cast<uint8_t*>(image->imageData) + image->imageSize - 1;
     EXPECT_EQ(*last, 0xFF);

@@ -117,11 +117,15 @@ extern const Family alphaFamily;
 extern const Family ditherFamily;
 extern const Family bitmapFamily;
 extern const Family convertFamily;
+extern const Family colourFamily;
 extern const Family convolutionFamily;
 extern const Family fixedFamily;
 extern const Family rankFamily;
 extern const Family morphologyFamily;
 extern const Family statsFamily;
 extern const Family borderFamily;
+extern const Family scaleFamily;
+extern const Family warpFamily;
+extern const Family fourierFamily;
 
 } // namespace gallery

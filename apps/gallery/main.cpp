@@ -21,10 +21,13 @@ namespace fs = std::filesystem;
 
 namespace gallery {
 
-const Family* const families[] = { &frameFamily,  &tilesFamily,   &arithFamily,       &scalarFamily,
-                                   &bitFamily,    &compareFamily, &alphaFamily,       &ditherFamily,
-                                   &bitmapFamily, &convertFamily, &convolutionFamily, &fixedFamily,
-                                   &borderFamily, &rankFamily,    &morphologyFamily,  &statsFamily };
+const Family* const families[] = {
+    &frameFamily,   &tilesFamily,   &arithFamily,       &scalarFamily, //
+    &bitFamily,     &compareFamily, &alphaFamily,       &ditherFamily, //
+    &bitmapFamily,  &convertFamily, &convolutionFamily, &fixedFamily,  //
+    &borderFamily,  &rankFamily,    &morphologyFamily,  &statsFamily,  //
+    &fourierFamily, &colourFamily,  &scaleFamily,       &warpFamily,
+};
 
 constexpr int32_t leastSide = 32;
 constexpr int32_t mostSide = 1024;           // larger pictures are shown at a fraction of their size

@@ -50,10 +50,11 @@ int64_t rowCount(const PxkBitmapInfoHeader& dib)
     return std::llabs(static_cast<int64_t>(dib.biHeight));
 }
 
-// Four-byte words between header and bits, as the file declares them.
+// Four-byte words between header and bits that count.
 int64_t declaredWords(const PxkBitmapInfoHeader& dib)
 {
-    if (dib.biBitCount <= 8) return dib.biClrUsed != 0 ? dib.biClrUsed : INT64_C(1) << dib.biBitCount;
+    const int64_t full = INT64_C(1) << (dib.biBitCount & 31);
+    if (dib.biBitCount <= 8) return dib.biClrUsed != 0 && dib.biClrUsed < full ? dib.biClrUsed : full;
     return dib.biCompression == PXK_BI_BITFIELDS && dib.biBitCount != 24 ? 3 : 0;
 }
 
@@ -64,39 +65,40 @@ const char* headerFault(const PxkBitmapInfoHeader& dib, int64_t bitsOffset, int6
     const int32_t bits = dib.biBitCount;
     if (bits != 1 && bits != 4 && bits != 8 && bits != 16 && bits != 24 && bits != 32) return "bad bits a pixel";
     if (rowBytes(dib) >= sizeLimit || rowBytes(dib) > (sizeLimit - 1) / rowCount(dib)) return "too large";
-    if (bits <= 8 && dib.biClrUsed > UINT32_C(1) << bits) return "too many colours";
     if (fileHeaderBytes + headerBytes + 4 * declaredWords(dib) > bitsOffset) return "the bits begin inside the table";
     if (bitsOffset > length) return "the bits begin behind the end of the file";
-    if (isRunLength(dib)) return nullptr;
-    return rowBytes(dib) * rowCount(dib) > length - bitsOffset ? "the bits end behind the end of the file" : nullptr;
+    const int64_t available = length - bitsOffset;
+    if (isRunLength(dib)) {
+        return dib.biWidth * rowCount(dib) > available * 255 / 2 ? "the bits are too few for the picture" : nullptr;
+    }
+    return rowBytes(dib) * rowCount(dib) > available ? "the bits end behind the end of the file" : nullptr;
 }
 
 // Gives `file` a header of its own with all entries that an index can name.
 const char* completeTable(BitmapFile* file)
 {
-    const PxkBitmapInfoHeader& dib = *file->dib;
-    const int64_t declared = declaredWords(dib);
-    const int64_t full = INT64_C(1) << dib.biBitCount;
-    if (dib.biBitCount > 8 || declared == full) return nullptr;
+    const int32_t bits = file->dib->biBitCount;
+    if (bits > 8) return nullptr;
+    const int64_t declared = declaredWords(*file->dib);
+    const int64_t full = INT64_C(1) << bits;
+    file->dib->biClrUsed = 0;
+    if (declared == full) return nullptr;
     Memory block = takeMemory(headerBytes + 4 * full);
     if (!block) return "out of memory";
     std::memcpy(block.get(), file->dib, static_cast<size_t>(headerBytes + 4 * declared));
     file->blocks[1] = block.release();
     file->dib = static_cast<PxkBitmapInfoHeader*>(file->blocks[1]);
-    file->dib->biClrUsed = 0;
     return nullptr;
 }
 
-// Run-length bits end where they say. Zeros behind them keep the decoder inside: a row takes two bytes a pixel and two
-// for its end at most, and a row too many or a literal is found faulty within the rest.
+// Run-length bits end where they say. Zeros behind them keep the decoder inside: it reads to the end of a literal, 255
+// bytes and one for an even address, takes two zeros for the end of a row, and finds the next two faulty.
 const char* padRunLengthBits(BitmapFile* file, int64_t available)
 {
     if (!isRunLength(*file->dib)) return nullptr;
-    const int64_t padded = (2 * static_cast<int64_t>(file->dib->biWidth) + 2) * (rowCount(*file->dib) + 1) + 260;
-    if (padded >= sizeLimit) return "too large";
-    Memory block = takeMemory(padded);
+    Memory block = takeMemory(available + 260);
     if (!block) return "out of memory";
-    std::memcpy(block.get(), file->bits, static_cast<size_t>(available < padded ? available : padded));
+    std::memcpy(block.get(), file->bits, static_cast<size_t>(available));
     file->blocks[2] = block.release();
     file->bits = file->blocks[2];
     return nullptr;
@@ -128,10 +130,38 @@ PxkImage* createImage(const PxkBitmapInfoHeader* dib)
                                  : create(3, 0, PXK_DEPTH_8U, "RGB", "BGR");
 }
 
+// The first reason that the library gave on this thread; empty: none.
+thread_local char firstReport[160];
+
+int32_t keepFirstReport(int32_t status, const char*, const char* context, const char*, int32_t)
+{
+    if (firstReport[0] == 0) std::snprintf(firstReport, sizeof firstReport, "%s", context != nullptr ? context : "");
+    return status;
+}
+
+// While it lives, reports of the library are kept and not shown.
+struct ReportKeeper {
+    ReportKeeper()
+    {
+        firstReport[0] = 0;
+        pxkSetErrStatus(PXK_StsOk);
+    }
+    ~ReportKeeper() { pxkRedirectError(before); }
+    ReportKeeper(const ReportKeeper&) = delete;
+    ReportKeeper& operator=(const ReportKeeper&) = delete;
+
+    static const char* reason()
+    {
+        const int32_t status = pxkGetErrStatus();
+        return firstReport[0] != 0 ? firstReport : pxkErrorStr(status != PXK_StsOk ? status : PXK_StsNoMem);
+    }
+    const PxkErrorCallBack before = pxkRedirectError(keepFirstReport);
+};
+
 const char* makeImage(BitmapFile* file)
 {
     const int64_t tableBytes = 4 * declaredWords(*file->dib);
-    pxkSetErrStatus(PXK_StsOk);
+    const ReportKeeper keeper;
     if (file->bits == reinterpret_cast<uint8_t*>(file->dib) + headerBytes + tableBytes) {
         int32_t cloneData;
         file->image = pxkTranslateDIB(file->dib, &cloneData);
@@ -141,8 +171,7 @@ const char* makeImage(BitmapFile* file)
         if (file->image != nullptr && pxkConvertFromDIBSep(file->dib, file->bits, file->image) == PXK_StsOk)
             return nullptr;
     }
-    const int32_t status = pxkGetErrStatus();
-    return pxkErrorStr(status != PXK_StsOk ? status : PXK_StsNoMem);
+    return ReportKeeper::reason();
 }
 
 // Takes over memory that holds the file's bytes from the third byte on, so that the header in it is aligned.
@@ -232,9 +261,11 @@ const char* writeBitmap(PxkImage* image, const char* path)
     storeLittleEndian32(start + 10, static_cast<uint32_t>(bitsOffset));
     PxkBitmapInfoHeader* const dib = reinterpret_cast<PxkBitmapInfoHeader*>(start + fileHeaderBytes);
     *dib = wanted;
-    pxkSetErrStatus(PXK_StsOk);
-    pxkConvertToDIB(image, dib, 1, PXK_PALETTE_FIXED);
-    if (pxkGetErrStatus() != PXK_StsOk) return pxkErrorStr(pxkGetErrStatus());
+    {
+        const ReportKeeper keeper;
+        pxkConvertToDIB(image, dib, 1, PXK_PALETTE_FIXED);
+        if (pxkGetErrStatus() != PXK_StsOk) return ReportKeeper::reason();
+    }
 
     File stream(std::fopen(path, "wb"));
     if (!stream) return "cannot be opened for writing";

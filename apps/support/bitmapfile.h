@@ -19,8 +19,13 @@ typedef struct BitmapFile {
 } BitmapFile;
 
 /**
- * Reads a file, or a file's bytes. Stores 0 as the library's status first. Returns null and fills `file`, or returns
- * why it could not and leaves nothing to release. Bytes may be released after the call.
+ * Reads a file, or a file's bytes. Stores 0 as the library's status first; what the library reports then goes into the
+ * result and not to the thread's handler. Returns null and fills `file`, or returns why it could not, in words that
+ * last until the thread's next call, and leaves nothing to release. Bytes may be released after the call.
+ *
+ * More entries in the colour table than an index can name are not looked at. Run-length bits must be long enough for
+ * the picture: two bytes name 255 pixels at most. Pictures that skip most of their pixels are refused with those that
+ * only claim to be large.
  */
 const char* readBitmap(BitmapFile* file, const char* path);
 const char* readBitmapBytes(BitmapFile* file, const void* bytes, size_t length);
@@ -30,7 +35,7 @@ void releaseBitmap(BitmapFile* file);
 
 /**
  * Writes an image of one channel as 1 bit (depth 1) or 8 bits gray (depth 8U or 16U), one of three or four channels as
- * 24 bits. Stores 0 as the library's status first. Returns null, or why it could not.
+ * 24 bits. Returns null, or why it could not, with status and reports as in reading.
  */
 const char* writeBitmap(PxkImage* image, const char* path);
 

@@ -15,7 +15,12 @@
  * - Each image keeps its own region offset. The work is the smallest width and the smallest height of all regions and
  * of the mask, taken axis by axis, and pixel (i, j) of the work is pixel (xOffset + i, yOffset + j) of each image.
  * - Processed channels are all but alpha, or the one that the region's channel of interest names (which may be alpha).
- * - Two threads may work at the same time on different headers, never on one header.
+ * - Two threads may work at the same time on different headers, never on one header. Where both write to one block of
+ *   pixels, or one writes what the other reads, no byte may be common to both: an operation may read and write back
+ *   what it leaves as it is, between the first and the last pixel of each row of its region, such as pixels that a mask
+ *   leaves out, channels that are not processed in pixel order, the other pixels in the first and last byte of one-bit
+ *   rows, and the padding of rows where it works on whole images.
+ * - A call takes up to 128 KiB of its thread's stack, besides what the tile function and the report handler take.
  */
 #ifndef PXK_PXK_H
 #define PXK_PXK_H
@@ -84,6 +89,19 @@ extern "C" {
 #define PXK_COMPOSITE_ATOP 3 /**< alphaB, 1 - alphaA */
 #define PXK_COMPOSITE_XOR 4  /**< 1 - alphaB, 1 - alphaA */
 #define PXK_COMPOSITE_PLUS 5 /**< 1, 1 */
+
+/** Flags of the Fourier transforms: direction, scaling, arithmetic; or the release of a thread's tables. */
+#define PXK_FFT_FORWARD 1
+#define PXK_FFT_INVERSE 2
+#define PXK_FFT_NOSCALE 4
+#define PXK_FFT_USE_INT 16
+#define PXK_FFT_USE_FLOAT 32
+#define PXK_FFT_FREE 128
+
+/** Flags of the cosine transform. */
+#define PXK_DCT_FORWARD 1
+#define PXK_DCT_INVERSE 2
+#define PXK_DCT_FREE 8
 
 /** Error modes: the error ends the application, is the caller's to handle, or is not shown at all. */
 #define PXK_ErrModeLeaf 0
@@ -223,7 +241,11 @@ typedef int32_t (*PxkErrorCallBack)(int32_t status, const char* func, const char
 /** @name Status and reports. All of it is per thread; a new thread starts with status 0, PXK_ErrModeLeaf and the box.
  */
 
-/** The status that this thread stored last: 0, or the first failure since 0 was stored. */
+/**
+ * The status that this thread stored last. Operations that succeed store nothing (the morphology stores 0 on entry),
+ * and a later failure replaces an earlier one, except for reports with PXK_StsBackTrace and PXK_StsAutoTrace, which are
+ * not stored.
+ */
 PXK_API int32_t pxkGetErrStatus(void);
 
 /** Stores any status, unchecked, and calls no handler. */
@@ -253,8 +275,9 @@ PXK_API const char* pxkErrorStr(int32_t status);
 PXK_API int32_t pxkNulDevReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
 /**
- * Handler: writes the report to the standard-error stream, unless the mode is PXK_ErrModeSilent. In PXK_ErrModeLeaf it
- * then ends the process with exit code 1. Otherwise returns `status`.
+ * Handler: writes the report to the standard-error stream, unless the mode is PXK_ErrModeSilent or the process was
+ * started without such a stream. In PXK_ErrModeLeaf it then ends the process with exit code 1. Otherwise returns
+ * `status`.
  */
 PXK_API int32_t pxkStdErrReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
@@ -262,8 +285,8 @@ PXK_API int32_t pxkStdErrReport(int32_t status, const char* func, const char* co
  * Handler, the default one: shows the report in a modal box, which asks in PXK_ErrModeLeaf whether to end the
  * application (Yes, No) and in PXK_ErrModeParent whether to go on (OK, Cancel). Yes and Cancel end the process with
  * exit code 1. Every other answer, and every other mode, returns `status`. Where there are no boxes the question goes
- * to the terminal, if standard input and standard error are one; without a terminal the text goes to standard error and
- * the process goes on.
+ * to the terminal, if standard input and standard error are one, and what was typed before it is no answer; without a
+ * terminal the text goes to standard error and the process goes on.
  */
 PXK_API int32_t pxkGuiBoxReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
 
@@ -275,8 +298,9 @@ PXK_API const PxkLibVersion* pxkGetLibVersion(void);
 
 /**
  * Takes `length` items of 1 (pxkMalloc), 2 (pxkwMalloc), 4 (pxkiMalloc, pxksMalloc) or 8 bytes (pxkdMalloc). The block
- * starts at a multiple of 32 bytes, is not cleared, and has at least 33 spare bytes behind it. Give it back with
- * pxkFree. Null when out of memory or when `length` is negative or too large; nothing is reported.
+ * starts at a multiple of 32 bytes, is not cleared, and has at least 33 spare bytes behind it (in builds with
+ * AddressSanitizer they must not be touched). Give it back with pxkFree. Null when out of memory or when `length` is
+ * negative or too large; nothing is reported.
  */
 PXK_API void* pxkMalloc(int32_t length);
 PXK_API void* pxkwMalloc(int32_t length);
@@ -288,13 +312,14 @@ PXK_API void* pxkdMalloc(int32_t length);
 PXK_API void pxkFree(void* block);
 
 /**
- * Makes a header without pixels, border mode PXK_EDGE_CONST with 0 on all sides. `colorModel` and `channelSeq` are four
- * bytes each, copied as they are. `roi`, `maskROI` and `tileInfo` are held by pointer and stay the caller's. Returns
- * null after reporting "Incorrect data-ins" with, in this order of tests: -10 (width or height below 1), -15 (nChannels
- * below 1), -16 (not one channel at depth 1), -14 (a null text), -17 (depth), -18 (alphaChannel neither 0 nor
- * nChannels), -19 (dataOrder), -20 (origin neither 0 nor 1), -21 (align), -10 (pixels, or a tile, of 2^31 bytes or
- * more), -117, -26 or the status less 100 (mask not of depth 1, tiled, or bad). Returns null without a report when out
- * of memory.
+ * Makes a header without pixels, border mode PXK_EDGE_CONST with 0 on all sides. `colorModel` and `channelSeq` are the
+ * first four bytes of the texts, zeros behind a shorter one. `roi`, `maskROI` and `tileInfo` are held by pointer and
+ * stay the caller's; `roi` and `tileInfo` are not examined. Returns null after reporting "Incorrect data-ins" with, in
+ * this order of tests: -10 (width or height below 1), -15 (nChannels below 1), -16 (not one channel at depth 1), -14 (a
+ * null text), -17 (depth), -18 (alphaChannel neither 0 nor nChannels), -19 (dataOrder), -20 (origin neither 0 nor 1),
+ * -21 (align), -10 (without tileInfo: pixels of 2^31 bytes or more), -117, -26 or the status less 100 (mask not of
+ * depth 1, tiled, or bad). With tileInfo, widthStep and imageSize are 0 where 31 bits can't hold them. Returns null
+ * without a report when out of memory.
  */
 PXK_API PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t depth, const char* colorModel,
                                        const char* channelSeq, int32_t dataOrder, int32_t origin, int32_t align,
@@ -347,13 +372,17 @@ PXK_API void pxkDeleteTileInfo(PxkTileInfo* tileInfo);
  * Tests a header as every operation does on entry. Returns 0, or stores and returns the first failure without a report:
  * -9 null; -12 imageData and tileInfo both null or both set; -10 imageSize below 1 (in memory); -13 widthStep below 1
  * (in memory); -10 width or height below 1; -15, -16 nChannels; -17 depth; -18 alphaChannel; -19 dataOrder; -20 origin;
- * -21 align; -10 an image of 2^31 bytes or more; -117, -26 or status less 100 for the mask; -22 no callBack, -23 tile
- * size; -24 coi, -25 size, -11 negative offset of the region. A region that reaches outside the image passes.
+ * -21 align; -10 an image in memory of 2^31 bytes or more; -117, -26 or status less 100 for the mask; -22 no callBack,
+ * -23 tile width or height below 1 or no multiple of 8, or a tile of 2^31 bytes or more; -24 coi, -25 size, -11
+ * negative offset of the region. A region that reaches outside the image passes. A mask of a mask selects nothing but
+ * is tested likewise; the ninth of them, and so every ring of masks, is refused with -112 less 100 for each mask above
+ * it.
  */
 PXK_API int32_t pxkCheckImageHeader(PxkImage* image);
 
 /**
- * Makes a copy of an image with its own pixels and region, and without mask, tag and tile record. The clone of a tiled
+ * Makes a copy of an image with its own pixels and region, and without mask, tag and tile record. The padding of rows
+ * is copied where widthStep is what pxkAllocateImage makes it, otherwise it is not initialised. The clone of a tiled
  * image has pixels for the whole image, not initialised. Reports "Incorrect Image", or -4 with a message that says what
  * could not be allocated, and returns null. Release the clone with pxkDeallocate(clone, PXK_FREE_HEADER | PXK_FREE_DATA
  * | PXK_FREE_ROI).
@@ -367,15 +396,26 @@ PXK_API PxkImage* pxkCloneImage(PxkImage* image);
 PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int32_t constant);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Copy, set and exchange. These stop silently, after their argument checks, when the stored status is negative.
+/**
+ * @name Copy, set and exchange
+ *
+ * On the common size of the regions and of the masks of all images; only pixels that all masks select change. These
+ * stop silently, after their argument checks, when the stored status is negative.
+ *
+ * A refused tile is -2 "Error get tile to write" or "Error get tile to read", with the work done so far left in place
+ * and no tile held. Where both images are tiled, the first one is read a tile of the second one at a time; when that
+ * fails, for a tile, for memory or because a tile function has stored a negative status, the report is -1 with an empty
+ * text, which leaves the stored status as it is, maybe 0, and the second image's tile, and those of the first one that
+ * were handed out in one row with a refused one, are not released. The same report comes when masks can't be combined,
+ * and once more, behind every failure in tiles, from copy and set of one-bit images under a mask.
  */
 
 /**
  * Copies the processed channels of the source's region to the destination's. One header given twice: nothing to do.
  * Reports "Incorrect Image"; -5 "srcImage->depth != dstImage->depth", "srcImage->origin != dstImage->origin" and
- * (unless both have one channel) "srcImage->dataOrder != dstImage->dataOrder", each that fails; -5 "Number of processed
- * channels of srcImage
- * != Number of processed channels of dstImage".
+ * (at other depths than 1, unless both have one channel) "srcImage->dataOrder != dstImage->dataOrder", each that fails;
+ * then, where regions and masks leave something to do, -5 "Number of processed channels of srcImage != Number of
+ * processed channels of dstImage".
  */
 PXK_API void pxkCopy(PxkImage* srcImage, PxkImage* dstImage);
 
@@ -621,10 +661,12 @@ PXK_API PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
  * Reports, in this order, -5 with the failed condition as text (here with what pxkConvertFromDIBSep returns): dib, in
  * the Sep form dibHeader or dibData, null (-5); image null (-9); alphaChannel below 0 or above nChannels (-18);
  * dataOrder (-19); origin (-20); align (-21); height, width, imageSize (-10) or widthStep (-13) below 1; biSize,
- * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then -10 "Image size
- * is too small", -14 "image->channelSeq unsupport", -4 "Not enough memory to allocate data for destination image", -5
- * "Bit-field mask is zero", -3 "Impossible to decompress RLE DIB" after the decoder's own report, and -3 "<unknown>"
- * for a biBitCount, or a pair of nChannels and depth, that is not served.
+ * biPlanes, biCompression, run-length coding with a wrong biBitCount or a negative biHeight (-5). Then, in this order,
+ * -10 "Image size is too small"; -3 "<unknown>" for a biBitCount that is not served; -5 "Bit-field mask is zero"; -14
+ * "image->channelSeq unsupport"; -3 "<unknown>" for a pair of nChannels and depth that is not served, and for an image
+ * of 2^31 bytes or more; -4 "Not enough memory to allocate data for destination image"; for run-length bits the
+ * decoder's own report, -4 or -5 under the name ownDecompressRLE or ownDecompressRLESep, behind which pxkConvertFromDIB
+ * reports -3 "Impossible to decompress RLE DIB". "<unknown>" is not reported while a negative status is stored.
  */
 PXK_API void pxkConvertFromDIB(PxkBitmapInfoHeader* dib, PxkImage* image);
 PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibData, PxkImage* image);
@@ -1053,12 +1095,194 @@ PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIteration
  *   output depth for gray image dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U", "Erroneous dither
  *   option"; own_dither_tiled_errprop, where errors cross tiles: the first of them, or "Error depth for gray image
  *   dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U".
- * Error diffusion needs memory: -4 "no memory for error propagation dithering errors array" (tiled), or "no memory for
- * errr array" under the row kernel's name, such as owncbDither_Gray_Floyd_PX, with nothing written. A refused tile is
+ * Error diffusion needs memory for the errors of a few rows, and where an image is tiled for the whole picture as well,
+ * at the depth that is dithered, which must be less than 2^31 bytes: the source is read whole before anything is
+ * written. Without memory: -4 "no memory for error propagation dithering errors array" (tiled), or "no memory for errr
+ * array" under the row kernel's name, such as owncbDither_Gray_Floyd_PX, with nothing written. A refused tile is
  * -5 "(src->tileInfo->tileData == NULL)" or "(dst->tileInfo->tileData == NULL)".
  */
 PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
                            int32_t bitCount);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Colour models
+ *
+ * Conversions work on the smaller width and height of both images. The source has at least three channels, of which the
+ * first three count; the destination has three. Depth, data order and origin agree. Regions must be null; masks and
+ * alpha do not count; tiles are served. The source may be the destination. Red is channel 0 where channelSeq of the RGB
+ * image begins with "R", otherwise channel 2; the other model's channels come in the order of its name. Each function
+ * runs on whatever status is stored.
+ *
+ * A conversion to a model writes the model's word, zero-filled to four letters, to colorModel and channelSeq of the
+ * destination, as soon as the source's words and the regions have been looked at, even if the call fails then.
+ *
+ * Below, T is the largest sample (255, 65535 or 2147483647), >> is a shift that rounds towards minus infinity, 32S
+ * results are cut towards zero, and "limited" is to the range 0 to T. Round trips are RGB to the model and back; their
+ * bounds hold for all colours at 8U.
+ *
+ * Reports, each ending the call: "Incorrect Image"; then -5: "colorModel must be RGB instead of %.4s " and "channelSeq
+ * must be RGB or BGR instead of %.4s " (three letters count), of the RGB image; on the way to RGB "src-> colorModel
+ * must be %.4s instead of %.4s" and "src-> channelSeq must be %.4s instead of %.4s"; "src & dst roi must be NULL"; YUV:
+ * "src1->depth != src2->depth"; "(src->nChannels < 3 ) || (dst->nChannels != 3 ) || (src->depth != dst->depth) ||
+ * (src->dataOrder != dst->dataOrder) || (src->origin != dst->origin)"; a depth that is not taken: "Error input depth.
+ * 32F, 32S ,16U,8U are valid now" (XYZ, YUV, YCrCb), "Error input depth. 32S,16U,8U are valid now" (HSV, HLS), "Error
+ * input depth. 32F is valid now" (LUV), "Error input depth. 8U is valid now" (YCC). A refused tile: "(src->tileInfo->
+ * tileData == NULL)" or "(dst->tileInfo->tileData == NULL)", without the break.
+ */
+
+/**
+ * Hue, saturation, value: "HSV", 8U, 16U, 32S. Value is the largest of red, green and blue; saturation T (max - min) /
+ * max, or 0 for black; hue the angle from red (0) over green (120) to blue (240) in degrees, 0 without saturation, all
+ * cut to integers. 8U stores half the degrees, 0 to 179. At 16U and 32S T / max is rounded to a double before it is
+ * multiplied, which may cost a unit. Round trip: within 11 at 8U, 1.7 % of T at 16U.
+ */
+PXK_API void pxkRGB2HSV(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse. With f the fraction of hue in its sector of 60 degrees, p the smallest channel and q (falling) or t
+ * (rising) the one between: at 8U ss = saturation value >> 8, p = value - ss, q = value - (34 ss f >> 11), t = value -
+ * (34 ss (60 - f) >> 11), f in degrees. At 16U and 32S p = (T - saturation) k value, q = (T - f saturation) k value, t
+ * = (T - (1 - f) saturation) k value, with k 1.5259e-05 and 5e-10; the latter is 7 % above 1 / T, so small saturations
+ * at 32S are limited. Hue is counted round the circle. Without saturation all channels are the value.
+ */
+PXK_API void pxkHSV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Hue (as in HSV), lightness, saturation: "HLS", 8U, 16U, 32S. With sum = max + min: lightness is sum >> 1, saturation
+ * T (max - min) / sum where sum is at most T, otherwise T (max - min) / (2 T - sum), cut. Round trip: within 10 at
+ * 8U, 1.7 % of T at 16U.
+ */
+PXK_API void pxkRGB2HLS(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse. m2 = L + m in the lower half of the range and L + saturation - m in the upper one, with m = 258 L
+ * saturation >> 16 at 8U and L k saturation at 16U and 32S (k as in HSV); m1 = 2 L - m2. Red takes the angle hue + 120,
+ * green hue, blue hue - 120: a channel rises from m1 at 0 to m2 at 60 degrees, stays up to 180, falls to m1 at 240 and
+ * stays. At 8U 137 / 8192 stands for one sixtieth.
+ */
+PXK_API void pxkHLS2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * CIE XYZ with the primaries and white of ITU-R BT.709: "XYZ", 8U, 16U, 32S, 32F. X = 0.412453 R + 0.35758 G + 0.180423
+ * B, Y = 0.212671 R + 0.71516 G + 0.072169 B, Z = 0.019334 R + 0.119193 G + 0.950227 B. At 8U and 16U with weights of
+ * 14 fraction bits, rounded to nearest, and Z limited: it may exceed T by 9 %. 32S is limited in doubles, 32F is not
+ * limited. Round trip: within 24 at 8U (within 2 where Z is not limited).
+ */
+PXK_API void pxkRGB2XYZ(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse: R = 3.240479 X - 1.53715 Y - 0.498535 Z, G = -0.969256 X + 1.875992 Y + 0.041556 Z, B = 0.055648 X -
+ * 0.204043 Y + 1.057311 Z; integers are limited, 32F is not.
+ */
+PXK_API void pxkXYZ2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Lightness and two differences of chromaticity from white, after CIE 1976: "LUV", 32F, RGB from 0 to 1. With X, Y, Z
+ * as above and d = 1 / (X + 15 Y + 3 Z): L = 116 cbrt(3.0395136778 Y) - 16, U = 13 L (4 d X - 0.19783001), V = 13 L (9
+ * d Y
+ * - 0.46831998); all are 0 where Y is at most 0.00329. Single precision: the cube root is within two units of the last
+ * place and the same bits on every processor. Round trip: within 0.007, most of it near black, which comes back as
+ * little more than 0.
+ */
+PXK_API void pxkRGB2LUV(PxkImage* srcImage, PxkImage* dstImage);
+/** The reverse; L nearer to 0 than 0.00001 counts as that, negative results become 0, and there is no upper limit. */
+PXK_API void pxkLUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Luma and two colour differences: "YUV", 8U, 16U, 32S, 32F. Y = 0.299 R + 0.587 G + 0.114 B, U = -0.146 R - 0.288 G +
+ * 0.434 B, V = 0.617 R - 0.517 G - 0.1 B. At 8U and 16U with weights of 15 fraction bits and >> 15; then 127 or 32767
+ * is added to U and V, and V is limited. 32S holds signed U and V. Round trip: within 34 at 8U (V of pure colours is
+ * limited).
+ */
+PXK_API void pxkRGB2YUV(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse: R = Y - 0.0009400501 U + 1.135920183 V, G = Y - 0.3959190767 U - 0.5782887929 V, B = Y + 2.041101518 U -
+ * 0.001619414 V; integers are limited, 32F is not.
+ */
+PXK_API void pxkYUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Luma, blue and red less the luma: "YCr", 8U, 16U, 32S, 32F, stored Y, Cb, Cr. Y as in YUV; Cb = -0.1687 R - 0.3313 G
+ * + 0.5 B and Cr = 0.5 R - 0.4187 G - 0.0813 B around 128, 32768, 1073741823 or 0.5. At 8U and 16U with weights of 14
+ * fraction bits; Y is rounded, at 8U also Cb = 0.5643 (B - Y) and Cr = 0.7133 (R - Y) of the rounded Y. Round trip:
+ * within 2 at 8U, 4 at 16U.
+ */
+PXK_API void pxkRGB2YCrCb(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * The reverse, with Cb and Cr less their middle: R = Y + 1.402 Cr, G = Y - 0.344136 Cb - 0.714136 Cr, B = Y + 1.772 Cb;
+ * integers are limited, at 32F negative results become 0.
+ */
+PXK_API void pxkYCrCb2RGB(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Luma and two chromas of "YCC", 8U, to RGB: three sums, shifted right by 14 and limited to 361, are places in a table
+ * of samples: (22256 Y + 29844 C2 + 4088627) for red, (22256 Y + 7050 C1 - 15190 C2 - 3180790) for green, (22256 Y +
+ * 36338 C1 + 5668700) for blue. With these constants blue is always 255 and red at least 247.
+ */
+PXK_API void pxkYCC2RGB(PxkImage* srcImage, PxkImage* dstImage);
+
+/**
+ * Gray of a colour image: 8U to 16U, 8U, 1U; 16U to 16U, 8U, 1U; 32S to 16U, 8U, 1U. (54 R + 183 G + 18 B) >> 8, of 8U
+ * to 16U without the shift, of 16U to 8U >> 16; of 32S (109 (R >> 11) + 366 (G >> 11) + 37 (B >> 11)) >> 13, to 8U
+ * >> 21. A bit is 1 in the upper half of that range. The weights add up to 255 of 256: white becomes 254 at 8U. Data
+ * orders may differ.
+ *
+ * Reports as above, "colorModel must be GRAY instead of %.4s " ("Gray" and "GRAY" are) and "channelSeq must be G
+ * instead of %.4s " (one letter counts) of the gray image behind those of the RGB image; instead of the list of what
+ * must agree
+ * "(dst-> dataOrder == PXK_DATA_ORDER_PIXEL) && (dst-> nChannels != 1)", "src->origin != dst->origin",
+ * "(src->nChannels < 3 )", "Error in-out depth. 32S,16U,8U=> 16U,8U,1U are valid now". No word is written.
+ */
+PXK_API void pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
+/**
+ * Colours of a gray image, which are its samples times a weight each: 8U, 16U, 32S to the same depth, 1U to 8U. Weights
+ * are cut to 8 fraction bits (8U, and 1U, where a 1 counts as 255) or 15; where all three are 0 then, they are 54, 183
+ * and 18 of 256 or as many of 512 as at 32S in pxkColorToGray. Products keep their low bits: weights beyond 0 to 1
+ * wrap.
+ *
+ * Reports as pxkColorToGray, with "src-> depth != dst-> depth && src-> depth != 1U", "src-> depth == dst-> depth &&
+ * dst-> depth != 8U" (1U to anything but 8U), "(src-> dataOrder == PXK_DATA_ORDER_PIXEL) && (src-> nChannels != 1)",
+ * "(src->origin != dst->origin)", "(dst->nChannels < 3 )", "Error input depth. 32S,16U,8U are valid now".
+ */
+PXK_API void pxkGrayToColor(PxkImage* srcImage, PxkImage* dstImage, float weightR, float weightG, float weightB);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @name Colour twists */
+
+/** A matrix of integers over a power of two. Make it with pxkCreateColorTwist. */
+typedef struct PxkColorTwist {
+    int32_t data[16];     /**< rows of three factors and a constant; the fourth row does not count */
+    int32_t scalingValue; /**< 0 to 31: the matrix is data / 2^scalingValue */
+} PxkColorTwist;
+
+/**
+ * A new record with copies of 16 values, the caller's to delete. Null after -5 "bad_argument" (scalingValue not 0 to
+ * 31, data null) or -4 "matrix_is_not_allocated".
+ */
+PXK_API PxkColorTwist* pxkCreateColorTwist(const int32_t* data, int32_t scalingValue);
+/**
+ * Stores 16 values and a scaling value in a record: 0, or what pxkError returns for -5 "cTwist==0", "(data == 0)",
+ * "(scalingValue < 0)", "(scalingValue > 31)", and the record as it was.
+ */
+PXK_API int32_t pxkSetColorTwist(PxkColorTwist* cTwist, const int32_t* data, int32_t scalingValue);
+/** Releases a record; null is ignored. */
+PXK_API void pxkDeleteColorTwist(PxkColorTwist* cTwist);
+/**
+ * Multiplies the first three channels of each selected pixel, whatever their order, by the matrix and adds its
+ * constants and `offset`: 8U, 16U. Sums are exact and cut towards zero before the offset is added. They are limited
+ * before: with an offset from 0 on, sums below 0 give 0 (not the offset) and sums above T - offset give T, the largest
+ * sample; with a negative one, sums below -offset give 0 and sums above T give T. Offsets beyond T count as T, likewise
+ * -T: the image is saturated. Further channels of the destination stay. Masks and regions count, the channel of
+ * interest does not. The source may be the destination.
+ *
+ * 0, or what pxkError returns for the first of: "Incorrect Image" with its status; -5: "cTwist==0";
+ * "(srcImage->nChannels < 3)", "((srcImage->alphaChannel != 0) && (srcImage->nChannels < 4))",
+ * "((srcImage->alphaChannel != 0) && (srcImage->alphaChannel < srcImage->nChannels))", and the same of dstImage;
+ * "(srcImage->depth != dstImage->depth)"; "((srcImage->depth != 8) && (srcImage->depth != 16))"; "(srcImage->dataOrder
+ * != dstImage->dataOrder)"; "(srcImage->origin != dstImage->origin)"; "(srcImage->origin !=
+ * srcImage->maskROI->origin)",
+ * "(dstImage->origin != dstImage->maskROI->origin)"; "(msk == NULL)" where two masks can't be joined for lack of
+ * memory. A refused tile is -5 "(srcImage->tileInfo->tileData == NULL)" or "(dstImage->tileInfo->tileData == NULL)".
+ */
+PXK_API int32_t pxkApplyColorTwist(PxkImage* srcImage, PxkImage* dstImage, PxkColorTwist* cTwist, int32_t offset);
+/**
+ * The same in single precision, without limits: 32F, `TwistFP` holds three rows of three factors and a constant.
+ * Reports behind "Incorrect Image": "(TwistFP == ((void*)(0)))"; "((srcImage->depth != 32)|| (dstImage->depth != 32))";
+ * data order and origin as above; channels as above; "(msk == NULL)"; tiles.
+ */
+PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const float* TwistFP);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
@@ -1207,6 +1431,311 @@ PXK_API double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normTyp
  * "(srcImage->tileInfo->tileData == NULL)".
  */
 PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Changes of scale and mirrors
+ *
+ * Geometry operations go on after a failed check: one call can give several reports, in the order told, and the last
+ * status stands. They stop behind all checks at any negative status, be it an old one. After a null image nothing else
+ * is checked.
+ *
+ * A change of scale by xDst / xSrc and yDst / ySrc takes one-bit images (nearest pixels only), 8U and 16U, in both data
+ * orders. Regions keep their own offsets; the work is the smaller of the destination's region and the source's region in
+ * its new size, rounded down but at least one pixel each way. The source's mask comes into the new scale by its nearest
+ * pixels, bit (0, 0) of its region on the first pixel of the work, and is joined with the destination's. Shared pixels
+ * are read before they are written.
+ */
+
+/** Interpolations: the nearest pixel, 2 by 2, 4 by 4, or the mean of the box that becomes one pixel. */
+#define PXK_INTER_NN 0
+#define PXK_INTER_LINEAR 1
+#define PXK_INTER_CUBIC 2
+#define PXK_INTER_SUPER 3
+
+/**
+ * Enlarges: xDst at least xSrc, yDst at least ySrc. The first and last destination pixels lie on the first and last
+ * source pixels, so pixel i reads position p = i (w - 1) / (w xDst / xSrc - 1), w being the source's width; by equal
+ * factors i itself, and every interpolation copies then.
+ *
+ * - PXK_INTER_NN: the pixel at p + 0.5, rounded down (a fraction within 0.00001 of the next integer counts as that).
+ * - PXK_INTER_LINEAR: weights of 14 bits; 8U keeps 14 bits between row and column and cuts both off, 16U is cut off
+ *   once, at the end.
+ * - PXK_INTER_CUBIC: Newton's polynomial through four pixels in single precision, limited to the depth's range.
+ * A source below 2 pixels wide or high takes PXK_INTER_NN, one below 4 PXK_INTER_LINEAR in place of PXK_INTER_CUBIC.
+ *
+ * Reports -5 "xDst < xSrc || yDst < ySrc"; "Incorrect Image"; -5 "interpolate != PXK_INTER_NN && interpolate !=
+ * PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC", "srcImage->depth != dstImage->depth", "srcImage->depth !=
+ * PXK_DEPTH_1U && srcImage->depth != PXK_DEPTH_8U && srcImage->depth != PXK_DEPTH_16U", "srcImage->dataOrder !=
+ * dstImage->dataOrder", "xDst <= 0 || xSrc <= 0", "yDst <= 0 || ySrc <= 0", "This function isn`t in-plase function";
+ * -2 "Processed channels of srcImage != Processed channels of dstImage"; -4 "Out of memory", also for a refused source
+ * tile; -5 "Error get tile to write". Whatever the cause of a negative status, -1 with an empty text follows.
+ */
+PXK_API void pxkZoom(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
+                     int32_t interpolate);
+
+/**
+ * Enlarges or reduces, each axis for itself, like pxkZoom and with its reports but for the first. Reducing by
+ * PXK_INTER_SUPER is pxkDecimate, which reports under its own name; for enlarging, -5 "(interpolate == PXK_INTER_SUPER)
+ * && (xDst > xSrc || yDst > ySrc)" comes first.
+ */
+PXK_API void pxkResize(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
+                       int32_t interpolate);
+
+/**
+ * Reduces: xDst at most xSrc, yDst at most ySrc. PXK_INTER_NN takes pixel i at i xSrc / xDst, plus 0.5 on an axis where
+ * xSrc / xDst is no whole number, rounded down. PXK_INTER_SUPER takes the exact mean of the box of xSrc / xDst by ySrc /
+ * yDst pixels, parts of pixels by the area they cover, rounded to nearest, halves upward. PXK_INTER_LINEAR and
+ * PXK_INTER_CUBIC give what pxkResize gives. One-bit images, sources below 4 pixels wide or high or without a whole
+ * pixel in the new size, and whole factors on both axes (but for PXK_INTER_SUPER) take PXK_INTER_NN.
+ *
+ * Reports "Incorrect Image"; -5 "srcImage == dstImage", "srcImage->depth != dstImage->depth", "srcImage->origin !=
+ * dstImage->origin", "srcImage->dataOrder != dstImage->dataOrder", "srcImage->roi->coi > 0 && dstImage->roi->coi == 0",
+ * "srcImage->roi->coi > 0 && dstImage->roi == ((void *)0)", the same two with the images exchanged, "interpolate !=
+ * PXK_INTER_NN, PXK_INTER_LINEAR, PXK_INTER_CUBIC or PXK_INTER_SUPER", "xDst <= 0", "xSrc <= 0", "yDst <= 0", "ySrc <=
+ * 0", "xDst > xSrc", "yDst > ySrc", and the depth; then channels, memory and tiles as pxkZoom.
+ */
+PXK_API void pxkDecimate(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
+                         int32_t interpolate);
+
+/**
+ * Reduces a blurred source: pixels are replaced by the mean of xMaskSize by yMaskSize pixels around them (of an even
+ * number, one more to the left or above), rounded to nearest, halves upward, and then decimated. Pixels at the region's
+ * edges stand for those beyond. A size of 0 or 1 leaves its axis alone; one-bit images are never blurred. All
+ * interpolations but PXK_INTER_SUPER. The images may be one.
+ *
+ * Reports "Incorrect Image"; -5 "(xMaskSize<0||yMaskSize<0)", "((xDst <= 0)||(yDst<=0))", "((xSrc <= 0)||(ySrc<=0))",
+ * "(xDst>xSrc||yDst>ySrc)", "(srcImage->depth!=dstImage->depth)", "(srcImage->dataOrder!=dstImage->dataOrder)",
+ * "(srcImage->alphaChannel!=dstImage->alphaChannel)", "srcImage->roi->xOffset >= srcImage->width", "srcImage->roi->
+ * yOffset >= srcImage->height" (without the blank), the same two of dstImage, and interpolation and depth as pxkZoom;
+ * then channels, memory and tiles as pxkZoom.
+ */
+PXK_API void pxkDecimateExt(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst,
+                            int32_t ySrc, int32_t interpolate, int32_t xMaskSize, int32_t yMaskSize);
+
+/**
+ * Copies the area, the smaller width and height of both regions, reversed: flipAxis 1 reverses each row, 0 the order of
+ * the rows, -1 both. All depths but 32F. The images may be one. A mask selects pixels of the destination; bit (i, j) of
+ * a source's mask belongs to destination pixel (i, j) too. The data orders may differ.
+ *
+ * Reports "Incorrect Image"; -5 "(srcImage==dstImage && srcImage->maskROI != ((void *)0))",
+ * "(srcImage->depth==32||dstImage->depth==32)", "(srcImage->depth!=dstImage->depth)", "((flipAxis>1)||(flipAxis<-1))",
+ * "(srcImage->depth==1 && srcImage->alphaChannel!=0)", "(dstImage->depth==1 && dstImage->alphaChannel!=0)",
+ * "(coiSrc<0||coiSrc>srcImage->nChannels)", "(srcImage->alphaChannel!=0 && srcImage->alphaChannel!=
+ * srcImage->nChannels)" (without the blank), "(coiDst<0 || coiDst>dstImage->nChannels)", "(dstImage->alphaChannel!=0 &&
+ * dstImage->alphaChannel!=dstImage->nChannels)", "(nChannelsSrc != nChannelsDst)"; -4 "Out of memory", also for a
+ * refused source tile; -5 "Error get tile to write".
+ */
+PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Warps, rotation, shear and remapping
+ *
+ * Transforms take source coordinates to destination coordinates, both in pixels of the whole image: the first pixel's
+ * centre is (0, 0), whatever the regions are. Arrays of coefficients:
+ * - affine, 2 by 3: x' = c0 x + c1 y + c2, y' = c3 x + c4 y + c5;
+ * - bilinear, 2 by 4: x' = c0 x y + c1 x + c2 y + c3, y' the same from c4 on;
+ * - perspective, 3 by 3: x' = (c0 x + c1 y + c2) / (c6 x + c7 y + c8), y' = (c3 x + c4 y + c5) / (c6 x + c7 y + c8).
+ * A quadrangle lists its corners as x, y for those of a region, whose last pixels are (x1, y1): (x0, y0), (x1, y0),
+ * (x1, y1), (x0, y1). It may go round in either sense.
+ *
+ * Depths 1U (nearest pixels only), 8U and 16U. The source's region comes to lie in a quadrangle; pixels of the
+ * destination's region that lie in it, borders included, are written, the others stay. Only the destination's mask
+ * counts. What is outside the source's region is not read: taps that would lie there are held at its edge. A source
+ * below 2 pixels wide or high takes nearest pixels, one below 4 linear instead of cubic interpolation.
+ *
+ * - PXK_INTER_NN: the nearest pixel, half a pixel upward.
+ * - PXK_INTER_LINEAR: 8U from positions in 65536ths of a pixel, with 6 fraction bits from row to column; 16U in single
+ *   precision from positions in double precision.
+ * - PXK_INTER_CUBIC: Newton's polynomial through 4 by 4 pixels, 8U in fixed point with 4 fraction bits.
+ * - PXK_WARP_SMOOTH_EDGE may be or-ed in: pixels less than one pixel outside the quadrangle are mixed with the source's
+ *   edge, by the share that the source's pixels cover. One-bit images have no such edge.
+ *
+ * The operations report all that is wrong, in this order, and go on only with a stored status that is not negative:
+ * "Incorrect Image" (behind a null image nothing else is checked); -5 "srcImage->depth != dstImage->depth",
+ * "srcImage->origin != dstImage->origin", "srcImage->dataOrder != dstImage->dataOrder" (not for one-bit images, nor for
+ * one channel on both sides), "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)", "This
+ * function is not in-place function"; "warpFlag != 0 && warpFlag != 1", "Quadrangle is degenerate to triangle or length
+ * or point" (also where a corner is no number), "Quadrangle is concave"; "interpolate != PXK_INTER_NN && interpolate !=
+ * PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC". Then one of: -5 "Determinant of transform matrix == 0.0" (affine
+ * coefficients that are no numbers, or a determinant of at most 0.0000001), "Number of processed channels of srcImage !=
+ * Number of processed channels of dstImage", "Bad rect ROI" (a region that misses its image), "srcImage Rectangle ROI is
+ * degenerate to length or point" or the same of dstImage (below 2 pixels wide or high, of the region that belongs to
+ * the quadrangle); -4 "Out of memory", also for a refused source tile; -5 "Error get tile to write". Null arrays are
+ * refused with -5 and texts such as "coeffs == ((void *)0)".
+ */
+
+/** Or-ed to an interpolation of a warp: edges fade into what lies round them. */
+#define PXK_WARP_SMOOTH_EDGE 16
+
+/** Warps by an affine transform. */
+PXK_API void pxkWarpAffine(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][3], int32_t interpolate);
+
+/**
+ * Warps by a bilinear transform: finds the quadrangle, which is all that counts of the coefficients, and goes on as
+ * pxkWarpBilinearQ, under its name. With warpFlag 0 they are applied to the source's region, with 1 to the
+ * destination's.
+ */
+PXK_API void pxkWarpBilinear(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][4], int32_t warpFlag,
+                             int32_t interpolate);
+
+/**
+ * Warps bilinearly between a region and a quadrangle. warpFlag 0: the source's region to the quadrangle in the
+ * destination. 1: the quadrangle in the source, of which parts may lie outside the region and the image (whose edge
+ * pixels are then repeated), to all of the destination's region.
+ */
+PXK_API void pxkWarpBilinearQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
+                              int32_t interpolate);
+
+/** The same in perspective. */
+PXK_API void pxkWarpPerspective(PxkImage* srcImage, PxkImage* dstImage, double coeffs[3][3], int32_t warpFlag,
+                                int32_t interpolate);
+PXK_API void pxkWarpPerspectiveQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
+                                 int32_t interpolate);
+
+/**
+ * Turns by `angle` degrees: x' = x cos + y sin + xShift, y' = y cos - x sin + yShift. Any angle; multiples of 90 have
+ * exact sines and cosines, and with whole shifts only move pixels. Reports under the name pxkWarpAffine unless pixels
+ * are moved between images in memory.
+ */
+PXK_API void pxkRotate(PxkImage* srcImage, PxkImage* dstImage, double angle, double xShift, double yShift,
+                       int32_t interpolate);
+
+/** Shears: pxkWarpAffine by x' = x + xShear y + xShift, y' = yShear x + y + yShift. */
+PXK_API void pxkShear(PxkImage* srcImage, PxkImage* dstImage, double xShear, double yShear, double xShift,
+                      double yShift, int32_t interpolate);
+
+/**
+ * Adds to the shifts what makes pxkRotate turn round (xCenter, yCenter); nothing at multiples of 360 degrees. Reports -5
+ * "xShift == ((void *)0) || yShift == ((void *)0)".
+ */
+PXK_API void pxkGetRotateShift(double xCenter, double yCenter, double angle, double* xShift, double* yShift);
+
+/**
+ * The quadrangle that a transform makes of the image's region, and its bounds { { smallest x, smallest y }, { largest x,
+ * largest y } }. No result is written after "Incorrect Image" or -5 "Bad rect ROI".
+ */
+PXK_API void pxkGetAffineQuad(PxkImage* image, double coeffs[2][3], double quad[4][2]);
+PXK_API void pxkGetAffineBound(PxkImage* image, double coeffs[2][3], double bound[2][2]);
+PXK_API void pxkGetBilinearQuad(PxkImage* image, double coeffs[2][4], double quad[4][2]);
+PXK_API void pxkGetBilinearBound(PxkImage* image, double coeffs[2][4], double bound[2][2]);
+PXK_API void pxkGetPerspectiveQuad(PxkImage* image, double coeffs[3][3], double quad[4][2]);
+PXK_API void pxkGetPerspectiveBound(PxkImage* image, double coeffs[3][3], double bound[2][2]);
+
+/**
+ * The transform that takes the image's region to a quadrangle, stored in `coeffs`. No result is written after "Incorrect
+ * Image"; -5 "Quadrangle is degenerate to triangle or length or point", "Quadrangle is concave"; affine: "Quadrangle is
+ * not parallelogram"; "Bad rect ROI"; "image Rectangle ROI is degenerate to length or point" (affine: "srcImage
+ * Rectangle ..."), a region one pixel wide or high.
+ */
+PXK_API void pxkGetAffineTransform(PxkImage* image, double coeffs[2][3], double quad[4][2]);
+PXK_API void pxkGetBilinearTransform(PxkImage* image, double coeffs[2][4], double quad[4][2]);
+PXK_API void pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], double quad[4][2]);
+
+/**
+ * Every destination pixel from the source position that two 32F images of one channel hold for it, as coordinates of
+ * the whole source. The area is the smallest of the regions of the destination and both maps, each at its own offset. A
+ * position before the first or behind the last pixel of the source's region, or one that is no number, leaves the pixel
+ * as it is. Nearest pixels: halves to the even coordinate. Otherwise interpolations, taps, depths and masks are those
+ * of the warps.
+ *
+ * Reports all of "Incorrect Image" (srcImage, xMap, yMap, dstImage); -5 "srcImage->depth != dstImage->depth",
+ * "srcImage->origin != dstImage->origin", "srcImage->dataOrder != dstImage->dataOrder", "(srcImage->depth &
+ * PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)", "xMap->depth != PXK_DEPTH_32F || xMap->nChannels != 1 ||
+ * xMap->alphaChannel != 0", the same of yMap, "This function is not in-place function", "interpolate != PXK_INTER_NN &&
+ * interpolate != PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC"; then channels, memory and tiles as the warps.
+ */
+PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkImage* dstImage, int32_t interpolate);
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @name Fourier and cosine transforms
+ *
+ * A packed spectrum is an image of the same size as the real one of W times H pixels, one real value a pixel. F(k, l) is
+ * the complex spectrum at horizontal frequency k and vertical frequency l. A line of M values packs its spectrum S, whose
+ * upper half mirrors the lower one, as S(0), Re S(1), Im S(1), Re S(2), Im S(2), ..., and for even M at last S(M/2): M
+ * values, as S(0) and S(M/2) are real. Of the image
+ * - column 0 holds the packed line F(0, l), element y in row y;
+ * - columns 2k - 1 and 2k hold Re F(k, y) and Im F(k, y) in row y, for k from 1 to (W - 1) / 2;
+ * - column W - 1 holds the packed line F(W/2, l) if W is even.
+ * For even sizes the corners are F(0, 0), F(W/2, 0), F(0, H/2) and F(W/2, H/2). Width 4 and height 4, for instance:
+ *
+ *     F(0,0)      Re F(1,0)   Im F(1,0)   F(2,0)
+ *     Re F(0,1)   Re F(1,1)   Im F(1,1)   Re F(2,1)
+ *     Im F(0,1)   Re F(1,2)   Im F(1,2)   Im F(2,1)
+ *     F(0,2)      Re F(1,3)   Im F(1,3)   F(2,2)
+ */
+
+/**
+ * pxkRealFft2D turns a real image into its packed spectrum, pxkCcsFft2D a packed spectrum into the real image.
+ *
+ * flags has one direction. With PXK_FFT_FORWARD the exponent is -2 pi i (k m / W + l n / H), and nothing is scaled. With
+ * PXK_FFT_INVERSE it is positive, and the result is multiplied by 1 / (W H) unless PXK_FFT_NOSCALE is set too. The
+ * direction does not choose the function: pxkRealFft2D forward then pxkCcsFft2D inverse, and pxkRealFft2D inverse then
+ * pxkCcsFft2D forward, both return the image.
+ *
+ * Any size: W and H are the smaller width and height of the two regions, cut at the images' edges; each channel is
+ * transformed by itself. All depths but one-bit, which may differ, both data orders, images in memory; masks don't count.
+ * The images may be one and the same. Integer samples are taken as they are; results are rounded to the nearest integer,
+ * halves to the even one, and limited to the destination's range: 32F and 32S hold a spectrum, 8U hardly does.
+ *
+ * PXK_FFT_USE_INT asks for fixed-point arithmetic, where neither image is 32F: samples times 64 in 32 bits that wrap, 14-bit
+ * factors. It fits spectra that stay below 2^25. PXK_FFT_USE_FLOAT, the default, is single precision.
+ *
+ * Tables and work memory are kept for each thread until it ends, until memory is short, or until PXK_FFT_FREE, with which
+ * a call does nothing else and looks at nothing else: pxkRealFft2D(NULL, NULL, PXK_FFT_FREE).
+ *
+ * Reports -5 and returns: "(flags & 1) == 0 && (flags & 2 ) == 0", "(flags & 1) != 0 && (flags & 2 ) != 0", "(flags & 32)
+ * != 0 && (flags & 16 ) != 0"; for srcImage, then for dstImage under its name: "srcImage==0", "Incorrect Image" (with the
+ * status of the check), "srcImage->alphaChannel > 0 && srcImage->alphaChannel != srcImage->nChannels", for one channel
+ * "srcImage->alphaChannel == 1 && srcImage->roi == 0" and "srcImage->alphaChannel == 1 && srcImage->roi->coi != 1",
+ * "srcImage->depth == 1", "srcImage->imageData == ((void*)(0))" (tiled images); then, with unlike numbers of processed
+ * channels, "(srcImage->nChannels - (srcImage->alphaChannel != 0)) != (dstImage->nChannels - (dstImage->alphaChannel !=
+ * 0))", "(dstImage->nChannels - (dstImage->alphaChannel != 0)) != (srcImage->roi->coi > 0)" or "(srcImage->nChannels -
+ * (srcImage->alphaChannel != 0)) != (dstImage->roi->coi > 0)". -4 "No working memory".
+ */
+PXK_API void pxkRealFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+
+/** See pxkRealFft2D. */
+PXK_API void pxkCcsFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+
+/**
+ * Multiplies two packed spectra as complex numbers, value by value: what a filter in the frequency domain needs.
+ *
+ * 8S, 16S, 32S or 32F, the same of all images, both data orders, images in memory; the regions have one size, and
+ * srcA, srcB and dst may be one image. 8S and 16S are computed in 32-bit integers that wrap and limited to the depth's
+ * range; 32S in double, rounded to the nearest integer, halves to the even one, and limited; 32F in single precision.
+ *
+ * Reports and returns: "Incorrect Image" for srcA, srcB, dst; -17 "srcA->depth || srcB->depth == 8U||16U||1U"; -5
+ * "(srcA->depth != srcB->depth)", "(srcA->depth != dst->depth)", "(width_srcA != width_srcB)", "(height_srcA !=
+ * height_srcB)", "(width_srcA != width_dst)", "(height_srcA != height_dst)"; for srcA, srcB and dst in turn -24
+ * "srcA-roi->coi" for a channel of interest that is none, and -18 "srcA->alphaChannel" for an alpha channel that is not the
+ * last one; -15 without a text for unlike numbers of processed channels; -5 "srcA->imageData == ((void*)(0))" and so on for
+ * tiled images.
+ */
+PXK_API void pxkMpyRCPack2D(PxkImage* srcA, PxkImage* srcB, PxkImage* dst);
+
+/**
+ * Cosine transform of each channel of an image or of its region, of W times H pixels, in single precision:
+ * Y(u, v) = 2 / sqrt(W H) c(u) c(v) sum of x(i, j) cos((2 i + 1) u pi / (2 W)) cos((2 j + 1) v pi / (2 H)), where c(0) is
+ * the square root of 1/2 and every other c is 1. With PXK_DCT_INVERSE its transpose, which is its inverse. With both
+ * directions or none nothing happens, and nothing is reported.
+ *
+ * Any size: the common width and height of the regions. All depths but one-bit, which may differ, images in memory; masks
+ * and channels of interest don't count, alpha is left out. Integer results are rounded to the nearest integer, halves to the
+ * even one, and limited to the range. 8 by 8 pixels have a way of their own that takes no memory.
+ *
+ * Tables and work memory are kept for each thread as with pxkRealFft2D, until PXK_DCT_FREE, with which nothing else is
+ * looked at.
+ *
+ * Reports -5 and returns: "src==0", "dst==0"; then nothing at all while a negative status is stored; "\nFunction does not
+ * support inplace operation", "\nImages with 1u depth are not processed", "\nAlpha channel may be 0 or number of
+ * channels", "Images are not compatible" (unlike numbers of channels or data orders, a region in only one image, or a region
+ * that leaves its image), "srcImage->imageData == ((void*)(0))" and "dstImage->imageData == ((void*)(0))" (tiled images).
+ * Without memory the destination stays as it is, and nothing is reported.
+ */
+PXK_API void pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */

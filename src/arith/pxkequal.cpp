@@ -1,3 +1,4 @@
+#include <cfloat>
 #include <cmath>
 
 #include "owncompare.h"
@@ -27,10 +28,18 @@ void pxkEqualSFP(PxkImage* srcImage, PxkImage* dstImage, float value)
 }
 
 // The difference is formed in double: there it is exact unless one sample is 2^29 times the other, while a difference
-// rounded to float could reach the bound from either side.
+// rounded to float could reach the bound from either side. A unit that keeps more digits rounds it on its way through
+// memory.
+#if FLT_EVAL_METHOD == 0
+using OwnDifference = double;
+#else
+using OwnDifference = volatile double;
+#endif
+
 static bool ownIsNear(float a, float b, float epsilon)
 {
-    return std::fabs(static_cast<double>(a) - static_cast<double>(b)) <= static_cast<double>(epsilon);
+    const OwnDifference difference = static_cast<double>(a) - static_cast<double>(b);
+    return std::fabs(difference) <= static_cast<double>(epsilon);
 }
 
 void pxkEqualFPEps(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, float epsilon)

@@ -15,7 +15,7 @@ static constexpr int32_t ownPoolSize = 1 << 18;
 static void ownForgetLists(OwnNearest* nearest)
 {
     memset(nearest->cells.get(), 0, (ownCellCount + ownBlockCount) * sizeof(uint32_t));
-    nearest->poolUsed = static_cast<int32_t>(nearest->count); // behind the whole table
+    nearest->poolUsed = nearest->listed; // behind the whole table
 }
 
 static uint32_t ownEntry(const OwnNearest* nearest, int64_t index)
@@ -23,6 +23,23 @@ static uint32_t ownEntry(const OwnNearest* nearest, int64_t index)
     const uint8_t* const entry = nearest->table + 4 * index;
     return entry[0] | static_cast<uint32_t>(entry[1]) << 8 | static_cast<uint32_t>(entry[2]) << 16
         | static_cast<uint32_t>(index) << 24;
+}
+
+// Lists the entries, of equal ones the first, since no other is ever the nearest. The cells are lent as a hash table of
+// the colours that were met: never more than an eighth of its slots is taken.
+static void ownListEntries(OwnNearest* nearest)
+{
+    memset(nearest->cells.get(), 0, ownCellCount * sizeof(uint32_t));
+    nearest->listed = 0;
+    for (int32_t i = 0; i < nearest->count; ++i) {
+        const uint32_t entry = ownEntry(nearest, i);
+        const uint32_t met = (entry & 0xFFFFFF) | 1u << 24;
+        uint32_t slot = met * 0x9E3779B1u / (UINT32_MAX / ownCellCount + 1); // 2^32 over the golden ratio
+        while (nearest->cells[slot] != 0 && nearest->cells[slot] != met) slot = (slot + 1) % ownCellCount;
+        if (nearest->cells[slot] == met) continue;
+        nearest->cells[slot] = met;
+        nearest->pool[nearest->listed++] = entry;
+    }
 }
 
 void ownPrepareNearest(OwnNearest* nearest, const uint8_t* table, int64_t count)
@@ -36,7 +53,7 @@ void ownPrepareNearest(OwnNearest* nearest, const uint8_t* table, int64_t count)
     nearest->pool = ownBuffer<uint32_t>(ownPoolSize);
     if (nearest->pool) nearest->cells = ownBuffer<uint32_t>(ownCellCount + ownBlockCount);
     if (!nearest->cells) return;
-    for (int32_t i = 0; i < count; ++i) nearest->pool[i] = ownEntry(nearest, i);
+    ownListEntries(nearest);
     ownForgetLists(nearest);
 }
 
@@ -133,7 +150,7 @@ static uint32_t ownFirstOfCube(uint32_t color, int32_t bits)
 static bool ownListCell(OwnNearest* nearest, uint32_t color)
 {
     uint32_t* const block = &nearest->cells[ownCellCount + ownCubeOf(color, ownBlockBits)];
-    const uint32_t table = static_cast<uint32_t>(nearest->count) << ownPlaceBits;
+    const uint32_t table = static_cast<uint32_t>(nearest->listed) << ownPlaceBits;
     if (*block == 0) *block = ownListCube(nearest, table, ownFirstOfCube(color, ownBlockBits), ownBlockBits);
     if (*block == 0) return false;
     uint32_t* const cell = &nearest->cells[ownCubeOf(color, ownCellBits)];

@@ -8,6 +8,7 @@
 struct OwnNearest {
     const uint8_t* table;      // four bytes an entry: blue, green, red, reserved
     int64_t count;             // entries, 1 or more
+    int32_t listed;            // entries at the front of `pool`: of equal ones the first
     bool isGrayExact[256];     // entry g is the gray g, in a table of 256
     OwnBuffer<uint32_t> cells; // by cell, its list in `pool`; 0: not asked for yet. Null: searches walk the table
     OwnBuffer<uint32_t> pool;  // lists of entries: blue, green, red and the low eight bits of the index, by index

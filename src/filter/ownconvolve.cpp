@@ -8,7 +8,7 @@
 
 #include "frame/owndepth.h"
 #include "frame/ownivdep.h"
-#include "frame/ownround.h"
+#include "frame/ownlimit.h"
 #include "ownsums.h"
 #include "pxk/pxk.h"
 
@@ -52,6 +52,30 @@ static OwnSums ownChooseSums(const OwnSumRange& range)
     return fits32 ? OwnSums::WIDE : OwnSums::SINGLE;
 }
 
+// 8-bit samples: the taps from `start` on whose sum fits 16 bits, at least one. 0: a product does not.
+static int32_t ownGroupLength(const OwnTap* taps, int32_t count, OwnRange samples)
+{
+    int64_t low = 0;
+    int64_t high = 0;
+    for (int32_t k = 0; k < count; ++k) {
+        const int64_t value = taps[k].value;
+        high += value * (value > 0 ? samples.high : samples.low);
+        low += value * (value > 0 ? samples.low : samples.high);
+        if (high > INT16_MAX || low < INT16_MIN) return k;
+    }
+    return count;
+}
+
+// Tells each tap how many of the following ones, itself included, are summed in 16 bits with it. False: some cannot be.
+static bool ownPlanGroups(OwnTap* taps, int32_t count, OwnRange samples)
+{
+    for (int32_t start = 0; start < count; start += taps[start].group) {
+        taps[start].group = ownGroupLength(taps + start, count - start, samples);
+        if (taps[start].group == 0) return false;
+    }
+    return true;
+}
+
 // Lists the taps of a kernel from `taps` on. Integer sums leave zeros out; single-precision ones multiply them too.
 static void ownPlanKernel(OwnConvPlan& plan, const OwnCorrelation& kernel, OwnTap* taps, OwnKernelPlan& made)
 {
@@ -66,7 +90,7 @@ static void ownPlanKernel(OwnConvPlan& plan, const OwnCorrelation& kernel, OwnTa
     for (int32_t y = 0; y < kernel.nRows; ++y) {
         for (int32_t x = 0; x < kernel.nCols; ++x) {
             const int64_t i = static_cast<int64_t>(y) * kernel.nCols + x;
-            OwnTap tap = { plan.margins.top - kernel.anchorY + y, plan.margins.left - kernel.anchorX + x, 0, 0 };
+            OwnTap tap = { plan.margins.top - kernel.anchorY + y, plan.margins.left - kernel.anchorX + x, 0, 0, 0 };
             if (kernel.values != nullptr) {
                 tap.value = kernel.values[i];
                 tap.valueFP = static_cast<float>(tap.value);
@@ -76,9 +100,39 @@ static void ownPlanKernel(OwnConvPlan& plan, const OwnCorrelation& kernel, OwnTa
             if (made.sums == OwnSums::SINGLE || tap.value != 0) taps[made.count++] = tap;
         }
     }
+    const bool isByte = ownDepthBits(plan.depth) <= 8;
+    made.hasGroups =
+        isByte && made.sums != OwnSums::SINGLE && ownPlanGroups(taps, made.count, ownDepthRange(plan.depth));
     const auto isFirstValue = [taps](const OwnTap& tap) { return tap.value == taps[0].value; };
     made.isBox = made.sums != OwnSums::SINGLE && made.count == kernel.nCols * kernel.nRows
         && std::all_of(taps, taps + made.count, isFirstValue);
+}
+
+// A single dense kernel of 3 x 3 or 5 x 5 whose result is stored as it is.
+static void ownPlanSquare(OwnConvPlan& plan)
+{
+    OwnSquare& square = plan.square;
+    const OwnKernelPlan& kernel = plan.kernels[0];
+    square.sums = OwnSquareSums::NONE;
+    square.side = plan.margins.left + 1 + plan.margins.right;
+    square.shift = kernel.shift;
+    const bool isSquare = square.side == plan.margins.top + 1 + plan.margins.bottom;
+    const bool isPlain = plan.method != PXK_CONV_SUMSQ && plan.method != PXK_CONV_SUMSQROOT;
+    if (plan.nKernels != 1 || !isSquare || !isPlain || (square.side != 3 && square.side != 5)) return;
+    for (int32_t k = 0; k < square.side * square.side; ++k) {
+        square.values[k] = 0;
+        square.valuesFP[k] = 0;
+    }
+    for (int32_t k = 0; k < kernel.count; ++k) {
+        const OwnTap& tap = kernel.taps[k];
+        square.values[tap.row * square.side + tap.column] = tap.value;
+        square.valuesFP[tap.row * square.side + tap.column] = tap.valueFP;
+    }
+    if (plan.depth == PXK_DEPTH_32F) {
+        square.sums = OwnSquareSums::SINGLE;
+    } else if (kernel.sums != OwnSums::SINGLE) {
+        square.sums = ownChooseSquareSums(square, plan.depth);
+    }
 }
 
 bool ownPlanConvolution(OwnConvPlan& plan, int32_t depth, const OwnCorrelation* kernels, int32_t nKernels,
@@ -103,6 +157,7 @@ bool ownPlanConvolution(OwnConvPlan& plan, int32_t depth, const OwnCorrelation* 
         ownPlanKernel(plan, kernels[k], next, plan.kernels[k]);
         next += static_cast<int64_t>(kernels[k].nCols) * kernels[k].nRows;
     }
+    ownPlanSquare(plan);
     return true;
 }
 
@@ -197,41 +252,24 @@ static void ownSumTaps(const OwnTap* taps, int32_t count, const OwnChunkRows& fr
 
 // 8-bit samples: taps are taken in groups whose sums fit 16 bits, and only the groups are added in 32.
 template <class T>
-static void ownSumGroups(const OwnKernelPlan& kernel, OwnRange samples, const OwnChunkRows& from, int32_t* sums,
-                         ptrdiff_t n)
+static void ownSumGroups(const OwnKernelPlan& kernel, const OwnChunkRows& from, int32_t* sums, ptrdiff_t n)
 {
     int16_t part[ownChunk];
-    bool isFirst = true;
-    for (int32_t start = 0; start < kernel.count || isFirst;) {
-        int64_t low = 0;
-        int64_t high = 0;
-        int32_t end = start;
-        for (; end < kernel.count; ++end) {
-            const int64_t value = kernel.taps[end].value;
-            const int64_t nextHigh = high + value * (value > 0 ? samples.high : samples.low);
-            const int64_t nextLow = low + value * (value > 0 ? samples.low : samples.high);
-            if (nextHigh > 32767 || nextLow < -32768) break;
-            high = nextHigh;
-            low = nextLow;
-        }
-        if (end == start && start < kernel.count) return ownSumTaps<T>(kernel.taps, kernel.count, from, sums, n);
-        ownSumTaps<T>(kernel.taps + start, end - start, from, part, n);
-        if (isFirst) {
+    for (int32_t start = 0; start < kernel.count; start += kernel.taps[start].group) {
+        ownSumTaps<T>(kernel.taps + start, kernel.taps[start].group, from, part, n);
+        if (start == 0) {
             for (ptrdiff_t i = 0; i < n; ++i) sums[i] = part[i];
         } else {
             for (ptrdiff_t i = 0; i < n; ++i) sums[i] += part[i];
         }
-        isFirst = false;
-        start = end;
     }
 }
 
 template <class T>
 static void ownSumIntegers(const OwnKernelPlan& kernel, const OwnChunkRows& from, int32_t* sums, ptrdiff_t n)
 {
-    if constexpr (sizeof(T) == 1) {
-        const OwnRange samples = { std::numeric_limits<T>::min(), std::numeric_limits<T>::max() };
-        ownSumGroups<T>(kernel, samples, from, sums, n);
+    if (sizeof(T) == 1 && kernel.hasGroups && kernel.count > 0) {
+        ownSumGroups<T>(kernel, from, sums, n);
     } else {
         ownSumTaps<T>(kernel.taps, kernel.count, from, sums, n);
     }
@@ -240,20 +278,14 @@ static void ownSumIntegers(const OwnKernelPlan& kernel, const OwnChunkRows& from
     for (ptrdiff_t i = 0; i < n; ++i) sums[i] >>= shift;
 }
 
-// Sums beyond 32 bits come to its limits before they are rounded and shifted.
-static inline int32_t ownRoundLimited(float value)
-{
-    const float limited = value < -2147483648.0f ? -2147483648.0f : value;
-    return limited >= 2147483648.0f ? INT32_MAX : ownRoundEven(limited >= 2147483648.0f ? 0.0f : limited);
-}
-
 template <class T>
 static void ownSumSingles(const OwnKernelPlan& kernel, const OwnChunkRows& from, float* sums, ptrdiff_t n)
 {
     ownSumTaps<T>(kernel.taps, kernel.count, from, sums, n);
     if (kernel.shift == 0 || std::is_floating_point<T>::value) return;
     const int32_t shift = kernel.shift;
-    for (ptrdiff_t i = 0; i < n; ++i) sums[i] = static_cast<float>(ownRoundLimited(sums[i]) >> shift);
+    // Sums beyond 32 bits come to its limits before they are shifted.
+    for (ptrdiff_t i = 0; i < n; ++i) sums[i] = static_cast<float>(ownLimitReal<int32_t>(sums[i]) >> shift);
 }
 
 // A kernel's results in single precision, whatever its sums were formed in.
@@ -273,31 +305,16 @@ static void ownSumAsSingles(const OwnKernelPlan& kernel, const OwnChunkRows& fro
 
 // ---- storing -------------------------------------------------------------------------------------------------------
 
-template <class T, class Value> static inline T ownLimited(Value value)
-{
-    if constexpr (std::is_floating_point<T>::value) {
-        return value;
-    } else if constexpr (std::is_floating_point<Value>::value) {
-        constexpr float low = static_cast<float>(std::numeric_limits<T>::min());
-        constexpr float high = static_cast<float>(std::numeric_limits<T>::max()); // 2^31 at 32 bits
-        if constexpr (sizeof(T) == 4) {
-            return ownRoundLimited(value);
-        } else {
-            const float above = value > low ? value : low;
-            return static_cast<T>(ownRoundEven(above < high ? above : high));
-        }
-    } else {
-        constexpr int32_t low = std::numeric_limits<T>::min();
-        constexpr int32_t high = std::numeric_limits<T>::max();
-        const int32_t above = value > low ? value : low;
-        return static_cast<T>(above < high ? above : high);
-    }
-}
-
 template <class T, class Value> static void ownStoreLimited(const Value* values, T* out, ptrdiff_t n)
 {
     OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) out[i] = ownLimited<T>(values[i]);
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        if constexpr (std::is_floating_point<T>::value) {
+            out[i] = ownOneNaN(values[i]);
+        } else {
+            out[i] = ownLimitTo<T>(values[i]);
+        }
+    }
 }
 
 // A single kernel over 8-bit samples whose sums fit 16 bits, signed or not, needs no wider step at all.
@@ -306,17 +323,11 @@ static void ownConvolveNarrow(const OwnKernelPlan& kernel, const OwnChunkRows& f
 {
     Sum sums[ownChunk];
     ownSumTaps<T>(kernel.taps, kernel.count, from, sums, n);
-    const int32_t shift = std::min(kernel.shift, 15 + static_cast<int32_t>(std::is_unsigned<Sum>::value));
-    constexpr int32_t low = std::numeric_limits<T>::min();
-    constexpr int32_t high = std::numeric_limits<T>::max();
+    // The visible range lets the compiler shift in 16 bits; an unsigned sum shifted by 16 is 0.
+    const int32_t shift = std::min(kernel.shift, 15) & 15;
+    const Sum kept = std::is_unsigned<Sum>::value && kernel.shift > 15 ? 0 : static_cast<Sum>(~Sum { 0 });
     OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) {
-        const Sum value = static_cast<Sum>(sums[i] >> shift);
-        const Sum above = value > static_cast<Sum>(std::max<int32_t>(low, std::numeric_limits<Sum>::min()))
-            ? value
-            : static_cast<Sum>(std::max<int32_t>(low, std::numeric_limits<Sum>::min()));
-        out[i] = static_cast<T>(above < static_cast<Sum>(high) ? above : static_cast<Sum>(high));
-    }
+    for (ptrdiff_t i = 0; i < n; ++i) out[i] = ownLimitInteger<T>(static_cast<Sum>((sums[i] & kept) >> shift));
 }
 
 // ---- combining -----------------------------------------------------------------------------------------------------
@@ -437,21 +448,41 @@ template <class T> static void ownConvolveChunk(const OwnConvPlan& plan, const O
     ownConvolveSeveral<T, float>(plan, from, out, n);
 }
 
-// A single kernel of one coefficient is a multiple of the window's sum, which costs the same whatever the window.
+// A single kernel of one coefficient is a multiple of the window's sum, which costs the same whatever the window. Sums
+// count from the lowest sample: `lowest` is what that adds up to.
 template <class T> static bool ownConvolveBox(const OwnBand& band, const OwnConvPlan& plan)
 {
     const int32_t nCols = plan.margins.left + 1 + plan.margins.right;
     const int32_t nRows = plan.margins.top + 1 + plan.margins.bottom;
-    const int32_t value = plan.kernels[0].taps[0].value;
-    const int32_t shift = plan.kernels[0].shift;
-    return ownWindowSums<T, int32_t>(band, nCols, nRows, [&](int32_t* sums, T* out, ptrdiff_t n) {
-        for (ptrdiff_t i = 0; i < n; ++i) sums[i] = sums[i] * value >> shift;
-        ownApplyMethod(sums, plan.method, n);
-        ownStoreLimited(sums, out, n);
+    const OwnKernelPlan& kernel = plan.kernels[0];
+    const int32_t value = kernel.taps[0].value;
+    const int32_t shift = kernel.shift;
+    const bool isPlain = plan.method != PXK_CONV_SUMSQ && plan.method != PXK_CONV_SUMSQROOT;
+    if constexpr (std::is_same<T, uint8_t>::value) {
+        if (isPlain && shift <= 15 && value > 0
+            && static_cast<int64_t>(value) * kernel.count * UINT8_MAX <= UINT16_MAX) {
+            const auto store = [value, shift](const uint16_t* sums, uint8_t* out, ptrdiff_t n) {
+                const uint16_t factor = static_cast<uint16_t>(value);
+                ownInBlocks<ownBlockOf<uint8_t>>(n, [&](ptrdiff_t i) {
+                    const uint16_t product = static_cast<uint16_t>(sums[i] * factor);
+                    out[i] = ownLimitInteger<uint8_t>(static_cast<uint16_t>(product >> (shift & 15)));
+                });
+            };
+            return ownWindowSums<uint8_t, uint16_t>(band, nCols, nRows, store);
+        }
+    }
+    const uint32_t lowest = static_cast<uint32_t>(kernel.count) * static_cast<uint32_t>(ownDepthRange(plan.depth).low);
+    return ownWindowSums<T, uint32_t>(band, nCols, nRows, [&](const uint32_t* sums, T* out, ptrdiff_t n) {
+        ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) {
+            int32_t sum = static_cast<int32_t>((sums[i] + lowest) * static_cast<uint32_t>(value)) >> shift;
+            if (plan.method == PXK_CONV_SUMSQ) sum = ownSquare(sum);
+            if (plan.method == PXK_CONV_SUMSQROOT) sum = sum < 0 ? -sum : sum;
+            out[i] = ownLimitInteger<T>(sum);
+        });
     });
 }
 
-template <class T> static bool ownConvolveAs(const OwnBand& band, const OwnConvPlan& plan)
+template <class T> static bool ownConvolveAs(const OwnBand& band, const OwnConvPlan& plan, int32_t depth)
 {
     if constexpr (!std::is_floating_point<T>::value) {
         constexpr int32_t fewTaps = 9; // fewer than these are cheaper one by one
@@ -460,6 +491,10 @@ template <class T> static bool ownConvolveAs(const OwnBand& band, const OwnConvP
         if (plan.nKernels == 1 && kernel.isBox && kernel.count > fewTaps && !isSquareWide) {
             return ownConvolveBox<T>(band, plan);
         }
+    }
+    if (plan.square.sums != OwnSquareSums::NONE) {
+        ownSquareBand(band, plan.square, depth);
+        return true;
     }
     for (int32_t y = 0; y < band.height; ++y) {
         T* const out = reinterpret_cast<T*>(band.out[y]);
@@ -474,8 +509,8 @@ template <class T> static bool ownConvolveAs(const OwnBand& band, const OwnConvP
 bool ownConvolveBand(const OwnBand& band, const OwnConvPlan& plan)
 {
     const int32_t depth = plan.depth == PXK_DEPTH_1U ? PXK_DEPTH_8U : plan.depth; // bits come as bytes of 0 and 1
-    bool isGood = false;
-    ownForDepth(depth, [&](auto tag) { isGood = ownConvolveAs<typename decltype(tag)::Sample>(band, plan); });
+    const bool isGood =
+        ownForDepth(depth, [&](auto tag) { return ownConvolveAs<typename decltype(tag)::Sample>(band, plan, depth); });
     if (plan.depth == PXK_DEPTH_1U) ownLimitBits(band);
     return isGood;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "frame/ownbuffer.h"
-#include "ownwindow.h"
+#include "ownsquare.h"
 
 constexpr int32_t ownMostKernels = 10;
 
@@ -15,6 +15,7 @@ struct OwnTap {
     int32_t column;
     int32_t value;
     float valueFP;
+    int32_t group; // the first tap of a group that is summed in 16 bits: the number of its taps
 };
 
 struct OwnKernelPlan {
@@ -22,6 +23,7 @@ struct OwnKernelPlan {
     int32_t count;
     OwnSums sums;
     bool isUnsigned16; // the sum lies in 0 to 65535
+    bool hasGroups;    // 8-bit samples: all taps are in groups
     bool isBox;        // integer sums with one coefficient everywhere
     int32_t shift;
 };
@@ -32,6 +34,7 @@ struct OwnConvPlan {
     int32_t nKernels;
     OwnKernelPlan kernels[ownMostKernels];
     OwnMargins margins; // of all kernels together
+    OwnSquare square;   // of a single small kernel
     OwnBuffer<OwnTap> taps;
 };
 

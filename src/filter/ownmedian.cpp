@@ -281,11 +281,18 @@ bool ownMedianBand(const OwnBand& band, int32_t depth, int32_t nCols, int32_t nR
     }
 }
 
-bool ownMajorityBand(const OwnBand& band, int32_t nCols, int32_t nRows)
+template <class Sum> static bool ownMajorityOf(const OwnBand& band, int32_t nCols, int32_t nRows)
 {
     const int64_t n = static_cast<int64_t>(nCols) * nRows;
-    const int64_t threshold = n / 2 + n % 2;
-    return ownWindowSums<uint8_t, int32_t>(band, nCols, nRows, [&](const int32_t* sums, uint8_t* out, ptrdiff_t width) {
-        for (ptrdiff_t i = 0; i < width; ++i) out[i] = sums[i] >= threshold ? 1 : 0;
+    const Sum threshold = static_cast<Sum>(n / 2 + n % 2);
+    return ownWindowSums<uint8_t, Sum>(band, nCols, nRows, [&](const Sum* sums, uint8_t* out, ptrdiff_t width) {
+        const Sum least = threshold;
+        ownInBlocks<ownBlockOf<uint8_t>>(width, [&](ptrdiff_t i) { out[i] = sums[i] >= least ? 1 : 0; });
     });
+}
+
+bool ownMajorityBand(const OwnBand& band, int32_t nCols, int32_t nRows)
+{
+    const bool isNarrow = static_cast<int64_t>(nCols) * nRows <= UINT16_MAX;
+    return isNarrow ? ownMajorityOf<uint16_t>(band, nCols, nRows) : ownMajorityOf<uint32_t>(band, nCols, nRows);
 }

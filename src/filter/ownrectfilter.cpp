@@ -37,13 +37,14 @@ bool ownGoodRectFilter(const OwnSite& site, const OwnRectFilter& filter, const O
     return fault == PXK_StsOk && !isStale && nChannels > 0;
 }
 
-void ownRunRectFilter(const OwnRectFilter& filter, OwnBitRows bitRows, OwnBandEngine engine)
+void ownRunRectFilter(const OwnRectFilter& filter, const OwnRectRows& rows, OwnBandEngine engine)
 {
     OwnArea area;
     if (ownFindArea(area, { filter.srcImage, filter.dstImage }) != OwnStart::READY) return;
     OwnWindowWork work = ownWindowWork(filter.srcImage, filter.dstImage, area);
     work.margins = { filter.anchorX, filter.anchorY, filter.nCols - 1 - filter.anchorX,
                      filter.nRows - 1 - filter.anchorY };
-    work.bitRows = bitRows;
+    work.bitRows = rows.bitRows;
+    work.inFixedBands = rows.inFixedBands;
     if (!ownRunWindow(work, engine)) return; // such an end is silent in this family
 }

@@ -24,5 +24,11 @@ struct OwnRectRules {
 // All checks, reported. False also for images without a channel to process.
 [[nodiscard]] bool ownGoodRectFilter(const OwnSite& site, const OwnRectFilter& filter, const OwnRectRules& rules);
 
+// How the engine wants its rows.
+struct OwnRectRows {
+    OwnBitRows bitRows;
+    bool inFixedBands;
+};
+
 // Masks, common size, borders and tiles. A shortage of memory or a refused tile ends the call without a report.
-void ownRunRectFilter(const OwnRectFilter& filter, OwnBitRows bitRows, OwnBandEngine engine);
+void ownRunRectFilter(const OwnRectFilter& filter, const OwnRectRows& rows, OwnBandEngine engine);

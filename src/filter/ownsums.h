@@ -1,66 +1,167 @@
-// Sums over rectangular windows, at a cost that does not grow with the window's height and only with the logarithm of
-// its width.
+// Sums over rectangular windows of integer samples, at a cost that does not grow with the window's height and hardly
+// with its width.
 #pragma once
 
-#include "frame/ownbuffer.h"
-#include "frame/ownivdep.h"
+#include <algorithm>
+#include <limits>
+#include <type_traits>
+#include <utility>
+
 #include "ownwindow.h"
 
-// Sums of `count` neighbours along a row: sums of 1, 2, 4, ... neighbours are made in `powers`, which holds width +
-// (count - 1) step entries and is destroyed; those whose lengths add up to count are added where the one before ended.
-template <class Sum> inline void ownRowSums(Sum* powers, Sum* sums, ptrdiff_t width, ptrdiff_t step, int32_t count)
+// ---- along a row ---------------------------------------------------------------------------------------------------
+
+// A row of sums, with room for a block of the smallest samples behind its end.
+template <class Sum> [[nodiscard]] inline Sum* ownTakeRow(const OwnBand& band, ptrdiff_t length)
 {
-    ptrdiff_t length = width + (count - 1) * step;
-    ptrdiff_t offset = 0;
-    bool isFirst = true;
-    for (int32_t power = 1;; power *= 2) {
-        if ((count & power) != 0) {
-            const Sum* const part = powers + offset;
-            if (isFirst) {
-                for (ptrdiff_t i = 0; i < width; ++i) sums[i] = part[i];
-            } else {
-                OWN_IVDEP
-                for (ptrdiff_t i = 0; i < width; ++i) sums[i] += part[i];
-            }
-            isFirst = false;
-            offset += power * step;
-        }
-        if (power > count / 2) return;
-        length -= power * step;
-        const Sum* const next = powers + power * step;
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < length; ++i) powers[i] += next[i]; // reads run ahead of writes
+    return band.scratch.take<Sum>(static_cast<int64_t>(length) + ownBlockBytes);
+}
+
+// to[i] = the sum of N rows at i.
+template <int32_t N, class Sum> inline void ownAddRows(const Sum* const* rows, Sum* to, ptrdiff_t n)
+{
+    const Sum* row[N];
+    for (int32_t k = 0; k < N; ++k) row[k] = rows[k];
+    ownInBlocks<ownBlockOf<Sum>>(n, [&](ptrdiff_t i) {
+        Sum sum = row[0][i];
+        for (int32_t k = 1; k < N; ++k) sum = static_cast<Sum>(sum + row[k][i]);
+        to[i] = sum;
+    });
+}
+
+constexpr int32_t ownMostAtOnce = 8;
+
+template <class Sum> inline void ownAddRows(const Sum* const* rows, int32_t count, Sum* to, ptrdiff_t n)
+{
+    switch (count) {
+    case 1: return ownAddRows<1>(rows, to, n);
+    case 2: return ownAddRows<2>(rows, to, n);
+    case 3: return ownAddRows<3>(rows, to, n);
+    case 4: return ownAddRows<4>(rows, to, n);
+    case 5: return ownAddRows<5>(rows, to, n);
+    case 6: return ownAddRows<6>(rows, to, n);
+    case 7: return ownAddRows<7>(rows, to, n);
+    default: return ownAddRows<8>(rows, to, n);
     }
 }
 
-// Calls store(sums, output row, width), which may destroy the sums, for every output row of a band of integer samples.
-// Sums must fit Sum.
+// How many neighbours are summed first, so that windows of `count` take fewest loads: windows of so many samples, and
+// the single samples that are left over.
+inline int32_t ownBestRadix(int32_t count)
+{
+    const auto loads = [count](int32_t radix) { return radix + count / radix + count % radix; };
+    int32_t best = 2;
+    for (int32_t radix = 3; radix <= ownMostAtOnce; ++radix) best = loads(radix) < loads(best) ? radix : best;
+    return best;
+}
+
+// Windows of up to 64 samples fit two levels: neighbours, and windows of those. The rows are shifted copies of one.
+template <class Sum>
+inline void ownSumFew(const Sum* from, Sum* spare, Sum* sums, ptrdiff_t width, ptrdiff_t step, int32_t count)
+{
+    const Sum* rows[2 * ownMostAtOnce];
+    int32_t nRows = 0;
+    const int32_t radix = count <= ownMostAtOnce ? 1 : ownBestRadix(count);
+    const Sum* level = from;
+    if (radix > 1) {
+        for (int32_t k = 0; k < radix; ++k) rows[k] = from + k * step;
+        ownAddRows(rows, radix, spare, width + (count - radix) * step);
+        level = spare;
+    }
+    int32_t done = 0;
+    Sum* const second = spare + width + count * step + 2 * ownBlockOf<Sum>;
+    Sum* to = sums;
+    while (done < count) {
+        for (; nRows < ownMostAtOnce && done < count;) {
+            const bool isWindow = done + radix <= count;
+            rows[nRows++] = (isWindow ? level : from) + done * step;
+            done += isWindow ? radix : 1;
+        }
+        to = done < count ? (to == sums ? second : sums) : sums;
+        ownAddRows(rows, nRows, to, width);
+        rows[0] = to;
+        nRows = 1;
+    }
+}
+
+// Wide windows: the sums of all samples in front, of which windows are differences. One chain of additions would wait
+// for itself; rows of one channel are cut into four, which take turns.
+template <class Sum> inline void ownSumInFront(const Sum* from, Sum* to, ptrdiff_t n, ptrdiff_t step)
+{
+    for (ptrdiff_t i = 0; i < step; ++i) to[i] = 0;
+    if (step > 1) {
+        for (ptrdiff_t i = 0; i < n; ++i) to[i + step] = static_cast<Sum>(to[i] + from[i]);
+        return;
+    }
+    const ptrdiff_t part = n / 4;
+    Sum sum[4] = {};
+    Sum* const sums = to + 1;
+    for (ptrdiff_t i = 0; i < part; ++i) {
+        for (ptrdiff_t k = 0; k < 4; ++k) sums[k * part + i] = sum[k] = static_cast<Sum>(sum[k] + from[k * part + i]);
+    }
+    Sum base = sum[0];
+    for (ptrdiff_t k = 1; k < 4; ++k) {
+        Sum* const own = sums + k * part;
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < part; ++i) own[i] = static_cast<Sum>(own[i] + base);
+        base = static_cast<Sum>(base + sum[k]);
+    }
+    for (ptrdiff_t i = 4 * part; i < n; ++i) sums[i] = base = static_cast<Sum>(base + from[i]);
+}
+
+// Sums of `count` neighbours; `spare` holds two rows of the source's length.
+template <class Sum>
+inline void ownRowSums(const Sum* from, Sum* spare, Sum* sums, ptrdiff_t width, ptrdiff_t step, int32_t count)
+{
+    constexpr int32_t few = sizeof(Sum) == 2 ? 64 : 32;
+    if (count <= few) return ownSumFew(from, spare, sums, width, step, count);
+    ownSumInFront(from, spare, width + (count - 1) * step, step);
+    const Sum* const behind = spare + count * step;
+    ownInBlocks<ownBlockOf<Sum>>(width, [&](ptrdiff_t i) { sums[i] = static_cast<Sum>(behind[i] - spare[i]); });
+}
+
+// ---- windows -------------------------------------------------------------------------------------------------------
+
+// Samples counted from the lowest one, so that sums are not negative.
+template <class T> inline std::make_unsigned_t<T> ownFromLowest(T sample)
+{
+    using Word = std::make_unsigned_t<T>;
+    return static_cast<Word>(static_cast<Word>(sample) - static_cast<Word>(std::numeric_limits<T>::min()));
+}
+
+// Calls store(sums, output row, width) for every output row of a band of integer samples, counted from the lowest one;
+// rows may be stored twice. Sums must fit Sum, which is unsigned.
 template <class T, class Sum, class Store>
 [[nodiscard]] bool ownWindowSums(const OwnBand& band, int32_t nCols, int32_t nRows, const Store& store)
 {
     const ptrdiff_t length = band.width + static_cast<ptrdiff_t>(nCols - 1) * band.step;
-    const ptrdiff_t stride = (length + 15) & ~static_cast<ptrdiff_t>(15);
-    const OwnBuffer<Sum> buffer = ownBuffer<Sum>(3 * static_cast<int64_t>(stride));
-    if (buffer == nullptr) return false;
-    Sum* const columns = buffer.get();
-    Sum* const powers = columns + stride;
-    Sum* const sums = powers + stride;
-    const auto row = [&](int32_t y) { return reinterpret_cast<const T*>(band.rows[y]); };
-    for (ptrdiff_t i = 0; i < length; ++i) columns[i] = 0;
-    for (int32_t y = 0; y < nRows - 1; ++y) {
+    Sum* columns = ownTakeRow<Sum>(band, length);
+    Sum* next = ownTakeRow<Sum>(band, length);
+    Sum* const spare = ownTakeRow<Sum>(band, 2 * (length + band.step) + 2 * ownBlockOf<Sum>);
+    Sum* const sums = ownTakeRow<Sum>(band, band.width);
+    if (columns == nullptr || next == nullptr || spare == nullptr || sums == nullptr) return false;
+    const auto row = [&](int64_t y) { return reinterpret_cast<const T*>(band.rows[y]); };
+    std::fill(columns, columns + length + ownBlockBytes, Sum { 0 });
+    for (int64_t y = 0; y < nRows;) {
         const T* const entering = row(y);
-        for (ptrdiff_t i = 0; i < length; ++i) columns[i] += entering[i];
+        Sum times = 0;
+        for (; y < nRows && row(y) == entering; ++y) ++times;
+        ownInBlocks<ownBlockOf<T>>(length, [&](ptrdiff_t i) {
+            next[i] = static_cast<Sum>(columns[i] + static_cast<Sum>(times * ownFromLowest(entering[i])));
+        });
+        std::swap(columns, next);
     }
     for (int32_t y = 0; y < band.height; ++y) {
-        const T* const entering = row(y + nRows - 1);
-        const T* const leaving = row(y);
-        for (ptrdiff_t i = 0; i < length; ++i) {
-            const Sum sum = columns[i] + entering[i];
-            powers[i] = sum;
-            columns[i] = sum - leaving[i];
+        if (y > 0) {
+            const T* const entering = row(static_cast<int64_t>(y) + nRows - 1);
+            const T* const leaving = row(y - 1);
+            ownInBlocks<ownBlockOf<T>>(length, [&](ptrdiff_t i) {
+                next[i] = static_cast<Sum>(columns[i] + ownFromLowest(entering[i]) - ownFromLowest(leaving[i]));
+            });
+            std::swap(columns, next);
         }
-        ownRowSums<Sum>(powers, sums, band.width, band.step, nCols);
-        store(sums, reinterpret_cast<T*>(band.out[y]), band.width);
+        ownRowSums<Sum>(columns, spare, sums, band.width, band.step, nCols);
+        store(static_cast<const Sum*>(sums), reinterpret_cast<T*>(band.out[y]), band.width);
     }
     return true;
 }

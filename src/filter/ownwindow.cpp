@@ -4,36 +4,40 @@
 #include <cstring>
 
 #include "frame/ownbits.h"
-#include "frame/ownbuffer.h"
+#include "frame/ownborder.h"
 #include "frame/owndepth.h"
+#include "frame/ownpixelcopy.h"
 #include "frame/ownsource.h"
 
-// Source rows of a band stay in the second-level cache together.
-static constexpr int64_t ownBandBytes = 256 * 1024;
+// Copied source rows of a band, and output rows that wait for a mask, stay in the second-level cache together.
+static constexpr int64_t ownBandBytes = 128 * 1024;
+// Bands that results depend on must never change.
+static constexpr int64_t ownFixedBandBytes = 256 * 1024;
 
 // One pass of an engine: all channels of pixel-ordered images together, or a single channel.
 struct OwnPass {
     const OwnWindowWork& work;
     OwnBandEngine engine;
+    OwnScratch& scratch;
     OwnSource source;
-    int32_t channel;   // the first one, among the processed channels
-    int32_t nChannels; // processed channels in this pass
-    int32_t step;      // samples from pixel to pixel in the engine's rows
+    OwnView pixels;        // of the source, from the pass's first channel on
+    OwnPixelCopies copies; // from the source's rows into the engine's
+    ptrdiff_t unit;        // what they take as pixelBytes
+    int32_t channel;       // the first one, among the processed channels
+    int32_t nChannels;     // processed channels in this pass
+    int32_t step;          // samples from pixel to pixel in the engine's rows
 
     bool isBits() const { return work.source->depth == PXK_DEPTH_1U; }
     bool isBitRows() const { return isBits() && work.bitRows == OwnBitRows::AS_BITS; }
-    ptrdiff_t pixelBytes(const OwnView& view) const { return isBits() ? 1 : step * view.sampleBytes; }
-    ptrdiff_t rowBytes(const OwnView& view, ptrdiff_t n) const
+    // Of a pixel in the engine's rows; 0 for rows of bits.
+    ptrdiff_t pixelBytes() const { return isBits() ? (isBitRows() ? 0 : 1) : step * pixels.sampleBytes; }
+    ptrdiff_t rowBytes(int64_t n) const
     {
-        return isBitRows() ? ownBytesOfBits(0, n) : n * pixelBytes(view);
+        return isBitRows() ? ownBytesOfBits(0, static_cast<ptrdiff_t>(n)) : static_cast<ptrdiff_t>(n) * pixelBytes();
     }
+    // Pixels lie in the source as the engine wants them.
+    bool isPacked() const { return !isBits() && pixels.pixelStep == pixelBytes(); }
 };
-
-// Buffer rows start at multiples of this many bytes.
-static ptrdiff_t ownBufferStep(ptrdiff_t rowBytes)
-{
-    return (rowBytes + 63) & ~static_cast<ptrdiff_t>(63);
-}
 
 // ---- which pixels --------------------------------------------------------------------------------------------------
 
@@ -111,114 +115,409 @@ void ownLimitBits(const OwnBand& band)
     }
 }
 
-// ---- source rows of a band -----------------------------------------------------------------------------------------
+// ---- source rows ---------------------------------------------------------------------------------------------------
 
-struct OwnBandRows {
-    OwnSource source; // where the pass's own does not hold them
-    OwnBuffer<uint8_t> built;
-    OwnBuffer<const uint8_t*> rows;
+// Where an image's row comes from: a row of the source's pixels, or -1 for the constant of a side; the side decides
+// what lies left and right of a row.
+struct OwnRowPlace {
+    int32_t side;
+    int32_t y;
+    bool operator==(const OwnRowPlace& other) const { return side == other.side && y == other.y; }
 };
 
-// A row as the engine wants it: n pixels, with copies of the first one in front and of the last one behind them.
-static void ownBuildRow(const OwnPass& pass, OwnView view, int32_t y, const OwnReach& columns, uint8_t* to)
+// Only an image in memory has pixels outside what is held; then all of the image is.
+static OwnRowPlace ownPlaceRow(const OwnSource& source, int64_t y)
 {
-    view.first += y * view.rowStep;
-    view.width = static_cast<int32_t>(columns.count);
-    view.height = 1;
-    const ptrdiff_t before = static_cast<ptrdiff_t>(columns.before);
-    const ptrdiff_t behind = static_cast<ptrdiff_t>(columns.behind);
-    const ptrdiff_t n = view.width;
-    if (pass.isBitRows()) {
-        const auto bitAt = [&](ptrdiff_t i) {
-            return (view.first[(view.bit + i) / 8] >> (7 - (view.bit + i) % 8) & 1) != 0;
-        };
-        ownFillBits(to, 0, before, bitAt(0));
-        ownStoreBits(view.first, view.bit, to + before / 8, static_cast<int32_t>(before % 8), n);
-        ownFillBits(to + (before + n) / 8, static_cast<int32_t>((before + n) % 8), behind, bitAt(n - 1));
-        return;
+    const int64_t inside = y - source.rect.y;
+    if (inside >= 0 && inside < source.rect.height) return { OWN_SIDE_NONE, static_cast<int32_t>(inside) };
+    const int32_t side = y < 0 ? OWN_SIDE_TOP : OWN_SIDE_BOTTOM;
+    const int32_t mode = ownSideMode(source.image, side);
+    if (mode == PXK_EDGE_CONST) return { side, -1 };
+    return { side, ownBorderRun(mode, y, source.image->height, 1).from };
+}
+
+// The place of row k of those that output rows from `y` of the work on depend on.
+static OwnRowPlace ownPlaceBandRow(const OwnPass& pass, int64_t y, int64_t k)
+{
+    const OwnWindowWork& work = pass.work;
+    int64_t row = y - work.margins.top + k;
+    if (work.ring != ownRingNone) {
+        row = std::clamp<int64_t>(row, -work.ring, static_cast<int64_t>(work.sourceRect.height) - 1 + work.ring);
     }
-    const ptrdiff_t pixelBytes = pass.pixelBytes(view);
-    uint8_t* const middle = to + before * pixelBytes;
-    if (pass.isBits()) {
-        ownExpandBits(view.first, view.bit, middle, n, 1);
+    return ownPlaceRow(pass.source, work.sourceRect.y + row);
+}
+
+static const uint8_t* ownSourceRow(const OwnPass& pass, int32_t y)
+{
+    return pass.pixels.first + y * pass.pixels.rowStep;
+}
+
+// One-bit pixels as bytes, in the form of OwnPixelCopy.
+template <int32_t STEP>
+static void ownCopyAsBytes(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n, ptrdiff_t)
+{
+    uint8_t* const first = to + toX;
+    const ptrdiff_t start = STEP < 0 ? x - n + 1 : x;
+    ownExpandBits(from + start / 8, static_cast<int32_t>(start % 8), first, STEP == 0 ? 1 : n, 1);
+    if (STEP < 0) std::reverse(first, first + n);
+    if (STEP == 0) memset(first, first[0], static_cast<size_t>(n));
+}
+
+// One channel of pixels that are pixelStep bytes apart.
+template <class T, int32_t STEP>
+static void ownCopyChannel(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n,
+                           ptrdiff_t pixelStep)
+{
+    constexpr ptrdiff_t bytes = sizeof(T);
+    from += x * pixelStep;
+    to += toX * bytes;
+    for (ptrdiff_t i = 0; i < n; ++i) memcpy(to + i * bytes, from + i * STEP * pixelStep, sizeof(T));
+}
+
+static void ownChooseCopies(OwnPass& pass)
+{
+    pass.unit = pass.pixelBytes();
+    if (pass.isBits() && !pass.isBitRows()) {
+        pass.copies = { ownCopyAsBytes<1>, ownCopyAsBytes<-1>, ownCopyAsBytes<0> };
+    } else if (pass.isBits() || pass.isPacked()) {
+        pass.copies = ownPixelCopies(static_cast<int32_t>(pass.unit));
     } else {
-        OwnView packed = view;
-        packed.first = middle;
-        packed.pixelStep = pixelBytes;
-        ownCopyView(view, packed, nullptr);
+        pass.unit = pass.pixels.pixelStep;
+        pass.copies = ownForSampleBytes(pass.pixels.sampleBytes, [](auto tag) {
+            using T = typename decltype(tag)::Sample;
+            return OwnPixelCopies { ownCopyChannel<T, 1>, ownCopyChannel<T, -1>, ownCopyChannel<T, 0> };
+        });
     }
-    const size_t size = static_cast<size_t>(pixelBytes);
-    for (ptrdiff_t i = 0; i < before; ++i) memcpy(to + i * pixelBytes, middle, size);
-    for (ptrdiff_t i = n; i < n + behind; ++i) memcpy(middle + i * pixelBytes, middle + (n - 1) * pixelBytes, size);
 }
 
-static bool ownBuildRows(const OwnPass& pass, const OwnView& view, const OwnReaches& reaches, OwnBandRows& band)
+// A stretch of a row that is made: `n` pixels from `to` on.
+struct OwnMove {
+    OwnPixelCopy copy;
+    enum { SOURCE, CONSTANT, MADE } from;
+    ptrdiff_t x;
+    ptrdiff_t to;
+    ptrdiff_t n;
+    ptrdiff_t unit;
+};
+
+// How a row is made whose own side of the image is `side`: the same for all rows of that side.
+struct OwnMoves {
+    OwnMove* moves;
+    int32_t count;
+    int32_t side;
+    OwnConstant constants[OWN_SIDE_NONE]; // as they lie in the engine's rows
+    ptrdiff_t n;                          // pixels so far
+};
+
+static void ownAddMove(OwnMoves& moves, const OwnMove& move)
 {
-    const OwnReach& columns = reaches.columns;
-    const int64_t n = columns.before + columns.count + columns.behind;
-    const ptrdiff_t step = ownBufferStep(pass.rowBytes(view, static_cast<ptrdiff_t>(n)));
-    band.built = ownBuffer<uint8_t>(reaches.rows.count * step);
-    if (band.built == nullptr) return false;
-    for (int32_t y = 0; y < reaches.rows.count; ++y) {
-        ownBuildRow(pass, view, y, columns, band.built.get() + y * step);
-    }
-    return true;
+    if (move.n == 0) return;
+    moves.moves[moves.count++] = move;
+    moves.n += move.n;
 }
 
-// Finds or makes the rows that the output rectangle depends on.
-static bool ownLoadBand(const OwnPass& pass, const OwnRect& output, OwnBandRows& band)
+static void ownAddConstant(const OwnPass& pass, OwnMoves& moves, int32_t side, ptrdiff_t n)
 {
-    const OwnReaches reaches = ownReaches(pass.work, output);
-    const OwnReach& rows = reaches.rows;
-    const OwnReach& columns = reaches.columns;
-    OwnRect rect;
-    if (!ownImageRect(pass.work, reaches, &rect)) return false;
-    const bool isHeld = pass.source.holds(rect);
-    if (!isHeld && !ownReadSource(band.source, pass.work.source, rect, OwnReading::AS_COPY)) return false;
-    OwnView view = (isHeld ? pass.source : band.source).view(rect);
-    view.first += pass.channel * view.channelStep;
-    view.nChannels = pass.nChannels;
-    const bool isReady = pass.isBits() ? pass.isBitRows() && view.bit == 0 : view.pixelStep == pass.pixelBytes(view);
-    const bool isBuilt = !isReady || columns.before > 0 || columns.behind > 0;
-    if (isBuilt && !ownBuildRows(pass, view, reaches, band)) return false;
-    const int64_t n = columns.before + columns.count + columns.behind;
-    const ptrdiff_t step = isBuilt ? ownBufferStep(pass.rowBytes(view, static_cast<ptrdiff_t>(n))) : view.rowStep;
-    const uint8_t* const first = isBuilt ? band.built.get() : view.first;
-    const int64_t total = rows.before + rows.count + rows.behind;
-    band.rows = ownBuffer<const uint8_t*>(total);
-    if (band.rows == nullptr) return false;
+    const OwnConstant& constant = moves.constants[side];
+    ownAddMove(moves,
+               { ownPixelCopies(constant.sampleBytes).still, OwnMove::CONSTANT, side, moves.n * pass.step,
+                 n * pass.step, constant.sampleBytes });
+    moves.n -= n * (pass.step - 1);
+}
+
+static void ownAddRun(const OwnPass& pass, OwnMoves& moves, const OwnBorderRun& run)
+{
+    const OwnPixelCopies& copies = pass.copies;
+    const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
+    const ptrdiff_t bit = pass.isBits() ? pass.pixels.bit : 0;
+    ownAddMove(moves, { copy, OwnMove::SOURCE, run.from + bit, moves.n, run.count, pass.unit });
+}
+
+// The image's columns from x to before `end`, inside it and outside.
+static void ownAddColumns(const OwnPass& pass, OwnMoves& moves, int64_t x, int64_t end)
+{
+    const OwnSource& source = pass.source;
+    const int64_t left = source.rect.x;
+    const int64_t right = left + source.rect.width;
+    while (x < end) {
+        const bool isInside = x >= left && x < right;
+        const int64_t stop = isInside ? std::min(end, right) : (x < left ? std::min(end, left) : end);
+        const int32_t beside = x < left ? OWN_SIDE_LEFT : OWN_SIDE_RIGHT;
+        const int32_t side = moves.side != OWN_SIDE_NONE ? moves.side : beside;
+        const int32_t mode = ownSideMode(source.image, side);
+        if ((!isInside || moves.side != OWN_SIDE_NONE) && mode == PXK_EDGE_CONST) {
+            ownAddConstant(pass, moves, side, static_cast<ptrdiff_t>(stop - x));
+            x = stop;
+        } else if (isInside) {
+            ownAddRun(pass, moves, { static_cast<int32_t>(x - left), 1, static_cast<int32_t>(stop - x) });
+            x = stop;
+        } else {
+            const OwnBorderRun run = ownBorderRun(mode, x, source.image->width, stop - x);
+            ownAddRun(pass, moves, run);
+            x += run.count;
+        }
+    }
+}
+
+// Columns, and what repeats their ends.
+static void ownAddReach(const OwnPass& pass, OwnMoves& moves, const OwnReach& columns)
+{
+    const ptrdiff_t first = moves.n;
+    const ptrdiff_t before = static_cast<ptrdiff_t>(columns.before);
+    const OwnPixelCopy still = ownPixelCopies(static_cast<int32_t>(pass.pixelBytes())).still;
+    moves.n += before;
+    const int64_t x = pass.work.sourceRect.x + columns.first;
+    ownAddColumns(pass, moves, x, x + columns.count);
+    ownAddMove(
+        moves,
+        { still, OwnMove::MADE, moves.n - 1, moves.n, static_cast<ptrdiff_t>(columns.behind), pass.pixelBytes() });
+    ownAddMove(moves, { still, OwnMove::MADE, first + before, first, before, pass.pixelBytes() });
+    moves.n -= before;
+}
+
+// Room for the moves of any row. False: out of memory.
+static bool ownOpenMoves(OwnPass& pass, OwnMoves& moves, const OwnReach (&reaches)[2])
+{
+    const int64_t columns = reaches[0].count + reaches[1].count;
+    moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) + 16);
+    moves.side = -1;
+    for (int32_t side = 0; side < OWN_SIDE_NONE; ++side) {
+        OwnConstant& constant = moves.constants[side];
+        constant = ownConstant(pass.work.source->depth, ownBorderConstant(pass.work.source, side));
+        if (pass.isBits() && !pass.isBitRows()) constant = { { static_cast<uint8_t>(constant.bytes[0] & 1) }, 1 };
+    }
+    return moves.moves != nullptr;
+}
+
+static void ownMakeRow(const OwnPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to)
+{
+    const uint8_t* const source = y >= 0 ? ownSourceRow(pass, y) : nullptr;
+    for (int32_t k = 0; k < moves.count; ++k) {
+        const OwnMove& move = moves.moves[k];
+        if (move.from == OwnMove::CONSTANT) {
+            move.copy(moves.constants[move.x].bytes, 0, to, move.to, move.n, move.unit);
+        } else {
+            move.copy(move.from == OwnMove::MADE ? to : source, move.x, to, move.to, move.n, move.unit);
+        }
+    }
+}
+
+// ---- parts of a piece ----------------------------------------------------------------------------------------------
+
+// Some columns of a piece of output.
+struct OwnColumns {
+    int32_t first;
+    int32_t count;
+};
+
+// What is computed together: columns whose windows lie in the source's pixels as the engine wants them; or others,
+// whose source rows are made. Two stretches of such columns share a row, so that the frame of a piece costs one pass;
+// what lies between their outputs is dropped.
+struct OwnPart {
+    OwnColumns columns[2];
+    bool isInPlace;
+};
+
+static int32_t ownPartWidth(const OwnPass& pass, const OwnPart& part)
+{
+    const OwnColumns& second = part.columns[1];
+    const int32_t between = second.count > 0 ? pass.work.margins.left + pass.work.margins.right : 0;
+    return part.columns[0].count + between + second.count;
+}
+
+// Cuts a piece into the columns that can be read in place and the others. Few columns in place are not worth a pass of
+// their own.
+static int32_t ownCutPiece(const OwnPass& pass, const OwnRect& rect, OwnPart (&parts)[2])
+{
+    const OwnWindowWork& work = pass.work;
+    const OwnRect& held = pass.source.rect;
+    const int64_t origin = static_cast<int64_t>(work.sourceRect.x) + rect.x; // of the piece's first column
+    int64_t low = held.x;
+    int64_t high = low + held.width;
+    if (work.ring != ownRingNone) {
+        low = std::max<int64_t>(low, static_cast<int64_t>(work.sourceRect.x) - work.ring);
+        high = std::min<int64_t>(high, static_cast<int64_t>(work.sourceRect.x) + work.sourceRect.width + work.ring);
+    }
+    const int64_t first = std::max<int64_t>(0, low + work.margins.left - origin);
+    const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
+    constexpr int64_t fewBytes = 512;
+    const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
+    const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes() >= ownBlockBytes;
+    const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes() >= fewBytes);
+    if (!pass.isPacked() || !isWorth) {
+        parts[0] = { { { 0, rect.width }, { 0, 0 } }, false };
+        return 1;
+    }
+    const int32_t from = static_cast<int32_t>(first);
+    const int32_t to = static_cast<int32_t>(end);
+    parts[0] = { { { from, to - from }, { 0, 0 } }, true };
+    if (isWhole) return 1;
+    parts[1] = { { { 0, from }, { to, rect.width - to } }, false };
+    if (from == 0) parts[1] = { { { to, rect.width - to }, { 0, 0 } }, false };
+    return 2;
+}
+
+// Output rows of a part.
+struct OwnRows {
+    int32_t first; // in the piece
+    int32_t count;
+};
+
+// A part of a piece on its way through an engine.
+struct OwnPartWork {
+    const OwnDestination& piece;
+    OwnPart part;
+    int32_t width; // pixels of the engine's output rows
+};
+
+// Bytes of a row that is made.
+static ptrdiff_t ownMadeRowStep(const OwnPass& pass, int32_t width)
+{
+    const int64_t overlap = static_cast<int64_t>(pass.work.margins.left) + pass.work.margins.right;
+    const ptrdiff_t bytes = pass.rowBytes(width + overlap);
+    const ptrdiff_t room = std::max(bytes, ownBlockBytes + pass.rowBytes(overlap)); // for a block of output
+    return (room + 63) & ~static_cast<ptrdiff_t>(63);
+}
+
+// Most different rows that a band of so many rows can hold.
+static int64_t ownMostRows(const OwnWindowWork& work, int64_t total)
+{
+    if (work.ring == ownRingNone) return total;
+    return std::min<int64_t>(total, static_cast<int64_t>(work.sourceRect.height) + 2 * work.ring);
+}
+
+// The source rows of a band, in place or made; rows that follow each other and are the same are one. Null: out of
+// memory.
+static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
+{
+    const OwnMargins& margins = pass.work.margins;
+    const OwnRect& rect = work.piece.rect;
+    const auto reachOf = [&](const OwnColumns& columns) {
+        return ownReach(rect.x + columns.first, columns.count, margins.left, margins.right, pass.work.sourceRect.width,
+                        pass.work.ring);
+    };
+    const bool isInPlace = work.part.isInPlace;
+    const OwnReach reaches[2] = { reachOf(work.part.columns[0]), reachOf(work.part.columns[1]) };
+    const int64_t y = static_cast<int64_t>(rect.y) + rows.first;
+    const int64_t total = static_cast<int64_t>(margins.top) + rows.count + margins.bottom;
+    const ptrdiff_t step = ownMadeRowStep(pass, work.width);
+    const uint8_t** const pointers = pass.scratch.take<const uint8_t*>(total);
+    // In place only two rows of constants are made.
+    uint8_t* next = pass.scratch.take<uint8_t>((isInPlace ? 2 : ownMostRows(pass.work, total)) * step);
+    OwnMoves moves;
+    if (pointers == nullptr || next == nullptr || !ownOpenMoves(pass, moves, reaches)) return nullptr;
+    const ptrdiff_t column = static_cast<ptrdiff_t>(pass.work.sourceRect.x + reaches[0].first - pass.source.rect.x);
+    OwnRowPlace last = { -1, -1 };
     for (int64_t k = 0; k < total; ++k) {
-        const int64_t row = std::min(std::max<int64_t>(k - rows.before, 0), rows.count - 1);
-        band.rows[static_cast<size_t>(k)] = first + static_cast<ptrdiff_t>(row) * step;
+        const OwnRowPlace place = ownPlaceBandRow(pass, y, k);
+        if (place == last) {
+            pointers[k] = pointers[k - 1];
+            continue;
+        }
+        last = place;
+        if (isInPlace && place.y >= 0) {
+            pointers[k] = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
+            continue;
+        }
+        if (moves.side != place.side) {
+            moves.side = place.side;
+            moves.n = moves.count = 0;
+            ownAddReach(pass, moves, reaches[0]);
+            if (work.part.columns[1].count > 0) ownAddReach(pass, moves, reaches[1]);
+        }
+        ownMakeRow(pass, moves, place.y, next);
+        pointers[k] = next;
+        next += step;
     }
-    return true;
+    return pointers;
 }
 
 // ---- output --------------------------------------------------------------------------------------------------------
 
-static bool ownRunBand(const OwnPass& pass, const OwnRect& output, const OwnView& destination, const OwnBits* mask)
+// Some pixels of a view.
+static OwnView ownViewPart(OwnView view, const OwnRows& rows, const OwnColumns& columns)
 {
-    OwnBandRows source;
-    OwnOutput rows;
-    if (!ownLoadBand(pass, output, source)) return false;
-    if (!rows.open(destination, { pass.step, pass.isBitRows() }, output.height, mask)) return false;
-    OwnBuffer<uint8_t*> out = ownBuffer<uint8_t*>(output.height);
-    if (out == nullptr) return false;
-    for (int32_t y = 0; y < output.height; ++y) out[static_cast<size_t>(y)] = rows.row(y);
-    const ptrdiff_t width = static_cast<ptrdiff_t>(output.width) * pass.step;
-    if (!pass.engine({ source.rows.get(), out.get(), width, output.height, pass.step })) return false;
-    rows.store(destination, 0, output.height, mask);
+    const ptrdiff_t bit = view.sampleBytes == 0 ? view.bit + static_cast<ptrdiff_t>(columns.first) : 0;
+    view.first += rows.first * view.rowStep + columns.first * view.pixelStep + bit / 8;
+    view.bit = static_cast<int32_t>(bit % 8);
+    view.width = columns.count;
+    view.height = rows.count;
+    return view;
+}
+
+// The pass's channels of the piece.
+static OwnView ownPassView(const OwnPass& pass, const OwnDestination& piece)
+{
+    OwnView view = piece.view;
+    view.first += pass.channel * view.channelStep;
+    view.nChannels = pass.nChannels;
+    return view;
+}
+
+// Output rows are made where they belong, or are staged: under a mask, with gaps between samples or stretches, and
+// where a row has less than a block.
+static bool ownIsStaged(const OwnPass& pass, const OwnPartWork& work)
+{
+    const OwnRowForm form = { pass.step, pass.isBitRows() };
+    return work.piece.mask != nullptr || work.part.columns[1].count > 0 || pass.rowBytes(work.width) < ownBlockBytes
+        || !ownLieAsMade(ownPassView(pass, work.piece), form);
+}
+
+static void ownStoreStaged(const OwnPass& pass, const OwnPartWork& work, const OwnRows& rows, const OwnView& staged)
+{
+    const OwnView all = ownPassView(pass, work.piece);
+    int32_t at = 0;
+    for (const OwnColumns& columns : work.part.columns) {
+        if (columns.count == 0) continue;
+        const OwnRows allRows = { 0, rows.count };
+        const OwnView views[2] = { ownViewPart(staged, allRows, { at, columns.count }),
+                                   ownViewPart(all, rows, columns) };
+        OwnBits mask;
+        if (work.piece.mask != nullptr) mask = ownBitsAt(*work.piece.mask, columns.first, rows.first);
+        ownRunViews(views, 2, 1, work.piece.mask != nullptr ? &mask : nullptr, OwnCopyRow { staged.sampleBytes });
+        at += columns.count + pass.work.margins.left + pass.work.margins.right;
+    }
+}
+
+static bool ownRunBand(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
+{
+    pass.scratch.restart();
+    const uint8_t* const* const sources = ownBandRows(pass, work, rows);
+    uint8_t** const out = pass.scratch.take<uint8_t*>(rows.count);
+    if (sources == nullptr || out == nullptr) return false;
+    const bool isStaged = ownIsStaged(pass, work);
+    OwnView made = ownViewPart(ownPassView(pass, work.piece), rows, work.part.columns[0]);
+    if (isStaged) {
+        made.width = work.width;
+        made = ownMadeRows(made, { pass.step, pass.isBitRows() });
+        made.first = pass.scratch.take<uint8_t>(static_cast<int64_t>(made.rowStep) * rows.count);
+        if (made.first == nullptr) return false;
+    }
+    for (int32_t y = 0; y < rows.count; ++y) out[y] = made.first + y * made.rowStep;
+    const ptrdiff_t width = static_cast<ptrdiff_t>(work.width) * pass.step;
+    if (!pass.engine({ sources, out, width, rows.count, pass.step, pass.scratch })) return false;
+    if (isStaged) ownStoreStaged(pass, work, rows, made);
     return true;
 }
 
-// Output rows of a band: enough of them that the rows which bands share weigh little, few enough to stay in cache.
-static int32_t ownBandHeight(const OwnWindowWork& work, const OwnRect& rect)
+// Output rows of a band: all of them where nothing is copied; otherwise enough that the rows which bands share weigh
+// little, few enough that what one part brings into the cache is there for the next.
+static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork* parts, int32_t nParts)
 {
+    const OwnWindowWork& work = pass.work;
+    const OwnRect& rect = parts[0].piece.rect;
+    if (nParts == 1 && parts[0].part.isInPlace && !work.inFixedBands && !ownIsStaged(pass, parts[0]))
+        return rect.height;
     const int64_t overlap = static_cast<int64_t>(work.margins.top) + work.margins.bottom;
-    const int64_t pixelBytes = std::max<int64_t>(ownDepthBits(work.source->depth) * work.source->nChannels / 8, 1);
-    const int64_t rowBytes = (static_cast<int64_t>(rect.width) + work.margins.left + work.margins.right) * pixelBytes;
-    const int64_t height = std::max({ ownBandBytes / rowBytes, overlap, static_cast<int64_t>(16) });
-    return static_cast<int32_t>(std::min<int64_t>(height, rect.height));
+    int64_t rowBytes = ownMadeRowStep(pass, rect.width);
+    int64_t bandBytes = ownBandBytes;
+    if (work.inFixedBands) {
+        const int64_t pixelBytes = std::max(ownDepthBits(work.source->depth) * work.source->nChannels / 8, 1);
+        rowBytes = (static_cast<int64_t>(rect.width) + work.margins.left + work.margins.right) * pixelBytes;
+        bandBytes = ownFixedBandBytes;
+    }
+    const int64_t height = std::max({ bandBytes / rowBytes, overlap, int64_t { 16 } });
+    return static_cast<int32_t>(std::min<int64_t>(rect.height, height));
 }
 
 static bool ownHasChannelOfInterest(const PxkImage* image)
@@ -229,25 +528,27 @@ static bool ownHasChannelOfInterest(const PxkImage* image)
 static bool ownRunPiece(OwnPass& pass, const OwnDestination& piece)
 {
     const OwnWindowWork& work = pass.work;
-    const OwnRect& rect = piece.rect;
     const bool isPixelOrder = work.source->dataOrder == PXK_DATA_ORDER_PIXEL;
-    const OwnView& whole = piece.view;
     // Without a channel of interest rows start at the first channel and may carry an alpha channel along.
     const bool isTogether = work.source->nChannels == 1
         || (isPixelOrder && !ownHasChannelOfInterest(work.source) && !ownHasChannelOfInterest(work.destination));
-    pass.nChannels = isTogether ? whole.nChannels : 1;
+    pass.nChannels = isTogether ? piece.view.nChannels : 1;
     pass.step = isTogether ? work.source->nChannels : 1;
-    const int32_t bandHeight = ownBandHeight(work, rect);
-    for (pass.channel = 0; pass.channel < whole.nChannels; pass.channel += pass.nChannels) {
-        for (int32_t y = 0; y < rect.height; y += bandHeight) {
-            const OwnRect output = { rect.x, rect.y + y, rect.width, std::min(bandHeight, rect.height - y) };
-            OwnView destination = whole;
-            destination.first += y * whole.rowStep + pass.channel * whole.channelStep;
-            destination.height = output.height;
-            destination.nChannels = pass.nChannels;
-            OwnBits maskBits;
-            if (piece.mask != nullptr) maskBits = ownBitsAt(*piece.mask, 0, y);
-            if (!ownRunBand(pass, output, destination, piece.mask != nullptr ? &maskBits : nullptr)) return false;
+    const OwnView source = pass.source.view(pass.source.rect);
+    for (pass.channel = 0; pass.channel < piece.view.nChannels; pass.channel += pass.nChannels) {
+        pass.pixels = source;
+        pass.pixels.first += pass.channel * source.channelStep;
+        ownChooseCopies(pass);
+        OwnPart parts[2] = {};
+        const int32_t nParts = ownCutPiece(pass, piece.rect, parts);
+        const OwnPartWork works[2] = { { piece, parts[0], ownPartWidth(pass, parts[0]) },
+                                       { piece, parts[1], ownPartWidth(pass, parts[1]) } };
+        const int32_t height = ownBandHeight(pass, works, nParts);
+        for (int32_t y = 0; y < piece.rect.height; y += height) {
+            const OwnRows rows = { y, std::min(height, piece.rect.height - y) };
+            for (int32_t k = 0; k < nParts; ++k) {
+                if (!ownRunBand(pass, works[k], rows)) return false;
+            }
         }
     }
     return true;
@@ -259,7 +560,8 @@ bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
     const bool isInPlace = ownSharePixels(work.source, work.destination);
     const bool isSourceTiled = work.source->tileInfo != nullptr;
     const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
-    OwnPass pass = { work, engine, {}, 0, 0, 0 };
+    OwnScratch scratch;
+    OwnPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0 };
     if (isInPlace || (isSourceTiled && !isReadByPiece)) {
         if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {

@@ -3,7 +3,9 @@
 // channels.
 #pragma once
 
+#include "frame/ownblocks.h"
 #include "frame/ownpieces.h"
+#include "frame/ownscratch.h"
 
 // How many pixels a window reaches beyond the pixel it belongs to.
 struct OwnMargins {
@@ -15,12 +17,16 @@ struct OwnMargins {
 
 struct OwnBand {
     // top + height + bottom rows: output row y depends on rows[y] to rows[y + top + bottom]. Each row starts `left`
-    // pixels before the first output pixel and ends `right` pixels behind the last one.
+    // pixels before the first output pixel and ends `right` pixels behind the last one. Rows that follow each other and
+    // hold the same are mostly one row.
     const uint8_t* const* rows;
-    uint8_t* const* out; // height rows; they overlap no source row
-    ptrdiff_t width;     // samples of an output row: pixels times step; for rows of bits: pixels
+    // height rows; they overlap no source row. All rows have room for a block of ownBlockBytes of output at least, so a
+    // row may be computed in whole blocks.
+    uint8_t* const* out;
+    ptrdiff_t width; // samples of an output row: pixels times step; for rows of bits: pixels
     int32_t height;
-    int32_t step; // samples from a pixel to its neighbour
+    int32_t step;        // samples from a pixel to its neighbour
+    OwnScratch& scratch; // for the engine's own rows; what it takes is free again after the band
 };
 
 // One-bit output as bytes: every value but 0 becomes 1.
@@ -48,6 +54,9 @@ struct OwnWindowWork {
     // ownRingNone: real samples wherever the image has them, beyond it by its border modes. Otherwise only a ring of so
     // many samples round the source rectangle is read in that way, and beyond the ring its samples repeat.
     int32_t ring;
+    // The last bit of a result depends on which rows and columns are computed together: whole rows, in bands whose
+    // height follows from the image alone.
+    bool inFixedBands;
 };
 
 // A window over the images' regions, of this size at each.

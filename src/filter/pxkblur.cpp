@@ -1,15 +1,40 @@
-// Box blur: the mean of a rectangular window, at a cost that does not depend on its height and hardly on its width.
-#include <algorithm>
+// Box blur: the mean of a rectangular window, at a cost that hardly depends on its size.
+#include <cstring>
 
 #include "frame/owndepth.h"
+#include "ownfloatblur.h"
 #include "ownrectfilter.h"
-#include "ownrowblocks.h"
 #include "ownsums.h"
 
-// floor((2 sum + n) / (2 n)): the nearest integer, halves upward, for negative sums too. The quotient of single
-// precision is off by at most one, which the remainder tells; all numbers are integers below 2^24.
+// The mean of n samples counted from the lowest one is floor((2 sum + n) / (2 n)): the nearest integer, halves upward,
+// which holds for the samples themselves too.
+
+// 8-bit samples, 2 to 256 of them: 2 sum + n stays in 17 bits. Division by n as a product with a reciprocal of 17 bits
+// whose highest one is left out (Granlund and Montgomery, Division by invariant integers, 1994).
+struct OwnMeanTiny {
+    using Sum = uint16_t;
+    static constexpr int64_t most = 256;
+    uint16_t half;
+    uint16_t factor;
+    int32_t shift;
+    explicit OwnMeanTiny(int64_t n)
+        : half(static_cast<uint16_t>(n / 2))
+        , shift(0)
+    {
+        while ((int64_t { 2 } << shift) < n) ++shift; // one less than the bits of n - 1
+        factor = static_cast<uint16_t>((int64_t { 65536 } * ((int64_t { 2 } << shift) - n)) / n + 1);
+    }
+    uint16_t operator()(uint16_t sum) const
+    {
+        const uint16_t dividend = static_cast<uint16_t>(sum + half);
+        const uint16_t high = static_cast<uint16_t>(static_cast<uint32_t>(dividend) * factor >> 16);
+        return static_cast<uint16_t>(static_cast<uint16_t>(high + ((dividend - high) >> 1)) >> (shift & 15));
+    }
+};
+
+// As long as 2 sum + n fits 31 bits: the quotient of single precision is off by at most one, which the remainder tells.
 struct OwnMeanNarrow {
-    using Sum = int32_t;
+    using Sum = uint32_t;
     int32_t n;
     float inverse;
     explicit OwnMeanNarrow(int64_t count)
@@ -17,125 +42,97 @@ struct OwnMeanNarrow {
         , inverse(1.0f / static_cast<float>(2 * count))
     {
     }
-    int32_t operator()(int32_t sum) const
+    int32_t operator()(uint32_t sum) const
     {
-        const int32_t dividend = 2 * sum + n;
+        const int32_t dividend = static_cast<int32_t>(2 * sum) + n;
         const int32_t quotient = static_cast<int32_t>(static_cast<float>(dividend) * inverse);
         const int32_t rest = dividend - quotient * 2 * n;
         return quotient + static_cast<int32_t>(rest >= 2 * n) - static_cast<int32_t>(rest < 0);
     }
 };
 
-// The same for integers below 2^53, in double precision.
+// The bits of 2^52 in double precision: added to them, a smaller integer becomes the double of its sum with 2^52.
+constexpr uint64_t ownBigBits = 0x4330000000000000u;
+constexpr double ownBig = 4503599627370496.0;
+
+static inline double ownDoubleOf(uint64_t bits)
+{
+    double value;
+    memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+// As long as 2 sum + n fits 63 bits: the same in double precision, with conversions that every processor has as
+// vectors.
 struct OwnMeanWide {
-    using Sum = int64_t;
-    double n;
+    using Sum = uint64_t;
+    static constexpr int64_t most = 1 << 29;
+    uint64_t n;
     double inverse;
     explicit OwnMeanWide(int64_t count)
-        : n(2.0 * static_cast<double>(count))
-        , inverse(1.0 / n)
+        : n(static_cast<uint64_t>(count))
+        , inverse(1.0 / static_cast<double>(count))
     {
     }
-    int32_t operator()(int64_t sum) const
+    uint64_t operator()(uint64_t sum) const
     {
-        const double dividend = 2.0 * static_cast<double>(sum) + n / 2;
-        const double quotient = static_cast<double>(static_cast<int32_t>(dividend * inverse));
-        const double rest = dividend - quotient * n;
-        return static_cast<int32_t>(quotient) + static_cast<int32_t>(rest >= n) - static_cast<int32_t>(rest < 0);
+        const double high = ownDoubleOf(ownBigBits | sum >> 32) - ownBig;
+        const double low = ownDoubleOf(ownBigBits | (sum & UINT32_MAX)) - ownBig;
+        const double shifted = (high * 4294967296.0 + low) * inverse + ownBig;
+        uint64_t quotient;
+        memcpy(&quotient, &shifted, sizeof quotient);
+        quotient -= ownBigBits;
+        const int64_t rest = static_cast<int64_t>(2 * sum + n - quotient * 2 * n);
+        return quotient + static_cast<uint64_t>(rest >= static_cast<int64_t>(2 * n)) - static_cast<uint64_t>(rest < 0);
     }
 };
 
-// Any 32-bit samples and any window.
+// Any window.
 struct OwnMeanExact {
-    using Sum = int64_t;
-    int64_t n;
+    using Sum = uint64_t;
+    uint64_t n;
     explicit OwnMeanExact(int64_t count)
-        : n(count)
+        : n(static_cast<uint64_t>(count))
     {
     }
-    int32_t operator()(int64_t sum) const
-    {
-        const int64_t quotient = sum / n;
-        const int64_t rest = sum % n;
-        const int64_t floor = quotient - (rest < 0 ? 1 : 0);
-        const int64_t above = rest < 0 ? rest + n : rest; // 0 to n - 1
-        return static_cast<int32_t>(floor + (above >= n - above ? 1 : 0));
-    }
+    uint64_t operator()(uint64_t sum) const { return sum / n + (sum % n >= n - sum % n ? 1 : 0); }
 };
 
 template <class T, class Mean> static bool ownMeanBand(const OwnBand& band, const OwnRectFilter& filter)
 {
-    const Mean mean(static_cast<int64_t>(filter.nCols) * filter.nRows);
+    const Mean made(static_cast<int64_t>(filter.nCols) * filter.nRows);
     using Sum = typename Mean::Sum;
-    const auto store = [mean](const Sum* sums, T* out, ptrdiff_t width) {
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < width; ++i) out[i] = static_cast<T>(mean(sums[i]));
+    const auto store = [&](const Sum* sums, T* out, ptrdiff_t width) {
+        const Mean mean = made;
+        constexpr uint32_t lowest = static_cast<uint32_t>(std::numeric_limits<T>::min());
+        ownInBlocks<ownBlockOf<T>>(
+            width, [&](ptrdiff_t i) { out[i] = static_cast<T>(static_cast<uint32_t>(mean(sums[i])) + lowest); });
     };
     return ownWindowSums<T, Sum>(band, filter.nCols, filter.nRows, store);
 }
 
-// Windows of floats: sums of a window's end in one block of columns and its start in the next, so that no sample
-// outside a window touches its sum.
-struct OwnFloatSums {
-    using Source = float;
-    using Value = double;
-    ptrdiff_t width;
-    ptrdiff_t step;
-    const OwnRectFilter& filter;
-    struct {
-        double operator()(double a, double b) const { return a + b; }
-    } op;
-
-    ptrdiff_t length() const { return width + (filter.nCols - 1) * step; }
-
-    void reduce(double* row, uint8_t* to) const
-    {
-        float* const out = reinterpret_cast<float*>(to);
-        double* const starts = row + length();
-        const ptrdiff_t block = filter.nCols * step;
-        const ptrdiff_t n = length();
-        for (ptrdiff_t first = 0; first < n; first += block) {
-            const ptrdiff_t end = std::min(first + block, n);
-            for (ptrdiff_t i = first; i < end; ++i) starts[i] = i < first + step ? row[i] : starts[i - step] + row[i];
-            for (ptrdiff_t i = end - step - 1; i >= first; --i) row[i] += row[i + step];
-        }
-        const double count = static_cast<double>(filter.nCols) * filter.nRows;
-        for (ptrdiff_t first = 0; first < width; first += block) {
-            const ptrdiff_t end = std::min(first + block, width);
-            for (ptrdiff_t i = first; i < end; ++i) {
-                const double sum = i < first + step ? row[i] : row[i] + starts[i + block - step];
-                out[i] = static_cast<float>(sum / count);
-            }
-        }
-    }
-};
-
 static bool ownBlurBand(const OwnBand& band, const OwnRectFilter& filter)
 {
     const int32_t depth = filter.srcImage->depth;
-    if (depth == PXK_DEPTH_32F) {
-        return ownRunBlocks(band, OwnFloatSums { band.width, band.step, filter, {} }, filter.nRows);
-    }
+    if (depth == PXK_DEPTH_32F) return ownFloatBlurBand(band, filter.nCols, filter.nRows);
     const int64_t n = static_cast<int64_t>(filter.nCols) * filter.nRows;
-    bool isGood = false;
-    ownForDepth(depth, [&](auto tag) {
+    return ownForIntegerDepth(depth, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
-        if constexpr (sizeof(T) == 1) {
-            constexpr int64_t mostNarrow = (1 << 24) / 513; // (2 255 + 1) n stays below 2^24
-            isGood = n <= mostNarrow ? ownMeanBand<T, OwnMeanNarrow>(band, filter)
-                                     : ownMeanBand<T, OwnMeanWide>(band, filter);
-        } else if constexpr (sizeof(T) == 2) {
-            isGood = ownMeanBand<T, OwnMeanWide>(band, filter);
-        } else {
-            isGood = ownMeanBand<T, OwnMeanExact>(band, filter);
+        if constexpr (sizeof(T) <= 2) {
+            constexpr int64_t most = INT32_MAX / (2 * ((int64_t { 1 } << 8 * sizeof(T)) - 1) + 1);
+            if (sizeof(T) == 1 && n >= 2 && n <= OwnMeanTiny::most) return ownMeanBand<T, OwnMeanTiny>(band, filter);
+            if (n <= most) return ownMeanBand<T, OwnMeanNarrow>(band, filter);
         }
+        if (n <= OwnMeanWide::most) return ownMeanBand<T, OwnMeanWide>(band, filter);
+        return ownMeanBand<T, OwnMeanExact>(band, filter);
     });
-    return isGood;
 }
 
 void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY)
 {
     const OwnRectFilter filter = { srcImage, dstImage, nCols, nRows, anchorX, anchorY };
     if (!ownGoodRectFilter(OWN_HERE, filter, { true, false, PXK_DEPTH_1U, "srcImage->depth==1" })) return;
-    ownRunRectFilter(filter, OwnBitRows::AS_BYTES, [&](const OwnBand& band) { return ownBlurBand(band, filter); });
+    // Float sums are formed in blocks that begin where a band does.
+    const OwnRectRows rows = { OwnBitRows::AS_BYTES, srcImage->depth == PXK_DEPTH_32F };
+    ownRunRectFilter(filter, rows, [&](const OwnBand& band) { return ownBlurBand(band, filter); });
 }

@@ -22,7 +22,7 @@ static void ownRankFilter(const OwnSite& site, const OwnRectFilter& filter, OwnR
         return ownMedianBand(band, depth, filter.nCols, filter.nRows);
     };
     const OwnBitRows bitRows = rank == OwnRankFilter::MEDIAN ? OwnBitRows::AS_BYTES : OwnBitRows::AS_BITS;
-    ownRunRectFilter(filter, bitRows, engine);
+    ownRunRectFilter(filter, { bitRows, false }, engine);
 }
 
 void pxkMaxFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,

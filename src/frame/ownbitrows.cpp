@@ -18,7 +18,7 @@ static void ownRunBitBlock(const OwnBitRow& row, ptrdiff_t start, ptrdiff_t n, c
     alignas(64) uint8_t stage[ownMostViews][ownStageBytes];
     alignas(64) uint8_t maskBytes[ownStageBytes];
     alignas(64) uint8_t old[ownStageBytes];
-    const int32_t phase = static_cast<int32_t>((row.operands[row.count - 1].bit + start) % 8);
+    const int32_t phase = static_cast<int32_t>((row.operands[row.count - 1].bit + start % 8) % 8);
     const ptrdiff_t bytes = ownBytesOfBits(phase, n);
     const auto align = [&](const OwnBits& bits, uint8_t* to) {
         const OwnBits at = ownBitsAt(bits, static_cast<int32_t>(start), 0);
@@ -83,12 +83,20 @@ static void ownRunBitRow(const OwnBitRow& row, ptrdiff_t n, const OwnBits* mask)
 // True when rows of whole bytes lie one behind the other, so that they can be run as one.
 static bool ownBitRowsTouch(const OwnBitRow& row, const OwnView& view)
 {
-    bool isTouching = !ownIsShifted(row, view.rowStep * view.height);
+    bool isTouching = view.width % 8 == 0 && !ownIsShifted(row, view.rowStep * view.height);
     for (int32_t k = 0; k < row.count; ++k) {
         const OwnBits& bits = row.operands[k];
-        isTouching = isTouching && bits.bit == 0 && bits.rowStep * 8 == view.width;
+        isTouching = isTouching && bits.bit == 0 && bits.rowStep == view.width / 8;
     }
     return isTouching;
+}
+
+// As bytes: these have no more than fits into memory, but pixels may be more than a ptrdiff_t can count.
+static void ownRunTouchingRows(const OwnBitRow& row, ptrdiff_t bytes)
+{
+    uint8_t* operands[ownMostViews];
+    for (int32_t k = 0; k < row.count; ++k) operands[k] = row.operands[k].first;
+    (*row.rowFunction)(operands, bytes);
 }
 
 void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
@@ -100,7 +108,9 @@ void ownRunBits(const OwnView* views, int32_t count, int32_t nDestinations, cons
     row.nSources = count - nDestinations;
     for (int32_t k = 0; k < count; ++k) row.operands[k] = { views[k].first, views[k].rowStep, views[k].bit };
     const ptrdiff_t width = views[0].width;
-    if (mask == nullptr && ownBitRowsTouch(row, views[0])) return ownRunBitRow(row, width * views[0].height, nullptr);
+    if (mask == nullptr && ownBitRowsTouch(row, views[0])) {
+        return ownRunTouchingRows(row, views[0].rowStep * views[0].height);
+    }
     for (int32_t y = 0; y < views[0].height; ++y) {
         OwnBits maskRow;
         if (mask != nullptr) maskRow = ownBitsAt(*mask, 0, y);

@@ -4,10 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 
-// Bytes that hold n bits which start at bit position `bit` of the first one.
+// Bytes that hold n bits which start at bit position `bit` of the first one. A row may have 2^31 - 1 of them, also
+// where ptrdiff_t has no more bits.
 inline ptrdiff_t ownBytesOfBits(int32_t bit, ptrdiff_t n)
 {
-    return (bit + n + 7) / 8;
+    return static_cast<ptrdiff_t>((static_cast<int64_t>(n) + bit + 7) / 8);
 }
 
 // Bits of a byte from position `from` to before position `to`, 0 <= from < to <= 8.

@@ -1,6 +1,9 @@
 #include "frame/owncontext.h"
 
 #include "platform/ownplatform.h"
+#ifdef PXK_LEVELS
+#include "platform/ownprocessor.h"
+#endif
 
 // Written at process attach and detach only.
 static uint32_t ownSlot = OWN_NO_SLOT;
@@ -10,7 +13,6 @@ static void ownInitContext(PxkContext* context)
 {
     if (context == nullptr) return;
     context->handler = pxkGuiBoxReport;
-    context->dctTableSize = -1;
 }
 
 static PxkContext* ownMakeContext()
@@ -39,6 +41,9 @@ PxkContext& ownContext()
 
 bool ownProcessAttach()
 {
+#ifdef PXK_LEVELS
+    ownTakeLevel(ownProcessorLevel());
+#endif
     ownSlot = ownTakeSlot();
     return ownSlot != OWN_NO_SLOT && ownThreadAttach();
 }
@@ -53,7 +58,8 @@ void ownThreadDetach()
     if (ownSlot == OWN_NO_SLOT) return;
     PxkContext* context = ownPresentContext();
     if (context == nullptr) return;
-    ownReleaseCaches(*context);
+    ownReleaseTransform(context->fourier);
+    ownReleaseTransform(context->cosine);
     // What else ends with the thread may still call the library, and then gets a new context. Emptying a slot that
     // holds a value takes no memory, so it does not fail.
     if (ownSetSlotValue(ownSlot, nullptr)) ownFreeZeroed(context);
@@ -67,55 +73,9 @@ void ownProcessDetach()
     ownSlot = OWN_NO_SLOT;
 }
 
-template <class T> static void ownFreeTables(T* (&tables)[OWN_FOURIER_ENTRIES])
+void ownReleaseTransform(OwnTransformCaches& caches)
 {
-    for (T*& table : tables) {
-        pxkFree(table);
-        table = nullptr;
-    }
-}
-
-static void ownForgetSizes(int32_t (&sizes)[OWN_FOURIER_ENTRIES])
-{
-    for (int32_t& size : sizes) size = 0;
-}
-
-void ownReleaseFourier(OwnFourierCaches& caches)
-{
-    ownFreeTables(caches.work);
-    ownForgetSizes(caches.workSize);
-    ownFreeTables(caches.workFP);
-    ownForgetSizes(caches.workSizeFP);
-    ownFreeTables(caches.bitReversal);
-    ownFreeTables(caches.twiddleRadix4);
-    ownFreeTables(caches.twiddleRadix2);
-    ownFreeTables(caches.untangle);
-    ownFreeTables(caches.twiddleFixed);
-    ownFreeTables(caches.directFP);
-    ownForgetSizes(caches.directSizeFP);
-    ownFreeTables(caches.direct);
-    ownForgetSizes(caches.directSize);
-}
-
-void ownReleaseDctWeights(PxkContext& context)
-{
-    for (int32_t i = 0; i < context.dctWeightCount; ++i) {
-        pxkFree(context.dctWeights[i]);
-        context.dctWeights[i] = nullptr;
-    }
-    context.dctWeightCount = 0;
-}
-
-void ownReleaseDctTable(PxkContext& context)
-{
-    pxkFree(context.dctTable);
-    context.dctTable = nullptr;
-    context.dctTableSize = -1;
-}
-
-void ownReleaseCaches(PxkContext& context)
-{
-    ownReleaseFourier(context.fourier);
-    ownReleaseDctWeights(context);
-    ownReleaseDctTable(context);
+    for (OwnTransformTable& table : caches.tables) pxkFree(table.block);
+    pxkFree(caches.work);
+    caches = {};
 }

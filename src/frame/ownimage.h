@@ -1,16 +1,28 @@
-// Sizes of images, tiles and rectangles, and the test of a header's fields.
+// Sizes of images, tiles and rectangles.
 #pragma once
 
-#include "pxk/pxk.h"
+#include "owndepth.h"
 
-// Bytes of a row of `width` pixels, rounded up to a multiple of `align`. 64 bits hold it for any legal arguments.
-int64_t ownRowStep(int32_t dataOrder, int32_t depth, int32_t align, int32_t nChannels, int32_t width);
+// Bytes of a row of `width` pixels, rounded up to a multiple of `align`; INT64_MAX for what 64 bits can't hold.
+inline int64_t ownRowStep(int32_t dataOrder, int32_t depth, int32_t align, int32_t nChannels, int32_t width)
+{
+    const int64_t samples = static_cast<int64_t>(width) * (dataOrder == PXK_DATA_ORDER_PIXEL ? nChannels : 1);
+    if (samples > INT64_MAX / 64) return INT64_MAX;
+    const int64_t bytes = (samples * ownDepthBits(depth) + 7) / 8;
+    return (bytes + align - 1) / align * align;
+}
 
-// Bytes of all rows of all planes.
-int64_t ownImageSize(int32_t dataOrder, int32_t nChannels, int32_t height, int64_t rowStep);
+// Bytes of all rows of all planes; INT64_MAX where they exceed 31 bits.
+inline int64_t ownImageSize(int32_t dataOrder, int32_t nChannels, int32_t height, int64_t rowStep)
+{
+    const int64_t planes = dataOrder == PXK_DATA_ORDER_PLANE ? nChannels : 1;
+    const int64_t rows = planes * height;
+    return rowStep > INT32_MAX / rows ? INT64_MAX : rowStep * rows;
+}
 
 // The row step of one tile of an image whose header is known to be good.
-ptrdiff_t ownTileStep(const PxkImage* image);
-
-// The same, or 0 for a null image, a bad header, or an image without tiles.
-ptrdiff_t ownCheckedTileStep(PxkImage* image);
+inline ptrdiff_t ownTileStep(const PxkImage* image)
+{
+    return static_cast<ptrdiff_t>(
+        ownRowStep(image->dataOrder, image->depth, image->align, image->nChannels, image->tileInfo->width));
+}

@@ -16,8 +16,9 @@ template <class T, class Wide> inline T ownLimitInteger(Wide value)
     using From = std::numeric_limits<Wide>;
     constexpr Wide low = static_cast<Wide>(std::max<int64_t>(To::min(), From::min()));
     constexpr Wide high = static_cast<Wide>(std::min<int64_t>(To::max(), From::max()));
-    const Wide above = value > low ? value : low;
-    return static_cast<T>(above < high ? above : high);
+    value = value > low ? value : low; // one name: with two, compilers compare 16-bit values in 32 bits
+    value = value < high ? value : high;
+    return static_cast<T>(value);
 }
 
 // A float or double. A NaN counts as the lowest sample: comparisons with it are false.

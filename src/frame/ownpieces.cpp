@@ -48,20 +48,31 @@ static OwnView ownRowsOf(const OwnView& view, int32_t y, int32_t height)
     return rows;
 }
 
+bool ownLieAsMade(const OwnView& view, const OwnRowForm& form)
+{
+    return view.sampleBytes != 0 && view.nChannels == form.unitSamples
+        && view.pixelStep == static_cast<ptrdiff_t>(form.unitSamples) * view.sampleBytes
+        && (view.nChannels == 1 || view.channelStep == view.sampleBytes);
+}
+
+OwnView ownMadeRows(const OwnView& view, const OwnRowForm& form)
+{
+    OwnView rows = view;
+    rows.first = nullptr;
+    rows.sampleBytes = form.isBits ? 0 : std::max(view.sampleBytes, 1);
+    rows.pixelStep = static_cast<ptrdiff_t>(form.unitSamples) * rows.sampleBytes;
+    rows.channelStep = rows.sampleBytes;
+    rows.bit = 0;
+    const ptrdiff_t rowBytes = form.isBits ? ownBytesOfBits(0, view.width) : view.width * rows.pixelStep;
+    rows.rowStep = (rowBytes + 63) & ~static_cast<ptrdiff_t>(63);
+    return rows;
+}
+
 bool OwnOutput::open(const OwnView& view, const OwnRowForm& form, int32_t height, const OwnBits* mask)
 {
     rows_ = ownRowsOf(view, 0, height);
-    const bool isOneBit = view.sampleBytes == 0;
-    const bool isPacked = view.nChannels == form.unitSamples
-        && view.pixelStep == static_cast<ptrdiff_t>(form.unitSamples) * view.sampleBytes
-        && (view.nChannels == 1 || view.channelStep == view.sampleBytes);
-    if (mask == nullptr && !isOneBit && isPacked) return true;
-    rows_.sampleBytes = form.isBits ? 0 : std::max(view.sampleBytes, 1);
-    rows_.pixelStep = static_cast<ptrdiff_t>(form.unitSamples) * rows_.sampleBytes;
-    rows_.channelStep = rows_.sampleBytes;
-    rows_.bit = 0;
-    const ptrdiff_t rowBytes = form.isBits ? ownBytesOfBits(0, view.width) : view.width * rows_.pixelStep;
-    rows_.rowStep = (rowBytes + 63) & ~static_cast<ptrdiff_t>(63);
+    if (mask == nullptr && ownLieAsMade(view, form)) return true;
+    rows_ = ownMadeRows(rows_, form);
     buffer_ = ownBuffer<uint8_t>(static_cast<int64_t>(rows_.rowStep) * height);
     rows_.first = buffer_.get();
     return buffer_ != nullptr;

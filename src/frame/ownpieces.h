@@ -27,6 +27,12 @@ struct OwnRowForm {
     bool isBits;
 };
 
+// True where a view's pixels lie as they are made.
+bool ownLieAsMade(const OwnView& view, const OwnRowForm& form);
+
+// A view of as many rows as they are made, which start at multiples of 64 bytes of a buffer that is still to be had.
+OwnView ownMadeRows(const OwnView& view, const OwnRowForm& form);
+
 // Room for some rows of a piece: the destination itself where rows lie there as they are made, otherwise a buffer.
 class OwnOutput {
 public:

@@ -4,6 +4,7 @@
 
 #include "ownbits.h"
 #include "owndepth.h"
+#include "ownivdep.h"
 
 // ---- whole bytes ---------------------------------------------------------------------------------------------------
 
@@ -11,6 +12,48 @@ static void ownForwardBytes(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdi
                             ptrdiff_t pixelBytes)
 {
     memcpy(to + toX * pixelBytes, from + x * pixelBytes, static_cast<size_t>(n * pixelBytes));
+}
+
+// True where compilers reverse the bytes of a vector by one instruction.
+#if defined(__SSSE3__) || defined(__aarch64__)
+static constexpr bool ownReversesVectors = true;
+#else
+static constexpr bool ownReversesVectors = false;
+#endif
+
+// Pixels of three samples are reversed as blocks of samples, in which the outer two of each pixel have changed places.
+static constexpr ptrdiff_t ownThirdsPixels = 64;
+
+// For each of a pixel's three samples, ones in every lane of a block that holds it.
+template <class T> struct OwnThirds {
+    T lanes[3][3 * ownThirdsPixels] = {};
+    constexpr OwnThirds()
+    {
+        for (ptrdiff_t j = 0; j < 3 * ownThirdsPixels; ++j) lanes[j % 3][j] = static_cast<T>(~T { 0 });
+    }
+};
+
+// Whole blocks of n pixels, with a pixel of the row before the first and behind the last one, which are read but not
+// moved. `from` is the pixel read last. Tells how many pixels were moved.
+template <class T> static ptrdiff_t ownBackwardThirds(const uint8_t* from, uint8_t* to, ptrdiff_t n)
+{
+    static constexpr OwnThirds<T> thirds;
+    const T* const source = reinterpret_cast<const T*>(from);
+    T* const target = reinterpret_cast<T*>(to);
+    constexpr ptrdiff_t samples = 3 * ownThirdsPixels;
+    ptrdiff_t moved = 0;
+    for (; moved + ownThirdsPixels <= n; moved += ownThirdsPixels) {
+        const T* const in = source - 3 * (moved + ownThirdsPixels - 1);
+        T* const out = target + 3 * moved;
+        OWN_IVDEP
+        for (ptrdiff_t j = 0; j < samples; ++j) {
+            const T first = in[j + 2] & thirds.lanes[0][j];
+            const T middle = in[j] & thirds.lanes[1][j];
+            const T last = in[j - 2] & thirds.lanes[2][j];
+            out[samples - 1 - j] = static_cast<T>(first | middle | last);
+        }
+    }
+    return moved;
 }
 
 // BYTES is the size of a pixel; 0: only pixelBytes tells.
@@ -27,19 +70,24 @@ static void ownBackwardBytes(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrd
         // move overwrites it; so neither the first nor the last pixel is moved this way.
         constexpr size_t wideBytes = BYTES / 3 * 4;
         if (n > 0) memcpy(target, source, BYTES);
-        for (i = 1; i < n - 1; ++i) memcpy(target + i * bytes, source - i * bytes, wideBytes);
+        i = 1;
+        if constexpr (ownReversesVectors && BYTES == 3) {
+            i += ownBackwardThirds<uint8_t>(source - BYTES, target + BYTES, n - 2);
+        } else if constexpr (ownReversesVectors && BYTES == 6) {
+            i += ownBackwardThirds<uint16_t>(source - BYTES, target + BYTES, n - 2);
+        }
+        for (; i < n - 1; ++i) memcpy(target + i * bytes, source - i * bytes, wideBytes);
     }
     for (; i < n; ++i) memcpy(target + i * bytes, source - i * bytes, static_cast<size_t>(bytes));
 }
 
-// Single bytes, eight at a time.
 template <>
 void ownBackwardBytes<1>(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdiff_t toX, ptrdiff_t n, ptrdiff_t)
 {
     const uint8_t* __restrict const source = from + x;
     uint8_t* __restrict const target = to + toX;
     ptrdiff_t i = 0;
-    for (; i + 8 <= n; i += 8) {
+    for (; !ownReversesVectors && i + 8 <= n; i += 8) {
         uint64_t word;
         memcpy(&word, source - i - 7, sizeof word);
         word = __builtin_bswap64(word);

@@ -35,6 +35,9 @@ struct OwnCheck {
     const char* text;
 };
 
+// There is one of these functions for all processor levels.
+extern "C" {
+
 // Reports the first check that fails: its status, or PXK_StsOk. Rows are evaluated together, so what one row looks at
 // must not depend on another one: such checks are lists of their own, joined by &&.
 [[nodiscard]] int32_t ownFirstFault(const OwnSite& site, std::initializer_list<OwnCheck> checks);
@@ -46,6 +49,8 @@ struct OwnCheck {
 // by the stored status, which may be stale.
 [[nodiscard]] int32_t ownFirstHeaderFault(const OwnSite& site, std::initializer_list<PxkImage*> images);
 [[nodiscard]] int32_t ownEveryHeaderFault(const OwnSite& site, std::initializer_list<PxkImage*> images);
+
+} // extern "C"
 
 [[nodiscard]] inline bool ownPassed(const OwnSite& site, std::initializer_list<OwnCheck> checks)
 {

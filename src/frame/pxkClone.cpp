@@ -5,7 +5,7 @@
 #include "ownimage.h"
 #include "ownreport.h"
 
-// Rows are copied with their padding; where the caller's step is not the rule's, the smaller of the two.
+// The block as it is; where the caller's step is not the rule's, the pixels of each row.
 static void ownCopyBlock(const PxkImage* source, PxkImage* clone)
 {
     const char* from = static_cast<const char*>(source->imageData);
@@ -14,7 +14,8 @@ static void ownCopyBlock(const PxkImage* source, PxkImage* clone)
         memcpy(to, from, static_cast<size_t>(std::min(source->imageSize, clone->imageSize)));
         return;
     }
-    const size_t rowBytes = static_cast<size_t>(std::min(source->widthStep, clone->widthStep));
+    const int64_t pixelBytes = ownRowStep(source->dataOrder, source->depth, 1, source->nChannels, source->width);
+    const size_t rowBytes = static_cast<size_t>(std::min<int64_t>(source->widthStep, pixelBytes));
     const int64_t rows = clone->imageSize / clone->widthStep;
     for (int64_t row = 0; row < rows; ++row) {
         memcpy(to, from, rowBytes);

@@ -27,7 +27,7 @@ void ownFreeZeroed(void* block);
 [[noreturn]] void ownFatalExit(const char* text);
 
 // Writes the texts one behind the other to the standard-error stream and flushes it. A stream that is closed, or a pipe
-// that nobody reads any more, does no harm.
+// that nobody reads any more, does no harm; a process that began without the stream writes nothing.
 void ownWriteError(std::initializer_list<const char*> texts);
 
 // Decimal digits of a number.
@@ -37,7 +37,7 @@ struct OwnDigits {
 OwnDigits ownDigits(int32_t number);
 
 // The processor's time-stamp counter as it stands; where there is none, nanoseconds of a clock that never goes back.
-uint64_t ownProcessorCounter();
+extern "C" uint64_t ownProcessorCounter();
 
 // Styles and buttons of a modal box have the numbers of the system that knows such boxes.
 constexpr uint32_t OWN_BOX_OK = 0x0;

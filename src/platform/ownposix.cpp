@@ -11,6 +11,7 @@
 #include <poll.h>
 #include <pthread.h>
 #include <sys/stat.h>
+#include <termios.h>
 #include <unistd.h>
 
 // The value is read from the thread-local pointer; the key is there for its destructor, the end of a thread.
@@ -104,6 +105,7 @@ struct OwnPipeGuard {
 
 void ownWriteError(std::initializer_list<const char*> texts)
 {
+    if (!ownErrorStreamWasOpen) return;
     const OwnPipeGuard guard;
     flockfile(stderr);
     for (const char* text : texts) fputs(text, stderr);
@@ -192,6 +194,7 @@ static int32_t ownAsk(const OwnQuestion& question)
         ownWriteError({ question.prompt, question.harmless, " (no terminal to ask)\n" });
         return question.harmlessButton;
     }
+    tcflush(STDIN_FILENO, TCIFLUSH); // what was typed for something else is no answer
     for (;;) {
         ownWriteError({ question.prompt });
         const int letter = ownReadLetter();

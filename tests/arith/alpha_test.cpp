@@ -1,4 +1,4 @@
-// Products next to the middle between two results, and all pairs of alphas.
+// Products next to the middle between two results.
 #include "reference/alpha.h"
 
 #include <cmath>
@@ -24,35 +24,5 @@ TEST(MultiplyScale, rounds)
         modelMultiplyScale(*a, *b, *want);
         pxkMultiplyScale(*a, *b, *got);
         EXPECT_TRUE(samePicture(*want, *got));
-    }
-}
-
-// Every pair of 8-bit alphas, and the same in the high bytes of 16-bit ones, under colours of all kinds; rows longer
-// than any block that is taken at a time.
-static void testAllPairsOfAlphas(int32_t depth, int32_t order)
-{
-    const PictureSpec spec = PictureSpec(depth, 2048, 32, 4, order).withAlpha();
-    const PicturePtr a = Picture::make(spec, 1), b = Picture::make(spec, 2);
-    Random random(3);
-    for (int32_t i = 0; i < 65536; ++i) {
-        const int32_t x = i % 2048, y = i / 2048, alphaA = i % 256, alphaB = i / 256;
-        a->setNumber(x, y, 3, depth == PXK_DEPTH_8U ? alphaA : 256 * alphaA + random.below(256));
-        b->setNumber(x, y, 3, depth == PXK_DEPTH_8U ? alphaB : 256 * alphaB + random.below(256));
-    }
-    for (int32_t type = 0; type < 6; ++type) {
-        const PicturePtr got = Picture::make(spec, 4), want = got->copy();
-        modelAlphaComposite(*a, *b, *want, { type, false, false, 0, 0 });
-        pxkAlphaComposite(*a, *b, *got, type, 0);
-        ASSERT_TRUE(samePicture(*want, *got)) << "type " << type;
-        modelAlphaComposite(*a, *b, *want, { type, false, true, 100, 77 });
-        pxkAlphaCompositeC(*a, *b, *got, type, 100, 77, 0);
-        ASSERT_TRUE(samePicture(*want, *got)) << "constants, type " << type;
-    }
-}
-
-TEST(AlphaComposite, allPairsOfAlphas)
-{
-    for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_16U }) {
-        for (const int32_t order : { PXK_DATA_ORDER_PIXEL, PXK_DATA_ORDER_PLANE }) testAllPairsOfAlphas(depth, order);
     }
 }

@@ -20,6 +20,7 @@ TEST(Compare, nearFloats)
     const float infinity = std::numeric_limits<float>::infinity();
     EXPECT_EQ(bitOf(0.75f, 0.5f, 0.25f), 1u);
     EXPECT_EQ(bitOf(16777216, -1, 16777216), 0u); // a float would have lost the 1
+    EXPECT_EQ(bitOf(1, -0x1p-54f, 1), 1u);        // a double is too short for the rest
     EXPECT_EQ(bitOf(FLT_MAX, -FLT_MAX, infinity), 1u);
     EXPECT_EQ(bitOf(infinity, infinity, infinity), 0u); // their difference is no number
     EXPECT_EQ(bitOf(std::nanf(""), std::nanf(""), infinity), 0u);

@@ -19,67 +19,40 @@ Numbers anyFloat(const Case&, const Scene&, Random& random)
     return { double(random.oneOf({ 0.0f, 1.0f, -1.0f, 0.1f, -2.5e7f, 3.0e38f, 1e-40f })) };
 }
 
-struct Row {
-    const char* name;
-    Scalar kind;
-    std::function<void(PxkImage*, PxkImage*, double)> call;
-    bool isNullOwn;            // a null source has a text of its own
-    std::vector<Trial> trials; // who reports depends on depth and constant: one operation is done by another
-    const char* func = nullptr;
-};
+using Call = std::function<void(PxkImage*, PxkImage*, double)>;
 
-std::function<void(PxkImage*, PxkImage*, double)> with(void (*function)(PxkImage*, PxkImage*, int32_t))
+template <class... Constant> Call of(void (*function)(PxkImage*, PxkImage*, Constant...))
 {
-    return [=](PxkImage* s, PxkImage* d, double constant) { function(s, d, int32_t(constant)); };
-}
-std::function<void(PxkImage*, PxkImage*, double)> withFloat(void (*function)(PxkImage*, PxkImage*, float))
-{
-    return [=](PxkImage* s, PxkImage* d, double constant) { function(s, d, float(constant)); };
-}
-std::function<void(PxkImage*, PxkImage*, double)> without(void (*function)(PxkImage*, PxkImage*))
-{
-    return [=](PxkImage* s, PxkImage* d, double) { function(s, d); };
-}
-void subtract(PxkImage* s, PxkImage* d, double constant)
-{
-    pxkSubtractS(s, d, int32_t(constant), 0);
-}
-void subtractFrom(PxkImage* s, PxkImage* d, double constant) // any flip that is not 0 counts
-{
-    const int32_t flips[] = { 1, -1, 256, INT32_MIN };
-    pxkSubtractS(s, d, int32_t(constant), flips[uint32_t(int32_t(constant)) % 4]);
-}
-void subtractFloat(PxkImage* s, PxkImage* d, double constant)
-{
-    pxkSubtractSFP(s, d, float(constant), 0);
-}
-void subtractFromFloat(PxkImage* s, PxkImage* d, double constant)
-{
-    pxkSubtractSFP(s, d, float(constant), 256);
+    return [=](PxkImage* s, PxkImage* d, double constant) {
+        if constexpr (sizeof...(Constant) == 0) function(s, d);
+        if constexpr (sizeof...(Constant) == 1) function(s, d, static_cast<Constant>(constant)...);
+    };
 }
 
-Operation operationOf(const Row& row)
+// A null source may have a text of its own. Who reports depends on depth and constant, which `trials` tell: one
+// operation is done by another.
+Operation operationOf(const std::string& name, Scalar kind, const Call& call, bool isNullOwn,
+                      const std::vector<Trial>& trials = {})
 {
     Operation op(
-        row.name, { "srcImage", "dstImage" }, [call = row.call](const Arguments& a) { call(a[0], a[1], a.numbers[0]); },
-        [kind = row.kind](const Scene& s, const Numbers& n) { modelScalar(kind, s[0], s[1], n[0]); });
-    const bool isFloat = op.func.find("FP") != std::string::npos;
-    const std::string name = row.func != nullptr ? row.func : op.func;
-    op.setFunc(name);
-    op.trials = row.trials;
+        name, { "srcImage", "dstImage" }, [=](const Arguments& a) { call(a[0], a[1], a.numbers[0]); },
+        [=](const Scene& s, const Numbers& n) { modelScalar(kind, s[0], s[1], n[0]); });
+    const bool isFloat = name.find("FP") != std::string::npos;
+    if (kind == Scalar::NOT) op.setFunc("pxkXorS");
+    op.trials = trials;
     op.numbers = isFloat ? anyFloat : anyInteger;
     if (isFloat) {
         op.axes.depths = { PXK_DEPTH_32F };
-    } else if (row.kind != Scalar::SQUARE) {
+    } else if (kind != Scalar::SQUARE) {
         op.axes.depths.pop_back();
     }
-    if (row.name == std::string("pxkSubtractS")) op.axes.orders.push_back(Order::MIXED);
+    if (name == "pxkSubtractS") op.axes.orders.push_back(Order::MIXED);
     op.axes.places = { InPlace::NO, InPlace::NO, InPlace::FIRST };
     op.axes.count = 1200;
-    op.axes.seed = 11 + uint64_t(row.kind);
-    if (row.isNullOwn) {
-        op.nullImage = [name, other = op.nullImage](size_t k) {
-            return k == 0 ? Ending({ { PXK_StsBadArg, name, "srcImage==0" } }) : other(k);
+    op.axes.seed = 11 + uint64_t(kind);
+    if (isNullOwn) {
+        op.nullImage = [func = op.func, other = op.nullImage](size_t k) {
+            return k == 0 ? Ending({ { PXK_StsBadArg, func, "srcImage==0" } }) : other(k);
         };
     }
     return op;
@@ -92,33 +65,25 @@ PictureSpec planesOf(int32_t depth)
     return spec;
 }
 
-void add(const Row& row)
+void add(const std::string& name, Scalar kind, const Call& call, bool isNullOwn, const std::vector<Trial>& trials = {})
 {
-    const Operation op = operationOf(row);
+    const Operation op = operationOf(name, kind, call, isNullOwn, trials);
     addOperation(op);
-    const bool isFloat = op.axes.depths[0] == PXK_DEPTH_32F;
-    const bool hasOrder = op.func != "pxkSubtractS";
-    const PictureSpec gray = isFloat ? FLOATS : GRAY;
+    const PictureSpec gray = op.axes.depths[0] == PXK_DEPTH_32F ? FLOATS : GRAY;
     PictureSpec rgb = RGB;
     rgb.depth = gray.depth;
-    const char* const channels = "(nChSrc != nChDst)";
-    addRefusals(row.name,
+    const char *const channels = "(nChSrc != nChDst)", *const orders = "(srcImage->dataOrder != dstImage->dataOrder)";
+    const bool hasOrder = op.func != "pxkSubtractS";
+    addRefusals(name,
                 { { "(srcImage->depth != dstImage->depth)", { gray, planesOf(PXK_DEPTH_32S) }, { 3 } },
-                  { hasOrder ? "(srcImage->dataOrder != dstImage->dataOrder)" : channels,
-                    { gray, planesOf(gray.depth) },
-                    { 3 } },
+                  { hasOrder ? orders : channels, { gray, planesOf(gray.depth) }, { 3 } },
                   { channels, { gray, rgb }, { 3 } } });
-    if (row.kind >= Scalar::AND && row.kind <= Scalar::SHIFT_RIGHT) {
-        for (const double constant : { 0.0, 3.0, 32.0, -1.0 }) {
-            const bool isXor = (row.kind == Scalar::SHIFT_LEFT || row.kind == Scalar::SHIFT_RIGHT) && constant == 0;
-            addRefusals(row.name,
-                        { { "This function does not support depth 32F",
-                            { FLOATS, FLOATS },
-                            { constant },
-                            {},
-                            PXK_StsBadArg,
-                            isXor ? "pxkXorS" : "" } });
-        }
+    if (kind < Scalar::AND || kind > Scalar::SHIFT_RIGHT) return;
+    for (const double constant : { 0.0, 3.0, 32.0, -1.0 }) {
+        const bool isXor = (kind == Scalar::SHIFT_LEFT || kind == Scalar::SHIFT_RIGHT) && constant == 0;
+        Refusal refusal = { "This function does not support depth 32F", { FLOATS, FLOATS }, { constant } };
+        if (isXor) refusal.func = "pxkXorS";
+        addRefusals(name, { refusal });
     }
 }
 
@@ -132,55 +97,39 @@ void addDepths(const std::string& integer, const std::string& real)
 }
 
 const Rows rows([] {
-    add({ "pxkAddS",
-          Scalar::ADD,
-          with(pxkAddS),
-          true,
-          { { PXK_DEPTH_16S, { 5 }, "pxkSubtractS" },
-            { PXK_DEPTH_32S, { 5 }, "pxkAddS" },
-            { PXK_DEPTH_1U, { 1 }, "pxkOrS" } } });
-    add({ "pxkSubtractS",
-          Scalar::SUBTRACT,
-          subtract,
-          false,
-          { { PXK_DEPTH_8U, { 77 }, "pxkSubtractS" }, { PXK_DEPTH_8U, { 300 }, "pxkSubtractS" } } });
-    add({ "pxkSubtractS_from",
-          Scalar::SUBTRACT_FROM,
-          subtractFrom,
-          false,
-          { { PXK_DEPTH_1U, { 1 }, "pxkSubtractS" } } });
-    add({ "pxkMultiplyS",
-          Scalar::MULTIPLY,
-          with(pxkMultiplyS),
-          true,
-          { { PXK_DEPTH_16U, { 3 }, "pxkMultiplyS" }, { PXK_DEPTH_16U, { -3 }, "pxkAndS" } } });
-    add({ "pxkAndS", Scalar::AND, with(pxkAndS), false, { { PXK_DEPTH_8S, { 0 }, "pxkAndS" } } });
-    add({ "pxkOrS", Scalar::OR, with(pxkOrS), false, {} });
-    add({ "pxkXorS", Scalar::XOR, with(pxkXorS), false, {} });
-    add({ "pxkLShiftS",
-          Scalar::SHIFT_LEFT,
-          with(pxkLShiftS),
-          true,
-          { { PXK_DEPTH_16S, { 2 }, "pxkLShiftS" }, { PXK_DEPTH_16S, { 0 }, "pxkXorS" } } });
-    add({ "pxkRShiftS",
-          Scalar::SHIFT_RIGHT,
-          with(pxkRShiftS),
-          false,
-          { { PXK_DEPTH_16S, { 40 }, "pxkRShiftS" },
-            { PXK_DEPTH_16U, { 40 }, "pxkAndS" },
-            { PXK_DEPTH_16U, { 16 }, "pxkAndS" },
-            { PXK_DEPTH_16U, { 15 }, "pxkRShiftS" } } });
-    add({ "pxkNot", Scalar::NOT, without(pxkNot), false, {}, "pxkXorS" });
-    add({ "pxkSquare", Scalar::SQUARE, without(pxkSquare), false, { { PXK_DEPTH_16S, { 0 }, "pxkSquare" } } });
-    add({ "pxkAddSFP", Scalar::ADD, withFloat(pxkAddSFP), true, {} });
-    add({ "pxkSubtractSFP", Scalar::SUBTRACT, subtractFloat, true, {} });
-    add({ "pxkSubtractSFP_from", Scalar::SUBTRACT_FROM, subtractFromFloat, true, {} });
-    add({ "pxkMultiplySFP", Scalar::MULTIPLY, withFloat(pxkMultiplySFP), true, {} });
+    const auto subtract = [](PxkImage* s, PxkImage* d, double c) { pxkSubtractS(s, d, int32_t(c), 0); };
+    const auto subtractFrom = [](PxkImage* s, PxkImage* d, double c) { // any flip that is not 0 counts
+        const int32_t flips[] = { 1, -1, 256, INT32_MIN };
+        pxkSubtractS(s, d, int32_t(c), flips[uint32_t(int32_t(c)) % 4]);
+    };
+    const auto subtractFP = [](PxkImage* s, PxkImage* d, double c) { pxkSubtractSFP(s, d, float(c), 0); };
+    const auto subtractFromFP = [](PxkImage* s, PxkImage* d, double c) { pxkSubtractSFP(s, d, float(c), 256); };
+    const int32_t bits = PXK_DEPTH_1U, bytes = PXK_DEPTH_8U, words = PXK_DEPTH_16U, signedWords = PXK_DEPTH_16S;
+    add("pxkAddS", Scalar::ADD, of(pxkAddS), true,
+        { { signedWords, { 5 }, "pxkSubtractS" }, { PXK_DEPTH_32S, { 5 }, "pxkAddS" }, { bits, { 1 }, "pxkOrS" } });
+    add("pxkSubtractS", Scalar::SUBTRACT, subtract, false,
+        { { bytes, { 77 }, "pxkSubtractS" }, { bytes, { 300 }, "pxkSubtractS" } });
+    add("pxkSubtractS_from", Scalar::SUBTRACT_FROM, subtractFrom, false, { { bits, { 1 }, "pxkSubtractS" } });
+    add("pxkMultiplyS", Scalar::MULTIPLY, of(pxkMultiplyS), true,
+        { { words, { 3 }, "pxkMultiplyS" }, { words, { -3 }, "pxkAndS" } });
+    add("pxkAndS", Scalar::AND, of(pxkAndS), false, { { PXK_DEPTH_8S, { 0 }, "pxkAndS" } });
+    add("pxkOrS", Scalar::OR, of(pxkOrS), false);
+    add("pxkXorS", Scalar::XOR, of(pxkXorS), false);
+    add("pxkLShiftS", Scalar::SHIFT_LEFT, of(pxkLShiftS), true,
+        { { signedWords, { 2 }, "pxkLShiftS" }, { signedWords, { 0 }, "pxkXorS" } });
+    add("pxkRShiftS", Scalar::SHIFT_RIGHT, of(pxkRShiftS), false,
+        { { signedWords, { 40 }, "pxkRShiftS" }, { words, { 16 }, "pxkAndS" }, { words, { 15 }, "pxkRShiftS" } });
+    add("pxkNot", Scalar::NOT, of(pxkNot), false, { { bytes, { 0 }, "pxkXorS" } });
+    add("pxkSquare", Scalar::SQUARE, of(pxkSquare), false);
+    add("pxkAddSFP", Scalar::ADD, of(pxkAddSFP), true);
+    add("pxkSubtractSFP", Scalar::SUBTRACT, subtractFP, true);
+    add("pxkSubtractSFP_from", Scalar::SUBTRACT_FROM, subtractFromFP, true);
+    add("pxkMultiplySFP", Scalar::MULTIPLY, of(pxkMultiplySFP), true);
     addDepths("pxkAddS", "pxkAddSFP");
     addDepths("pxkSubtractS", "pxkSubtractSFP");
     addDepths("pxkMultiplyS", "pxkMultiplySFP");
 
-    Operation magnitude = operationOf({ "pxkAbs", Scalar::ABS, without(pxkAbs), true, {} });
+    Operation magnitude = operationOf("pxkAbs", Scalar::ABS, of(pxkAbs), true);
     magnitude.axes.depths = { PXK_DEPTH_8S, PXK_DEPTH_16S, PXK_DEPTH_32S, PXK_DEPTH_32F };
     magnitude.axes.channels = { Channels::ONE, Channels::THREE, Channels::ALPHA, Channels::COI };
     magnitude.stale = Stale::STOPS;

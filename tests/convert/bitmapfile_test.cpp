@@ -54,7 +54,7 @@ TEST(BitmapFile, readsWhatIsInTheFile)
     for (const int32_t bits : { 1, 4, 8, 16, 24, 32 })
         for (const int32_t gap : { 0, 4, 7 })
             for (const bool isRamp : { false, true })
-                for (const uint32_t colors : { 0u, 2u }) {
+                for (const uint32_t colors : { 0u, 2u, 300u }) {
                     Random random(bits + gap + colors);
                     Bitmap bitmap = isRamp && bits <= 8 ? rampBitmap(bits, colors, random)
                                                         : Bitmap(bitmapHeader(11, -3, bits, 0, colors), true, random);
@@ -99,9 +99,12 @@ TEST(BitmapFile, refusesWhatIsNotInTheFile)
     EXPECT_EQ(why(22, INT32_MIN, 4), "bad width or height");
     EXPECT_EQ(why(18, INT32_MAX, 4), "too large");
     EXPECT_EQ(why(28, 2, 2), "bad bits a pixel");
-    EXPECT_EQ(why(46, 257, 4), "too many colours");
-    EXPECT_EQ(why(30, 1, 4), "Bad argument"); // noise as run-length code
-    recordedReports().clear();
+    EXPECT_EQ(why(30, 1, 4), "Incorrect format of BI_RLE8 DIB (mismatch biHeight or biWidth)"); // noise as code
+    EXPECT_TRUE(recordedReports().empty());
+    std::vector<uint8_t> coded = good;
+    coded[30] = 1, coded[19] = coded[23] = 0x40; // 16,000 by 16,000 pixels in 36 bytes of code
+    BitmapFile opened;
+    EXPECT_STREQ(readBitmapBytes(&opened, coded.data(), coded.size()), "the bits are too few for the picture");
 }
 
 TEST(BitmapFile, writesWhatItReads)

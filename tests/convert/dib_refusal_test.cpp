@@ -252,7 +252,7 @@ TEST(DibTranslate, refuses)
                                           { -4, "pxkTranslateDIB",
                                             "Not enough memory to allocate header for destination image" } };
     expectRefusal(changed([](auto& h) { h.biHeight = INT32_MIN; }), badSize);
-    expectRefusal(changed([](auto& h) { h.biHeight = 0; }), badSize);
+    expectRefusal(changed([](auto& h) { h.biCompression = 1, h.biHeight = 0; }), badSize);
     expectRefusal(changed([](auto& h) { h.biWidth = -5; }), badSize);
     expectRefusal(changed([](auto& h) { h.biWidth = h.biHeight = INT32_MAX, h.biBitCount = 24; }), badSize);
 }

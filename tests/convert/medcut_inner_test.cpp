@@ -52,6 +52,7 @@ TEST(Medcut, matchesModel)
         PictureSpec spec(random.oneOf({ PXK_DEPTH_8U, PXK_DEPTH_16U }), random.between(1, 60), random.between(1, 40),
                          channels, random.below(2));
         spec.hasAlpha = channels == 4;
+        spec.extraStep = random.oneOf({ 0, 8 });
         const PicturePtr image = colorPicture(spec, channels == 1 ? "G\0\0" : random.oneIn(2) ? "BGR" : "RGBA", random);
         if (!random.oneIn(4)) cluster(*image, random.between(1, 40), random.between(1, 60), random);
         SCOPED_TRACE("seed " + std::to_string(seed));
@@ -74,28 +75,6 @@ TEST(Medcut, endsWhenNoBoxMayBeSplit)
     const std::vector<uint32_t> table = tableOf(bitmap);
     EXPECT_EQ(table[1] != 0, true);
     EXPECT_EQ(std::vector<uint32_t>(table.begin() + 2, table.end()), std::vector<uint32_t>(14, 0));
-}
-
-TEST(Medcut, fewColorsAreKeptInTheOrderOfCells)
-{
-    Random random(1);
-    const PicturePtr image = colorPicture(PictureSpec(PXK_DEPTH_8U, 2, 2, 3), "RGB", random);
-    const uint8_t pixels[4][3] = { { 255, 0, 0 }, { 0, 0, 9 }, { 3, 255, 1 }, { 254, 1, 3 } }; // red, green, blue
-    for (int32_t i = 0; i < 12; ++i) image->setNumber(i / 3 % 2, i / 6, i % 3, pixels[i / 3][i % 3]);
-    Bitmap bitmap(bitmapHeader(1, 1, 4), true, random);
-    EXPECT_EQ(ownMedcutPalette(bitmap.dib(), &image->header), 1);
-    EXPECT_EQ(tableOf(bitmap), std::vector<uint32_t>({ 0xFC0000, 0x00FC00, 0x000008 }));
-}
-
-TEST(Medcut, oneBitImagesAreBlackAndWhite)
-{
-    Random random(1);
-    const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_1U), random);
-    for (const int32_t bits : { 1, 4, 8 }) {
-        Bitmap bitmap(bitmapHeader(1, 1, bits), true, random);
-        EXPECT_EQ(ownMedcutPalette(bitmap.dib(), &image->header), 1);
-        EXPECT_EQ(tableOf(bitmap), std::vector<uint32_t>({ 0, 0xFFFFFF }));
-    }
 }
 
 TEST(Medcut, refuses)

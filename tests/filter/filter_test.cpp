@@ -178,6 +178,53 @@ TEST(Filters, windowsBeyondCounters)
     }
 }
 
+// Sums of the brightest samples just below and above what 16 and 32 bits hold, shifted so that a wrong one shows.
+TEST(Convolution, sumsAtTheBoundsOfIntegers)
+{
+    const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 40, 2)), dst = src->copy();
+    src->setAll(255);
+    pxkSetBorderMode(*src, PXK_EDGE_CLAMP, 15, 0);
+    for (const double bound : { 32767.0, 65535.0, 2147483647.0 }) {
+        const int32_t side = bound > 65535 ? 17 : 3, shift = bound > 65535 ? 24 : 8;
+        for (int32_t beyond = -1; beyond <= 1; ++beyond) {
+            const int32_t total = int32_t(bound / 255) + beyond, part = total / (side * side);
+            std::vector<int32_t> values(size_t(side * side), part);
+            values[0] += total - part * side * side;
+            PxkConvKernel* kernel = pxkCreateConvKernel(side, side, 1, 1, values.data(), shift);
+            pxkConvolve2D(*src, *dst, &kernel, 1, 0);
+            const double sum = std::min(255.0 * total, 2147483647.0);
+            for (int32_t x = 0; x < 40; ++x) {
+                ASSERT_EQ(dst->value(x, 1), std::min(255.0, std::floor(sum / std::exp2(shift)))) << total;
+            }
+            pxkDeleteConvKernel(kernel);
+        }
+    }
+}
+
+// Halves between neighbouring levels go up, whatever the number of samples that the sum is divided by.
+TEST(Filters, meansOfHalves)
+{
+    const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 2, 255), 1), dst = src->copy();
+    for (int32_t i = 0; i < 2 * 255; ++i) src->setNumber(i % 2, i / 2, 0, i / 2 + i % 2);
+    pxkSetBorderMode(*src, PXK_EDGE_WRAP, 15, 0);
+    startReports();
+    for (int32_t nCols = 2; nCols <= 33000; nCols += nCols < 700 ? 2 : 998) {
+        pxkBlur(*src, *dst, nCols, 1, 0, 0);
+        for (int32_t i = 0; i < 2 * 255; ++i) ASSERT_EQ(dst->value(i % 2, i / 2), i / 2 + 1) << nCols << " columns";
+    }
+    expectNoReports();
+}
+
+TEST(Filters, loneAlphaIsNothing)
+{
+    const PictureSpec spec = PictureSpec(PXK_DEPTH_8U, 9, 5).withAlpha();
+    const Scene got = { { Picture::make(spec, 1), Picture::make(spec, 2) } }, want = got.copy();
+    for (const char* const name : { "pxkErode", "pxkClose", "pxkMinFilter", "pxkMedianFilter", "pxkBlur" }) {
+        EXPECT_EQ(operationNamed(name).run(got, { 3, 3, 1, 1 }), Ending()) << name;
+        EXPECT_TRUE(sameScene(want, got)) << name;
+    }
+}
+
 // Source and destination lie in one block, some rows apart: the result is that of a source apart.
 TEST(Filters, blocksMayOverlap)
 {

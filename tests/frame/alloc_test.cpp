@@ -330,7 +330,7 @@ TEST(Clone, copiesPixelsAndRegion)
 {
     Axes axes;
     axes.tilings = { 0, 1 };
-    axes.count = 1500;
+    axes.count = 800;
     forEachCase(axes, [](const Case& c) {
         const Scene got = makeScene(c, 1), want = got.copy();
         pxkSetBorderMode(got[0], PXK_EDGE_WRAP, PXK_SIDE_LEFT, 1);
@@ -341,30 +341,28 @@ TEST(Clone, copiesPixelsAndRegion)
         expectNoReports();
         EXPECT_TRUE(sameScene(want, got));
         const PxkImage& source = got[0].header;
-        const int32_t sourceStep = got[0].isTiled() ? 0 : clone->widthStep; // what a wider step leaves over goes
-        EXPECT_EQ(source.widthStep - sourceStep, got[0].spec.extraStep);
-        PxkImage expected = source;
+        EXPECT_EQ(got[0].isTiled() ? 0 : source.widthStep - clone->widthStep, got[0].spec.extraStep);
+        PxkImage expected = source; // but for what is its own
         expected.maskROI = nullptr;
         expected.userTag = nullptr;
         expected.tileInfo = nullptr;
         expected.imageData = clone->imageData;
         expected.imageDataBase = clone->imageDataBase;
-        expected.imageSize = clone->imageSize;
+        expected.imageSize = clone->widthStep * source.height * got[0].planes();
         expected.widthStep = clone->widthStep;
         expected.roi = clone->roi;
         EXPECT_EQ(memcmp(&expected, clone, sizeof expected), 0);
-        ASSERT_EQ(clone->roi == nullptr, source.roi == nullptr);
-        if (source.roi != nullptr) {
-            EXPECT_NE(clone->roi, source.roi);
-            EXPECT_EQ(memcmp(clone->roi, source.roi, sizeof(PxkROI)), 0);
-        }
-        const int32_t rows = source.height * got[0].planes();
-        EXPECT_EQ(clone->imageSize, clone->widthStep * rows);
-        for (int32_t y = 0; y < rows && !got[0].isTiled(); ++y) {
-            EXPECT_EQ(memcmp(got[0].row(y), static_cast<char*>(clone->imageData) + y * clone->widthStep,
-                             static_cast<size_t>(clone->widthStep)),
-                      0)
-                << "row " << y;
+        const bool hasRegion = source.roi != nullptr;
+        ASSERT_EQ(clone->roi != nullptr, hasRegion);
+        EXPECT_TRUE(!hasRegion || (clone->roi != source.roi && memcmp(clone->roi, source.roi, sizeof(PxkROI)) == 0));
+        if (!got[0].isTiled()) {
+            const PicturePtr copy = got[0].copy();
+            copy->setAll(0);
+            for (int32_t y = 0; y < source.height * got[0].planes(); ++y) {
+                memcpy(copy->row(y), static_cast<char*>(clone->imageData) + y * clone->widthStep,
+                       static_cast<size_t>(clone->widthStep));
+            }
+            EXPECT_TRUE(sameSamples(got[0], *copy));
         }
         freeClone(clone);
     });

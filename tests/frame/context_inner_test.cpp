@@ -12,42 +12,24 @@ namespace {
 
 void fill(PxkContext& context)
 {
-    for (int i = 0; i < OWN_FOURIER_ENTRIES; i += 31) { // first and last of every list
-        OwnFourierCaches& fourier = context.fourier;
-        fourier.work[i] = static_cast<int32_t*>(pxkMalloc(8));
-        fourier.workFP[i] = static_cast<float*>(pxkMalloc(8));
-        fourier.bitReversal[i] = static_cast<int32_t*>(pxkMalloc(8));
-        fourier.twiddleRadix4[i] = static_cast<float*>(pxkMalloc(8));
-        fourier.twiddleRadix2[i] = static_cast<float*>(pxkMalloc(8));
-        fourier.untangle[i] = static_cast<float*>(pxkMalloc(8));
-        fourier.twiddleFixed[i] = static_cast<int16_t*>(pxkMalloc(8));
-        fourier.directFP[i] = static_cast<float*>(pxkMalloc(8));
-        fourier.direct[i] = static_cast<int16_t*>(pxkMalloc(8));
-        fourier.workSize[i] = fourier.workSizeFP[i] = fourier.directSizeFP[i] = fourier.directSize[i] = 2;
+    for (OwnTransformCaches* caches : { &context.fourier, &context.cosine }) {
+        for (OwnTransformTable& table : caches->tables) table = { 2, OwnTableKind::LINES, pxkMalloc(8) };
+        caches->work = pxkMalloc(8);
+        caches->workBytes = 8;
     }
-    context.dctTable = static_cast<float*>(pxkMalloc(8));
-    context.dctTableSize = 2;
-    for (; context.dctWeightCount < OWN_DCT_WEIGHTS; ++context.dctWeightCount)
-        context.dctWeights[context.dctWeightCount] = static_cast<float*>(pxkMalloc(8));
 }
 
 TEST(Context, releaseForgetsEveryTable)
 {
     PxkContext& context = ownContext();
-    context.status = -5;
     failAllocation(0);
     fill(context);
-    EXPECT_GT(blocksLeft(), OWN_DCT_WEIGHTS);
-    ownReleaseCaches(context);
+    EXPECT_EQ(blocksLeft(), 2 * (OWN_TRANSFORM_TABLES + 1));
+    ownReleaseTransform(context.fourier);
+    ownReleaseTransform(context.cosine);
     EXPECT_EQ(blocksLeft(), 0);
     const auto* bytes = reinterpret_cast<const unsigned char*>(&context.fourier);
     for (size_t i = 0; i < sizeof context.fourier; ++i) ASSERT_EQ(bytes[i], 0) << i;
-    for (const float* weights : context.dctWeights) EXPECT_EQ(weights, nullptr);
-    EXPECT_EQ(context.dctWeightCount, 0);
-    EXPECT_EQ(context.dctTable, nullptr);
-    EXPECT_EQ(context.dctTableSize, -1);
-    EXPECT_EQ(pxkGetErrStatus(), -5);
-    pxkSetErrStatus(0);
 }
 
 TEST(Context, threadsTakeTheirTablesAlong)
@@ -58,7 +40,6 @@ TEST(Context, threadsTakeTheirTablesAlong)
     std::thread([&] {
         second = &ownContext();
         EXPECT_EQ(second, &ownContext());
-        EXPECT_EQ(second->dctTableSize, -1);
         fill(*second);
     }).join();
     EXPECT_LE(blocksLeft(), 0); // below 0 where the context itself is a block, taken by calloc and freed

@@ -3,6 +3,20 @@
 #include "support/compare.h"
 #include "support/reports.h"
 
+// 2^31 pixels in rows that touch: more than a pointer difference of 32 bits can count.
+TEST(Set, asManyBitsAsFitInMemory)
+{
+    PxkImage* const image = pxkCreateImageHeader(1, 0, PXK_DEPTH_1U, "GRAY", "G", 0, 0, 4, 65536, 32768, nullptr,
+                                                 nullptr, nullptr, nullptr);
+    pxkAllocateImage(image, 0, 0);
+    if (image->imageData == nullptr) GTEST_SKIP() << "no 256 MiB of memory";
+    startReports();
+    pxkSet(image, 1);
+    const uint8_t* const last = static_cast<uint8_t*>(image->imageData) + image->imageSize - 1;
+    EXPECT_EQ(*last, 0xFF);
+    pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA);
+}
+
 // Behind good headers all faults are told, whatever status was stored.
 TEST(Copy, reportsAllArgumentFaults)
 {

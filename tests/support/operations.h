@@ -111,6 +111,7 @@ struct Operation {
     bool isPointwise = true; // tiles beyond the work are not asked for, none behind a refused one
     bool hasRegions = true;  // a region may miss its image
     bool hasMasks = true;
+    bool goesOn = false;     // all faulty headers are reported
     bool keepsTiles = false; // after a refusal some may stay held
     Ending missed;           // of a region that misses its image
     Stale stale = Stale::RUNS;

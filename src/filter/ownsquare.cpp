@@ -1,0 +1,203 @@
+#include "ownsquare.h"
+
+#include <cstdlib>
+#include <type_traits>
+
+#include "frame/owndepth.h"
+#include "frame/ownlimit.h"
+
+// ---- choice --------------------------------------------------------------------------------------------------------
+
+struct OwnReachedSum {
+    int32_t low;
+    int32_t high;
+    bool isIn(int32_t lowest, int32_t highest) const { return low >= lowest && high <= highest; }
+};
+
+static OwnReachedSum ownReachedSum(const int32_t* values, int32_t count, OwnRange samples)
+{
+    OwnReachedSum sum = {};
+    for (int32_t k = 0; k < count; ++k) {
+        sum.high += values[k] * (values[k] > 0 ? samples.high : samples.low);
+        sum.low += values[k] * (values[k] > 0 ? samples.low : samples.high);
+    }
+    return sum;
+}
+
+// Taps of the first half; the others are one more.
+static constexpr int32_t ownHalf(int32_t side)
+{
+    return side * side / 2;
+}
+
+// Sums of 16-bit samples fit 32 bits here; integers up to 2^24 are exact in single precision, whatever their order.
+static OwnSquareSums ownChooseWideSums(const OwnSquare& square)
+{
+    int64_t total = 0;
+    for (int32_t k = 0; k < square.side * square.side; ++k) total += std::abs(static_cast<int64_t>(square.values[k]));
+    return total * UINT16_MAX <= 1 << 24 ? OwnSquareSums::SINGLE : OwnSquareSums::SIGNED32;
+}
+
+OwnSquareSums ownChooseSquareSums(const OwnSquare& square, int32_t depth)
+{
+    if (ownDepthBits(depth) == 16) return ownChooseWideSums(square);
+    if (square.shift > 15) return OwnSquareSums::NONE;
+    const int32_t count = square.side * square.side;
+    const int32_t half = ownHalf(square.side);
+    for (int32_t k = 0; k < count; ++k) {
+        if (square.values[k] < INT16_MIN || square.values[k] > INT16_MAX) return OwnSquareSums::NONE;
+    }
+    const OwnRange samples = ownDepthRange(depth);
+    const OwnReachedSum one = ownReachedSum(square.values, half, samples);
+    const OwnReachedSum two = ownReachedSum(square.values + half, count - half, samples);
+    const OwnReachedSum all = { one.low + two.low, one.high + two.high };
+    if (all.isIn(INT16_MIN, INT16_MAX)) return OwnSquareSums::SIGNED16;
+    if (all.isIn(0, UINT16_MAX)) return OwnSquareSums::UNSIGNED16;
+    if (square.shift < 1) return OwnSquareSums::NONE;
+    if (one.isIn(0, UINT16_MAX) && two.isIn(0, UINT16_MAX)) return OwnSquareSums::UNSIGNED_HALVES;
+    const bool isHalved = one.isIn(INT16_MIN, INT16_MAX) && two.isIn(INT16_MIN, INT16_MAX);
+    return isHalved ? OwnSquareSums::SIGNED_HALVES : OwnSquareSums::NONE;
+}
+
+// What sums are formed in: integers modulo their width.
+template <class Sum> struct OwnSquareWords {
+    using Type = std::make_unsigned_t<Sum>;
+};
+template <> struct OwnSquareWords<float> {
+    using Type = float;
+};
+template <class Sum> using OwnSquareWord = typename OwnSquareWords<Sum>::Type;
+
+// ---- rows ----------------------------------------------------------------------------------------------------------
+
+// Sums in 16 bits of 8-bit samples, in 32 bits of 16-bit ones, or in single precision where that holds them exactly,
+// which is quicker than 32-bit products. Each sample is widened once for all ROWS output rows.
+template <int32_t K, int32_t ROWS, class T, class Sum, bool IS_HALVED>
+static void ownSquareRows(const OwnBand& band, int32_t y, const OwnSquare& square)
+{
+    using Word = OwnSquareWord<Sum>;
+    const T* s[K + ROWS - 1];
+    T* d[ROWS];
+    Word c[K * K];
+    for (int32_t r = 0; r < K + ROWS - 1; ++r) s[r] = reinterpret_cast<const T*>(band.rows[y + r]);
+    for (int32_t r = 0; r < ROWS; ++r) d[r] = reinterpret_cast<T*>(band.out[y + r]);
+    for (int32_t k = 0; k < K * K; ++k) c[k] = static_cast<Word>(square.values[k]);
+    // The visible range lets the compiler shift in the width of Sum.
+    const int32_t shift = (IS_HALVED ? square.shift - 1 : square.shift) & (sizeof(Sum) == 2 ? 15 : 31);
+    const ptrdiff_t step = band.step;
+    ownInBlocks<ownBlockOf<T>>(band.width, [&](ptrdiff_t i) {
+        Word one[ROWS] = {};
+        Word two[ROWS] = {};
+#pragma GCC unroll 16
+        for (int32_t row = 0; row < K + ROWS - 1; ++row) {
+#pragma GCC unroll 16
+            for (int32_t x = 0; x < K; ++x) {
+                const Word sample = static_cast<Word>(static_cast<Sum>(s[row][i + x * step]));
+#pragma GCC unroll 16
+                for (int32_t r = 0; r < ROWS; ++r) {
+                    const int32_t tap = (row - r) * K + x;
+                    if (row < r || row - r >= K) continue;
+                    Word& sum = IS_HALVED && tap >= ownHalf(K) ? two[r] : one[r];
+                    sum = static_cast<Word>(sum + static_cast<Word>(c[tap] * sample));
+                }
+            }
+        }
+#pragma GCC unroll 16
+        for (int32_t r = 0; r < ROWS; ++r) {
+            if constexpr (IS_HALVED) {
+                const Sum a = static_cast<Sum>(one[r]);
+                const Sum b = static_cast<Sum>(two[r]);
+                const Sum mean = static_cast<Sum>((a & b) + (static_cast<Sum>(a ^ b) >> 1));
+                d[r][i] = ownLimitInteger<T>(static_cast<Sum>(mean >> shift));
+            } else {
+                using Integer = std::conditional_t<std::is_floating_point<Sum>::value, int32_t, Sum>;
+                d[r][i] = ownLimitInteger<T>(static_cast<Integer>(static_cast<Integer>(one[r]) >> shift));
+            }
+        }
+    });
+}
+
+// Batches of nine taps are summed by themselves, as larger kernels do.
+template <int32_t K, int32_t ROWS> static void ownSquareRowsFP(const OwnBand& band, int32_t y, const OwnSquare& square)
+{
+    const float* s[K + ROWS - 1];
+    float* d[ROWS];
+    float c[K * K];
+    for (int32_t r = 0; r < K + ROWS - 1; ++r) s[r] = reinterpret_cast<const float*>(band.rows[y + r]);
+    for (int32_t r = 0; r < ROWS; ++r) d[r] = reinterpret_cast<float*>(band.out[y + r]);
+    for (int32_t k = 0; k < K * K; ++k) c[k] = square.valuesFP[k];
+    const ptrdiff_t step = band.step;
+    ownInBlocks<ownBlockOf<float>>(band.width, [&](ptrdiff_t i) {
+        float sum[ROWS] = {};
+        float batch[ROWS] = {};
+#pragma GCC unroll 16
+        for (int32_t row = 0; row < K + ROWS - 1; ++row) {
+#pragma GCC unroll 16
+            for (int32_t x = 0; x < K; ++x) {
+                const float sample = s[row][i + x * step];
+#pragma GCC unroll 16
+                for (int32_t r = 0; r < ROWS; ++r) {
+                    const int32_t tap = (row - r) * K + x;
+                    if (row < r || row - r >= K) continue;
+                    const float product = c[tap] * sample;
+                    batch[r] = tap % 9 == 0 ? product : batch[r] + product;
+                    if (tap % 9 == 8 || tap == K * K - 1) sum[r] = tap < 9 ? batch[r] : sum[r] + batch[r];
+                }
+            }
+        }
+#pragma GCC unroll 16
+        for (int32_t r = 0; r < ROWS; ++r) d[r][i] = ownOneNaN(sum[r]);
+    });
+}
+
+// ---- bands ---------------------------------------------------------------------------------------------------------
+
+template <int32_t ROWS, class Many, class One>
+static void ownForRowGroups(const OwnBand& band, const Many& many, const One& one)
+{
+    int32_t y = 0;
+    for (; y <= band.height - ROWS; y += ROWS) many(y);
+    for (; y < band.height; ++y) one(y);
+}
+
+template <int32_t K, class T, class Sum, bool IS_HALVED>
+static void ownSquareOf(const OwnBand& band, const OwnSquare& square)
+{
+    constexpr int32_t ROWS = K == 5 && (IS_HALVED || sizeof(Sum) == 4) ? 2 : 4; // what the registers hold
+    ownForRowGroups<ROWS>(
+        band, [&](int32_t y) { ownSquareRows<K, ROWS, T, Sum, IS_HALVED>(band, y, square); },
+        [&](int32_t y) { ownSquareRows<K, 1, T, Sum, IS_HALVED>(band, y, square); });
+}
+
+template <int32_t K> static void ownSquareOfFP(const OwnBand& band, const OwnSquare& square)
+{
+    constexpr int32_t ROWS = K == 3 ? 4 : 1;
+    ownForRowGroups<ROWS>(
+        band, [&](int32_t y) { ownSquareRowsFP<K, ROWS>(band, y, square); },
+        [&](int32_t y) { ownSquareRowsFP<K, 1>(band, y, square); });
+}
+
+template <int32_t K, class T> static void ownSquareOfSums(const OwnBand& band, const OwnSquare& square)
+{
+    if constexpr (std::is_floating_point<T>::value) {
+        ownSquareOfFP<K>(band, square);
+    } else if constexpr (sizeof(T) == 2) {
+        if (square.sums == OwnSquareSums::SINGLE) return ownSquareOf<K, T, float, false>(band, square);
+        ownSquareOf<K, T, int32_t, false>(band, square);
+    } else if constexpr (sizeof(T) == 1) {
+        switch (square.sums) {
+        case OwnSquareSums::SIGNED16: return ownSquareOf<K, T, int16_t, false>(band, square);
+        case OwnSquareSums::UNSIGNED16: return ownSquareOf<K, T, uint16_t, false>(band, square);
+        case OwnSquareSums::SIGNED_HALVES: return ownSquareOf<K, T, int16_t, true>(band, square);
+        default: return ownSquareOf<K, T, uint16_t, true>(band, square);
+        }
+    }
+}
+
+void ownSquareBand(const OwnBand& band, const OwnSquare& square, int32_t depth)
+{
+    ownForDepth(depth, [&](auto tag) {
+        using T = typename decltype(tag)::Sample;
+        square.side == 3 ? ownSquareOfSums<3, T>(band, square) : ownSquareOfSums<5, T>(band, square);
+    });
+}

@@ -1,0 +1,19 @@
+// Orthonormal cosine transforms of lines side by side, by real Fourier transforms of the same length.
+#pragma once
+
+#include "ownreallines.h"
+
+struct OwnCosinePlan {
+    OwnRealPlan real;
+    const float* turns; // see ownCosinePlan
+};
+
+// False: no memory, or no free entry.
+[[nodiscard]] bool ownCosinePlan(OwnTransformCaches& caches, int32_t n, OwnCosinePlan& plan);
+
+// Transforms plan.real.layout.batches times sixteen lines; value x of line `lane` of batch b lies at from[b] + x *
+// OWN_LANES
+// + lane. The result lies in one of the two buffers, which hold ownRealValues(plan.real) values each, batch after batch
+// in the same form. from[0] may be `first`, one batch following the other.
+float* ownCosineForward(const OwnCosinePlan& plan, const float* const* from, float* first, float* second);
+float* ownCosineBackward(const OwnCosinePlan& plan, const float* const* from, float* first, float* second);

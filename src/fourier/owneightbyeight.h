@@ -1,0 +1,5 @@
+// Orthonormal cosine transforms of 8 by 8 values, row after row, in place.
+#pragma once
+
+void ownEightForward(float* block);
+void ownEightBackward(float* block);

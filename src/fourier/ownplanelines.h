@@ -1,0 +1,130 @@
+// One channel of an image as lines side by side: sixteen rows at a time, turned over in squares.
+#pragma once
+
+#include "frame/owndepth.h"
+#include "frame/ownivdep.h"
+#include "frame/ownlimit.h"
+#include "frame/ownplane.h"
+#include "owntranspose.h"
+
+// Samples as floats.
+struct OwnFloatPlane {
+    OwnView view;
+    int32_t depth;
+    int32_t channel;
+};
+
+inline void ownLoadValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* to)
+{
+    ownLoadPlaneRow(plane.view, plane.depth, plane.channel, x, y, n, to);
+}
+
+// Changes the values on the way.
+inline void ownStoreValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* from)
+{
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) from[i] = ownOneNaN(from[i]);
+    ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
+}
+
+// Row y where it lies, if it holds values as they are, else null.
+inline float* ownRowInPlace(const OwnFloatPlane& plane, int32_t y)
+{
+    const bool isPlain = plane.depth == PXK_DEPTH_32F && plane.view.pixelStep == static_cast<ptrdiff_t>(sizeof(float));
+    return isPlain
+        ? reinterpret_cast<float*>(plane.view.first + plane.channel * plane.view.channelStep + y * plane.view.rowStep)
+        : nullptr;
+}
+
+// Fraction bits of fixed-point values.
+constexpr int32_t OWN_FIXED_BITS = 6;
+
+// Samples as fixed-point values.
+struct OwnFixedPlane {
+    OwnView view;
+    int32_t depth;
+    int32_t channel;
+    int32_t shift; // of a stored value, its fraction bits included
+    float scale;   // of what the shift leaves
+};
+
+inline void ownLoadValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* to)
+{
+    ownLoadPlaneRow(plane.view, plane.depth, plane.channel, x, y, n, to);
+    for (int32_t i = 0; i < n; ++i) to[i] = static_cast<int32_t>(static_cast<uint32_t>(to[i]) << OWN_FIXED_BITS);
+}
+
+// Shifts down; what is left of a negative value above -1 is 0.
+inline void ownStoreValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* from)
+{
+    const int64_t one = int64_t(1) << plane.shift;
+    for (int32_t i = 0; i < n; ++i)
+        from[i] = from[i] < 0 && from[i] > -one ? 0 : static_cast<int32_t>(int64_t(from[i]) >> plane.shift);
+    if (plane.scale != 1)
+        for (int32_t i = 0; i < n; ++i) from[i] = ownLimitTo<int32_t>(static_cast<float>(from[i]) * plane.scale);
+    ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
+}
+
+inline int32_t* ownRowInPlace(const OwnFixedPlane&, int32_t)
+{
+    return nullptr;
+}
+
+// Columns that are turned over by way of a buffer on the stack.
+constexpr int32_t ownStageWidth = 128;
+
+// Rows y to y + 15 as lines: column x of them from `to` + x * step on. Rows from `height` on count as 0. Writes up to
+// the next multiple of 16 columns.
+template <class Plane, class Value>
+void ownLoadLines(const Plane& plane, int32_t width, int32_t height, int32_t y, Value* to, ptrdiff_t step)
+{
+    const int32_t rows = height - y < OWN_TILE ? height - y : static_cast<int32_t>(OWN_TILE);
+    int32_t x = 0;
+    if (const Value* direct = rows == OWN_TILE ? ownRowInPlace(plane, y) : nullptr; direct != nullptr)
+        for (; x + OWN_TILE <= width; x += OWN_TILE)
+            ownTransposeFrom(direct + x, plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(Value)), to + x * step,
+                             step);
+    while (x < width) {
+        alignas(64) Value stage[OWN_TILE * ownStageWidth];
+        const int32_t n = width - x < ownStageWidth ? width - x : ownStageWidth;
+        for (int32_t row = 0; row < OWN_TILE; ++row) {
+            const int32_t loaded = row < rows ? n : 0;
+            if (loaded > 0) ownLoadValues(plane, x, y + row, n, stage + row * ownStageWidth);
+            for (int32_t i = loaded; i < (n + OWN_TILE - 1) / OWN_TILE * OWN_TILE; ++i)
+                stage[row * ownStageWidth + i] = 0;
+        }
+        for (int32_t i = 0; i < n; i += OWN_TILE) ownTransposeFrom(stage + i, ownStageWidth, to + (x + i) * step, step);
+        x += n;
+    }
+}
+
+inline void ownStoreTile(const float* from, ptrdiff_t fromStep, float* to, ptrdiff_t toStep)
+{
+    alignas(64) float tile[OWN_TILE * OWN_TILE];
+    ownTransposeTo(from, fromStep, tile, OWN_TILE);
+    for (ptrdiff_t y = 0; y < OWN_TILE; ++y)
+        for (ptrdiff_t x = 0; x < OWN_TILE; ++x) to[y * toStep + x] = ownOneNaN(tile[y * OWN_TILE + x]);
+}
+
+inline void ownStoreTile(const int32_t* from, ptrdiff_t fromStep, int32_t* to, ptrdiff_t toStep)
+{
+    ownTransposeTo(from, fromStep, to, toStep);
+}
+
+// The reverse; reads up to the next multiple of 16 columns.
+template <class Plane, class Value>
+void ownStoreLines(const Value* from, ptrdiff_t step, int32_t width, int32_t height, int32_t y, const Plane& plane)
+{
+    const int32_t rows = height - y < OWN_TILE ? height - y : static_cast<int32_t>(OWN_TILE);
+    int32_t x = 0;
+    if (Value* direct = rows == OWN_TILE ? ownRowInPlace(plane, y) : nullptr; direct != nullptr)
+        for (; x + OWN_TILE <= width; x += OWN_TILE)
+            ownStoreTile(from + x * step, step, direct + x, plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(Value)));
+    while (x < width) {
+        alignas(64) Value stage[OWN_TILE * ownStageWidth];
+        const int32_t n = width - x < ownStageWidth ? width - x : ownStageWidth;
+        for (int32_t i = 0; i < n; i += OWN_TILE) ownTransposeTo(from + (x + i) * step, step, stage + i, ownStageWidth);
+        for (int32_t row = 0; row < rows; ++row) ownStoreValues(plane, x, y + row, n, stage + row * ownStageWidth);
+        x += n;
+    }
+}

@@ -1,0 +1,171 @@
+#include <cstring>
+
+#include "frame/ownregion.h"
+#include "frame/ownreport.h"
+#include "owncosinelines.h"
+#include "owneightbyeight.h"
+#include "ownplanelines.h"
+
+// A region leaves its image as soon as one of its pixels lies outside.
+static bool ownLeavesImage(const PxkImage* image)
+{
+    const PxkROI* roi = image->roi;
+    return roi != nullptr
+        && (roi->xOffset < 0 || roi->yOffset < 0 || roi->width > image->width - roi->xOffset
+            || roi->height > image->height - roi->yOffset);
+}
+
+static bool ownAreCompatible(const PxkImage* source, const PxkImage* destination)
+{
+    return source->nChannels == destination->nChannels && (source->roi == nullptr) == (destination->roi == nullptr)
+        && source->dataOrder == destination->dataOrder && !ownLeavesImage(source) && !ownLeavesImage(destination);
+}
+
+static bool ownGoodCosineImages(const OwnSite& site, const PxkImage* source, const PxkImage* destination)
+{
+    const bool isOneBit = source->depth == PXK_DEPTH_1U || destination->depth == PXK_DEPTH_1U;
+    const int32_t alpha = source->alphaChannel;
+    return ownPassed(
+        site,
+        { { source == destination, PXK_StsBadArg, "\nFunction does not support inplace operation" },
+          { isOneBit, PXK_StsBadArg, "\nImages with 1u depth are not processed" },
+          { alpha != 0 && alpha != source->nChannels, PXK_StsBadArg, "\nAlpha channel may be 0 or number of channels" },
+          { !ownAreCompatible(source, destination), PXK_StsBadArg, "Images are not compatible" },
+          { source->imageData == nullptr, PXK_StsBadArg, "srcImage->imageData == ((void*)(0))" },
+          { destination->imageData == nullptr, PXK_StsBadArg, "dstImage->imageData == ((void*)(0))" } });
+}
+
+using OwnCosineTransform = float* (*)(const OwnCosinePlan&, const float* const*, float*, float*);
+
+// A transform of one size: its rows, then its columns in blocks of sixteen, one after the other, row after row.
+struct OwnCosineWork {
+    OwnCosineTransform transform;
+    OwnCosinePlan rows;
+    OwnCosinePlan columns;
+    float* blocks;
+    float* first;
+    float* second;
+};
+
+static int64_t ownPadded(int64_t n)
+{
+    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
+}
+
+static ptrdiff_t ownBlockValues(const OwnCosineWork& work)
+{
+    return static_cast<ptrdiff_t>(ownPadded(work.columns.real.n) * OWN_LANES);
+}
+
+static bool ownOpenCosineWork(OwnTransformCaches& caches, const OwnSize& size, OwnCosineWork& work)
+{
+    if (!ownCosinePlan(caches, size.width, work.rows) || !ownCosinePlan(caches, size.height, work.columns))
+        return false;
+    const int64_t rows = ownRealValues(work.rows.real), columns = ownRealValues(work.columns.real);
+    const int64_t lines = (rows > columns ? rows : columns) + OWN_LANES * OWN_GROUP;
+    const int64_t blocks = ownPadded(size.width) * ownPadded(size.height);
+    work.blocks =
+        static_cast<float*>(ownWorkMemory(caches, (blocks + 2 * lines) * static_cast<int64_t>(sizeof(float))));
+    work.first = work.blocks + blocks;
+    work.second = work.first + lines;
+    return work.blocks != nullptr;
+}
+
+static void ownCosineRows(const OwnCosineWork& work, const OwnFloatPlane& source)
+{
+    const OwnRealPlan& plan = work.rows.real;
+    const int32_t height = work.columns.real.n, lanes = static_cast<int32_t>(OWN_LANES);
+    for (int32_t y = 0; y < height;) {
+        const float* const from[2] = { work.first, work.first + plan.n * OWN_LANES };
+        for (int32_t batch = 0; batch < plan.layout.batches; ++batch)
+            ownLoadLines(source, plan.n, height, y + batch * lanes, work.first + batch * plan.n * OWN_LANES, OWN_LANES);
+        const float* lines = work.transform(work.rows, from, work.first, work.second);
+        for (int32_t batch = 0; batch < plan.layout.batches && y < height; ++batch, y += lanes)
+            for (int32_t x = 0; x < plan.n; x += lanes)
+                ownTransposeFrom(lines + (batch * plan.n + x) * OWN_LANES, OWN_LANES,
+                                 work.blocks + x / lanes * ownBlockValues(work) + y * OWN_LANES, OWN_LANES);
+    }
+}
+
+static void ownCosineColumns(const OwnCosineWork& work, const OwnFloatPlane& destination)
+{
+    const OwnRealPlan& plan = work.columns.real;
+    const int32_t width = work.rows.real.n, lanes = static_cast<int32_t>(OWN_LANES);
+    for (int32_t x = 0; x < width;) {
+        // A last block without a partner is its own.
+        const float* block = work.blocks + x / lanes * ownBlockValues(work);
+        const float* const from[2] = { block, x + lanes < width ? block + ownBlockValues(work) : block };
+        float* lines = work.transform(work.columns, from, work.first, work.second);
+        for (int32_t batch = 0; batch < plan.layout.batches && x < width; ++batch, x += lanes)
+            for (int32_t y = 0; y < plan.n; ++y)
+                ownStoreValues(destination, x, y, width - x < lanes ? width - x : lanes,
+                               lines + (batch * plan.n + y) * OWN_LANES);
+    }
+}
+
+static bool ownTransformCosines(OwnTransformCaches& caches, OwnCosineTransform transform, const OwnFloatPlane& source,
+                                const OwnFloatPlane& destination, const OwnSize& size)
+{
+    OwnCosineWork work = {};
+    work.transform = transform;
+    if (!ownOpenCosineWork(caches, size, work)) return false;
+    ownCosineRows(work, source);
+    ownCosineColumns(work, destination);
+    return true;
+}
+
+static void ownTransformEightByEight(const OwnFloatPlane& source, const OwnFloatPlane& destination, bool isForward)
+{
+    alignas(32) float block[64];
+    for (int32_t y = 0; y < 8; ++y)
+        if (const float* row = ownRowInPlace(source, y); row != nullptr)
+            memcpy(block + 8 * y, row, 8 * sizeof(float));
+        else
+            ownLoadValues(source, 0, y, 8, block + 8 * y);
+    if (isForward)
+        ownEightForward(block);
+    else
+        ownEightBackward(block);
+    for (int32_t y = 0; y < 8; ++y)
+        if (float* row = ownRowInPlace(destination, y); row != nullptr)
+            for (ptrdiff_t x = 0; x < 8; ++x) row[x] = ownOneNaN(block[8 * y + x]);
+        else
+            ownStoreValues(destination, 0, y, 8, block + 8 * y);
+}
+
+// The region's pixels with all their channels: the channel of interest is not looked at.
+static OwnView ownAllChannels(const PxkImage* image)
+{
+    if (image->roi == nullptr || image->roi->coi == 0) return ownRegionStart(image);
+    PxkImage header = *image;
+    PxkROI region = *image->roi;
+    region.coi = 0;
+    header.roi = &region;
+    return ownRegionStart(&header);
+}
+
+void pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags)
+{
+    if ((flags & PXK_DCT_FREE) != 0) return ownReleaseTransform(ownContext().cosine);
+    OWN_REFUSE_IF(srcImage == nullptr, PXK_StsBadArg, "src==0");
+    OWN_REFUSE_IF(dstImage == nullptr, PXK_StsBadArg, "dst==0");
+    if (pxkGetErrStatus() < 0 || !ownGoodCosineImages(OWN_HERE, srcImage, dstImage)) return;
+    const int32_t direction = flags & (PXK_DCT_FORWARD | PXK_DCT_INVERSE);
+    const bool isForward = direction == PXK_DCT_FORWARD;
+    const OwnSize size = ownCommonSize({ srcImage, dstImage });
+    if ((!isForward && direction != PXK_DCT_INVERSE) || size.isEmpty()) return;
+    OwnFloatPlane source = { ownAllChannels(srcImage), srcImage->depth, 0 };
+    OwnFloatPlane destination = { ownAllChannels(dstImage), dstImage->depth, 0 };
+    const int32_t channels = srcImage->nChannels - (srcImage->alphaChannel > 0);
+    OwnTransformCaches& caches = ownContext().cosine;
+    for (int32_t channel = 0; channel < channels; ++channel) {
+        source.channel = destination.channel = channel;
+        if (size.width == 8 && size.height == 8)
+            ownTransformEightByEight(source, destination, isForward);
+        else if (!ownWithRetry(caches, [&] {
+                     return ownTransformCosines(caches, isForward ? ownCosineForward : ownCosineBackward, source,
+                                                destination, size);
+                 }))
+            return;
+    }
+}

@@ -1,0 +1,265 @@
+// Fourier transforms, products of packed spectra, cosine transforms.
+#include "reference/fourier.h"
+#include "support/operations.h"
+
+namespace {
+
+// Values in a range where sums keep their accuracy, images in memory without masks.
+Scene fourierScene(const Case& given, size_t count, const std::function<void(PictureSpec&, size_t)>& adjust)
+{
+    Case c = given;
+    c.masks = c.tiling = 0;
+    c.width = std::min(c.width, 260);
+    c.height = std::min(c.height, 40);
+    const Scene scene = makeScene(c, count, adjust, false);
+    Random random(c.seed);
+    for (size_t k = 0; k + 1 < count; ++k) fillRange(scene[k], random, -100, 100);
+    return scene;
+}
+
+using Change = std::function<Grid<double>(const Grid<double>&, const Numbers&)>;
+
+// Changes each processed channel of the work; what the destination can't hold is limited.
+void changePlanes(const Scene& s, const Numbers& n, const Change& change)
+{
+    const Window from = windowOf(s[0]), to = windowOf(s[1]);
+    const CommonSize size = { std::min(from.width, to.width), std::min(from.height, to.height) };
+    const Scene old = s.copy();
+    for (int32_t c = 0; c < from.channels; ++c) {
+        Grid<double> grid(int32_t(size.width), int32_t(size.height));
+        for (int32_t y = 0; y < size.height; ++y)
+            for (int32_t x = 0; x < size.width; ++x)
+                grid.at(x, y) = old[0].number(int32_t(from.x) + x, int32_t(from.y) + y, from.firstChannel + c);
+        const Grid<double> result = change(grid, n);
+        const int32_t depth = s[1].spec.depth;
+        for (int32_t y = 0; y < size.height; ++y)
+            for (int32_t x = 0; x < size.width; ++x) {
+                double value = result.at(x, y);
+                if (!isFloatDepth(depth))
+                    value = std::min(std::max(std::nearbyint(value), double(depthMin(depth))), double(depthMax(depth)));
+                s[1].setNumber(int32_t(to.x) + x, int32_t(to.y) + y, to.firstChannel + c, value);
+            }
+    }
+}
+
+Operation transformOperation(const std::string& name, std::function<void(PxkImage*, PxkImage*, int32_t)> call,
+                             const Change& change, int32_t toDepth)
+{
+    Operation op(
+        name, { "srcImage", "dstImage" }, [=](const Arguments& a) { call(a[0], a[1], a.integer(0)); },
+        [=](const Scene& s, const Numbers& n) { changePlanes(s, n, change); });
+    op.scene = [=](const Case& c) {
+        return fourierScene(c, 2, [=](PictureSpec& spec, size_t k) { spec.depth = k == 0 ? spec.depth : toDepth; });
+    };
+    op.axes.depths = { PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U, PXK_DEPTH_16S, PXK_DEPTH_32S, PXK_DEPTH_32F };
+    op.axes.masks = op.axes.tilings = { 0 };
+    op.axes.count = 150;
+    op.tolerance = { 0.05, 0 };
+    op.isPointwise = op.hasMasks = false;
+    op.noMemory = nullptr;
+    op.nullImage = [name = op.func](size_t k) {
+        return Ending({ { PXK_StsBadArg, name, k == 0 ? "srcImage==0" : "dstImage==0" } });
+    };
+    return op;
+}
+
+int32_t signOf(const Numbers& n)
+{
+    return (int32_t(n[0]) & PXK_FFT_FORWARD) != 0 ? -1 : 1;
+}
+
+bool scalesBy(const Numbers& n)
+{
+    return signOf(n) > 0 && (int32_t(n[0]) & PXK_FFT_NOSCALE) == 0;
+}
+
+Numbers anyFlags(const Case&, const Scene&, Random& random)
+{
+    return { double(random.oneOf({ 1, 2, 1 | 4, 2 | 4, 1 | 32 })) };
+}
+
+void addFourier(const std::string& name, void (*call)(PxkImage*, PxkImage*, int32_t), const decltype(modelPack)& model,
+                const decltype(modelPackFixed)& modelFixed)
+{
+    const auto scaled = [&model](const Grid<double>& grid, const Numbers& n) {
+        return model(grid, signOf(n), scalesBy(n) ? 1.0 / grid.width / grid.height : 1);
+    };
+    Operation op = transformOperation(name, call, scaled, PXK_DEPTH_32F);
+    op.numbers = anyFlags;
+    addOperation(op);
+    // Where one image is 32F the flag of fixed point is not honoured.
+    op = transformOperation(
+        name + "_fixed", call,
+        [&](const Grid<double>& grid, const Numbers& n) { return modelFixed(grid, signOf(n) > 0, scalesBy(n)); },
+        PXK_DEPTH_32S);
+    op.axes.depths.pop_back();
+    op.numbers = [](const Case& c, const Scene& s, Random& random) {
+        return Numbers { std::fmod(anyFlags(c, s, random)[0], 8) + 16 };
+    };
+    op.tolerance = EXACT;
+    addOperation(op);
+}
+
+void addFourierRefusals(const std::string& name)
+{
+    PictureSpec lone = GRAY, loneRegion = GRAY, tiles = GRAY, one = RGB;
+    lone.hasAlpha = loneRegion.hasAlpha = true;
+    loneRegion.region(0, 0, 9, 4, 0);
+    tiles.tiled(8, 8);
+    one.region(0, 0, 9, 4, 2);
+    const std::string counts = "(srcImage->nChannels - (srcImage->alphaChannel != 0))",
+                      counted = "(dstImage->nChannels - (dstImage->alphaChannel != 0))";
+    addRefusals(name,
+                { { "(flags & 1) == 0 && (flags & 2 ) == 0", { NO_IMAGE, NO_IMAGE }, { 48 } },
+                  { "(flags & 1) != 0 && (flags & 2 ) != 0", { NO_IMAGE, NO_IMAGE }, { 51 } },
+                  { "(flags & 32) != 0 && (flags & 16 ) != 0", { NO_IMAGE, NO_IMAGE }, { 49 } },
+                  { "srcImage->alphaChannel == 1 && srcImage->roi == 0", { lone, NO_IMAGE }, { 1 } },
+                  { "srcImage->alphaChannel == 1 && srcImage->roi->coi != 1", { loneRegion, NO_IMAGE }, { 1 } },
+                  { "srcImage->depth == 1", { BITONAL, NO_IMAGE }, { 1 } },
+                  { "srcImage->imageData == ((void*)(0))", { tiles, NO_IMAGE }, { 1 } },
+                  { "dstImage->alphaChannel == 1 && dstImage->roi == 0", { GRAY, lone }, { 1 } },
+                  { "dstImage->depth == 1", { GRAY, BITONAL }, { 1 } },
+                  { "dstImage->imageData == ((void*)(0))", { RGB, tiles }, { 1 } },
+                  { counts + " != " + counted, { RGB, GRAY }, { 1 } },
+                  { counted + " != (srcImage->roi->coi > 0)", { one, RGB }, { 1 } },
+                  { counts + " != (dstImage->roi->coi > 0)", { RGB, one }, { 1 } } });
+}
+
+// ---- products ------------------------------------------------------------------------------------------------------
+
+void multiplyPlanes(const Scene& s)
+{
+    const Window windows[3] = { windowOf(s[0]), windowOf(s[1]), windowOf(s[2]) };
+    const bool wraps = depthBits(s[0].spec.depth) < 32;
+    const Scene old = s.copy();
+    for (int32_t c = 0; c < windows[0].channels; ++c) {
+        Grid<double> grids[3] = { { int32_t(windows[0].width), int32_t(windows[0].height) }, { 1, 1 }, { 1, 1 } };
+        grids[1] = grids[2] = grids[0];
+        const auto forEach = [&](const std::function<void(double&, size_t k, int32_t x, int32_t y, int32_t c)>& visit) {
+            for (size_t k = 0; k < 3; ++k)
+                for (int32_t y = 0; y < grids[0].height; ++y)
+                    for (int32_t x = 0; x < grids[0].width; ++x)
+                        visit(grids[k].at(x, y), k, int32_t(windows[k].x) + x, int32_t(windows[k].y) + y,
+                              windows[k].firstChannel + c);
+        };
+        forEach([&](double& value, size_t k, int32_t x, int32_t y, int32_t channel) {
+            value = old[k].number(x, y, channel);
+        });
+        modelMultiplySpectra(grids[0], grids[1], wraps, grids[2]);
+        const int32_t depth = s[2].spec.depth;
+        forEach([&](double& value, size_t k, int32_t x, int32_t y, int32_t channel) {
+            if (!isFloatDepth(depth))
+                value = std::min(std::max(std::nearbyint(value), double(depthMin(depth))), double(depthMax(depth)));
+            if (k == 2) s[k].setNumber(x, y, channel, value);
+        });
+    }
+}
+
+// Regions of one size: at offsets of their own, images larger than they are, channels chosen in different ways.
+Scene productScene(const Case& given)
+{
+    Case c = given;
+    c.masks = c.tiling = 0;
+    PictureSpec first;
+    const Scene scene = makeScene(
+        c, 3,
+        [&](PictureSpec& spec, size_t k) {
+            if (k == 0) {
+                spec.roi.width = std::max(1, std::min(spec.roi.width, spec.width - spec.roi.xOffset));
+                spec.roi.height = std::max(1, std::min(spec.roi.height, spec.height - spec.roi.yOffset));
+                first = spec;
+                return;
+            }
+            const bool isWhole = first.roi.width == 0;
+            const int32_t width = isWhole ? first.width : first.roi.width,
+                          height = isWhole ? first.height : first.roi.height;
+            spec.roi = { spec.roi.coi, spec.roi.xOffset, spec.roi.yOffset, width, height };
+            spec.width = spec.roi.xOffset + width;
+            spec.height = spec.roi.yOffset + height;
+        },
+        false);
+    Random random(c.seed);
+    for (size_t k = 0; k < 2 && depthBits(c.depth) == 32; ++k) fillRange(scene[k], random, -65536, 65536);
+    for (const PicturePtr& image : scene.images) image->freeze();
+    return scene;
+}
+
+void addProducts()
+{
+    Operation op(
+        "pxkMpyRCPack2D", { "srcA", "srcB", "dst" }, [](const Arguments& a) { pxkMpyRCPack2D(a[0], a[1], a[2]); },
+        [](const Scene& s, const Numbers&) { multiplyPlanes(s); });
+    op.scene = productScene;
+    op.axes.depths = { PXK_DEPTH_8S, PXK_DEPTH_16S, PXK_DEPTH_32S, PXK_DEPTH_32F };
+    op.axes.masks = op.axes.tilings = { 0 };
+    op.axes.places = { InPlace::NO, InPlace::FIRST, InPlace::SECOND, InPlace::ALL };
+    op.axes.count = 300;
+    op.tolerance = { 0, 3e-7 };
+    op.isPointwise = op.hasMasks = op.hasRegions = false;
+    addOperation(op);
+    PictureSpec wide = GRAY_8S, high = GRAY_8S, tiles = GRAY_8S;
+    wide.width = 10;
+    high.height = 5;
+    tiles.tiled(8, 8);
+    addRefusals("pxkMpyRCPack2D",
+                { { "srcA->depth || srcB->depth == 8U||16U||1U", { GRAY_8S, GRAY_16U, wide }, {}, {}, PXK_StsBadDepth },
+                  { "(srcA->depth != srcB->depth)", { GRAY_8S, GRAY_16S, GRAY } },
+                  { "(srcA->depth != dst->depth)", { GRAY_8S, wide, GRAY } },
+                  { "(width_srcA != width_srcB)", { GRAY_8S, wide, high } },
+                  { "(height_srcA != height_srcB)", { GRAY_8S, high, wide } },
+                  { "(width_srcA != width_dst)", { GRAY_8S, GRAY_8S, wide } },
+                  { "(height_srcA != height_dst)", { GRAY_8S, RGB_8S, high } },
+                  { "", { GRAY_8S, RGB_8S, tiles }, {}, {}, PXK_StsBadChannels },
+                  { "dst->imageData == ((void*)(0))", { GRAY_8S, GRAY_8S, tiles } } });
+}
+
+// ---- cosine transform ----------------------------------------------------------------------------------------------
+
+void addCosine()
+{
+    Operation op = transformOperation(
+        "pxkDCT2D", pxkDCT2D,
+        [](const Grid<double>& grid, const Numbers& n) { return modelCosine(grid, n[0] == PXK_DCT_FORWARD); },
+        PXK_DEPTH_32F);
+    op.scene = [](const Case& c) {
+        Random random(c.seed);
+        const bool isEight = c.width == 0 && random.oneIn(5);
+        return fourierScene(c, 2, [&](PictureSpec& spec, size_t k) {
+            spec.depth = k == 0 ? spec.depth : PXK_DEPTH_32F;
+            spec.roi.coi = 0;
+            if (spec.roi.width == 0) return;
+            if (isEight) spec.roi.width = spec.roi.height = 8;
+            spec.width = std::max(spec.width, spec.roi.xOffset + spec.roi.width);
+            spec.height = std::max(spec.height, spec.roi.yOffset + spec.roi.height);
+        });
+    };
+    op.axes.channels = { Channels::ONE, Channels::THREE, Channels::ALPHA };
+    op.axes.orders = { Order::PIXEL, Order::PLANE };
+    op.numbers = [](const Case&, const Scene&, Random& random) { return Numbers { double(random.between(1, 2)) }; };
+    op.hasRegions = false; // one that leaves its image is refused
+    op.stale = Stale::STOPS;
+    op.nullImage = [](size_t k) { return Ending({ { PXK_StsBadArg, "pxkDCT2D", k == 0 ? "src==0" : "dst==0" } }); };
+    addOperation(op);
+    PictureSpec tiles = GRAY, outside = GRAY;
+    tiles.tiled(8, 8);
+    outside.region(1, 0, 9, 4);
+    addRefusals("pxkDCT2D",
+                { { "\nImages with 1u depth are not processed", { BITONAL, RGB }, { 3 } },
+                  { "Images are not compatible", { GRAY, RGB }, { 1 } },
+                  { "Images are not compatible", { RGB_PLANES, RGB }, { 1 } },
+                  { "Images are not compatible", { GRAY, outside }, { 1 } },
+                  { "Images are not compatible", { outside, outside }, { 1 } },
+                  { "srcImage->imageData == ((void*)(0))", { tiles, tiles }, { 1 } },
+                  { "dstImage->imageData == ((void*)(0))", { GRAY, tiles }, { 1 } } });
+}
+
+const Rows rows([] {
+    addFourier("pxkRealFft2D", pxkRealFft2D, modelPack, modelPackFixed);
+    addFourier("pxkCcsFft2D", pxkCcsFft2D, modelUnpack, modelUnpackFixed);
+    addFourierRefusals("pxkRealFft2D");
+    addFourierRefusals("pxkCcsFft2D");
+    addProducts();
+    addCosine();
+});
+
+} // namespace

@@ -1,0 +1,79 @@
+// Every fault of a call is reported, in order; and what holds exactly.
+#include "support/operations.h"
+
+static void expectTexts(const std::string& func, const std::vector<std::string>& texts,
+                        const std::function<void()>& call)
+{
+    startReports();
+    call();
+    std::vector<std::string> got;
+    for (const Report& report : recordedReports()) got.push_back(report.func + ": " + report.context);
+    std::vector<std::string> want;
+    for (const std::string& text : texts)
+        want.push_back((text.find(": ") == std::string::npos ? func + ": " : "") + text);
+    EXPECT_EQ(got, want);
+    startReports();
+}
+
+TEST(Scale, reportsEveryFault)
+{
+    const PicturePtr gray = Picture::make(GRAY), wide = Picture::make(RGB_16U), planes = Picture::make(RGB_PLANES);
+    const PicturePtr coi = Picture::make(PictureSpec(RGB).region(9, 4, 9, 4, 2)), floats = Picture::make(FLOATS);
+    const std::string unknown =
+        "interpolate != PXK_INTER_NN && interpolate != PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC";
+    const std::string depth =
+        "srcImage->depth != PXK_DEPTH_1U && srcImage->depth != PXK_DEPTH_8U && srcImage->depth != PXK_DEPTH_16U";
+    wide->header.dataOrder = PXK_DATA_ORDER_PLANE;
+    wide->header.origin = 1;
+    expectTexts("pxkZoom",
+                { "xDst < xSrc || yDst < ySrc", unknown, "srcImage->depth != dstImage->depth", depth,
+                  "srcImage->dataOrder != dstImage->dataOrder", "xDst <= 0 || xSrc <= 0", "yDst <= 0 || ySrc <= 0",
+                  "" },
+                [&] { pxkZoom(*floats, *wide, 0, 1, -1, 0, 3); });
+    expectTexts("pxkResize", { "This function isn`t in-plase function", "" },
+                [&] { pxkResize(*gray, *gray, 1, 2, 2, 1, PXK_INTER_NN); });
+    expectTexts("pxkResize", { "Processed channels of srcImage != Processed channels of dstImage", "" }, [&] {
+        pxkResize(*planes, *Picture::make(PictureSpec(RGB_PLANES).region(0, 0, 9, 4, 1)), 1, 2, 2, 1, PXK_INTER_NN);
+    });
+    expectTexts("pxkResize",
+                { "(interpolate == PXK_INTER_SUPER) && (xDst > xSrc || yDst > ySrc)", "pxkDecimate: yDst > ySrc", "" },
+                [&] { pxkResize(*gray, *Picture::make(GRAY), 1, 2, 2, 1, PXK_INTER_SUPER); });
+    expectTexts("pxkDecimate",
+                { "srcImage->depth != dstImage->depth", "srcImage->origin != dstImage->origin",
+                  "srcImage->dataOrder != dstImage->dataOrder",
+                  "srcImage->roi->coi > 0 && dstImage->roi == ((void *)0)",
+                  "interpolate != PXK_INTER_NN, PXK_INTER_LINEAR, PXK_INTER_CUBIC or PXK_INTER_SUPER", "xDst <= 0",
+                  "xSrc <= 0", "yDst <= 0", "ySrc <= 0", "xDst > xSrc", "yDst > ySrc" },
+                [&] { pxkDecimate(*coi, *wide, 0, -1, 0, -1, 4); });
+    expectTexts("pxkDecimate", { "srcImage == dstImage", depth },
+                [&] { pxkDecimate(*floats, *floats, 1, 1, 1, 1, PXK_INTER_NN); });
+    expectTexts("pxkDecimateExt",
+                { "(xMaskSize<0||yMaskSize<0)", "((xDst <= 0)||(yDst<=0))", "((xSrc <= 0)||(ySrc<=0))",
+                  "(xDst>xSrc||yDst>ySrc)", "(srcImage->depth!=dstImage->depth)",
+                  "(srcImage->dataOrder!=dstImage->dataOrder)", "srcImage->roi->xOffset >= srcImage->width",
+                  "srcImage->roi->yOffset >= srcImage->height", unknown },
+                [&] { pxkDecimateExt(*coi, *wide, 1, 0, 0, 1, PXK_INTER_SUPER, 3, -1); });
+    expectTexts("pxkMirror",
+                { "(srcImage->depth==32||dstImage->depth==32)", "(srcImage->depth!=dstImage->depth)",
+                  "((flipAxis>1)||(flipAxis<-1))", "(nChannelsSrc != nChannelsDst)" },
+                [&] { pxkMirror(*floats, *wide, 2); });
+    gray->setMask(Picture::make(BITONAL));
+    expectTexts("pxkMirror", { "(srcImage==dstImage && srcImage->maskROI != ((void *)0))" },
+                [&] { pxkMirror(*gray, *gray, 0); });
+}
+
+// The last destination pixels lie on the last source pixels, by equal factors all of them, whatever the samples.
+TEST(Scale, byEqualFactorsCopies)
+{
+    for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_16U }) {
+        for (int32_t interpolate = PXK_INTER_NN; interpolate <= PXK_INTER_SUPER; ++interpolate) {
+            const PictureSpec spec(depth, 77, 31, 3);
+            const PicturePtr src = Picture::make(spec), dst = Picture::make(spec, 2), want = dst->copy();
+            pxkCopy(*src, *want);
+            startReports();
+            pxkResize(*src, *dst, 7, 7, 3, 3, interpolate);
+            expectReports({});
+            EXPECT_TRUE(samePicture(*want, *dst)) << interpolate;
+        }
+    }
+}

@@ -288,7 +288,8 @@ void addNormRefusals()
 
 void addExtrema()
 {
-    static const PicturePtr nothing = Picture::make(PictureSpec(PXK_DEPTH_1U, 2, 2)); // a mask, which does not count
+    // A mask, which does not count. It stays until the end: what keeps its memory is gone before.
+    static const PicturePtr& nothing = *new PicturePtr(Picture::make(PictureSpec(PXK_DEPTH_1U, 2, 2)));
     nothing->setAll(0);
     Operation op(
         "pxkMinMaxFP", { "srcImage" },

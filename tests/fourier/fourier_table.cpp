@@ -57,6 +57,7 @@ Operation transformOperation(const std::string& name, std::function<void(PxkImag
     op.tolerance = { 0.05, 0 };
     op.isPointwise = op.hasMasks = false;
     op.noMemory = nullptr;
+    op.refusedTile = nullptr;
     op.nullImage = [name = op.func](size_t k) {
         return Ending({ { PXK_StsBadArg, name, k == 0 ? "srcImage==0" : "dstImage==0" } });
     };
@@ -197,6 +198,7 @@ void addProducts()
     op.axes.count = 300;
     op.tolerance = { 5e-7, 0 };
     op.isPointwise = op.hasMasks = op.hasRegions = false;
+    op.refusedTile = nullptr;
     addOperation(op);
     PictureSpec wide = GRAY_8S, high = GRAY_8S, tiles = GRAY_8S;
     wide.width = 10;
@@ -239,6 +241,7 @@ void addCosine()
     op.numbers = [](const Case&, const Scene&, Random& random) { return Numbers { double(random.between(1, 2)) }; };
     op.hasRegions = false; // one that leaves its image is refused
     op.stale = Stale::STOPS;
+    op.badHeader = nullptr;
     op.nullImage = [](size_t k) { return Ending({ { PXK_StsBadArg, "pxkDCT2D", k == 0 ? "src==0" : "dst==0" } }); };
     addOperation(op);
     PictureSpec tiles = GRAY, outside = GRAY;

@@ -1,6 +1,6 @@
-# One library for every processor: all sources are compiled once a level, each level in a namespace of its own, so that
-# no inline function of one can serve another. What keeps state is compiled once, outside. An exported function is a
-# jump through a table that is filled when the library is loaded (src/platform/ownprocessor.h).
+# One library for every processor: all sources are compiled once a level. Those of the higher levels are in a namespace
+# each, so that no inline function of one can serve another. What keeps state is compiled once. An exported function is
+# a jump through a table that is filled when the library is loaded (src/platform/ownprocessor.h).
 #
 # A level's copy of pxkAdd is pxkAdd_v3 to the linker and pxkAdd to its own source.
 
@@ -92,14 +92,14 @@ endfunction()
 
 # What stands in front of every source of a level.
 function(pxk_write_level_names FILE LEVEL NAMES)
-    set(lines "")
+    set(lines "#include \"pxk/pxk.h\"\n\nextern \"C\" {\n")
     foreach(name IN LISTS NAMES)
         string(APPEND lines "extern decltype(${name}) ${name} __asm__(\"${name}_${LEVEL}\");\n")
     endforeach()
-    file(CONFIGURE OUTPUT ${FILE} @ONLY CONTENT "// Made by cmake/levels.cmake.\nextern \"C\" {\n@lines@}\n")
+    file(CONFIGURE OUTPUT ${FILE} @ONLY CONTENT "// Made by cmake/levels.cmake.\n@lines@}\n")
 endfunction()
 
-# The sources of a level: each one inside the level's namespace, behind the standard headers that any of them wants.
+# The sources of a higher level: each one inside the level's namespace, behind the standard headers that any of them wants.
 function(pxk_level_sources RESULT LEVEL SOURCES)
     set(standard "")
     file(GLOB_RECURSE all CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
@@ -120,7 +120,6 @@ function(pxk_level_sources RESULT LEVEL SOURCES)
 @standard@
 
 namespace pxk_@LEVEL@ {
-#include \"pxk/pxk.h\"
 #include \"@folder@/levelnames.h\"
 #include \"@CMAKE_CURRENT_SOURCE_DIR@/@source@\"
 } // namespace pxk_@LEVEL@

@@ -190,13 +190,13 @@ inline std::pair<int64_t, int64_t> fixedTurn(int64_t k, size_t n)
     return table[size_t(k) % n];
 }
 
-inline Fixed turned(Fixed a, int64_t k, size_t n) // by a negative angle
+inline Fixed turned(Fixed a, int64_t k, size_t n, bool isEighth) // by a negative angle
 {
     const auto turn = fixedTurn(k, n);
-    if (8 * k == int64_t(n))
+    if (isEighth && 8 * k == int64_t(n))
         return { fixedSum(wrapped(int64_t(a.re) + a.im), 11585), fixedSum(wrapped(int64_t(a.im) - a.re), 11585) };
-    if (4 * k == int64_t(n)) return { a.im, wrapped(-int64_t(a.re)) };
-    if (8 * k == int64_t(3 * n))
+    if (isEighth && 4 * k == int64_t(n)) return { a.im, wrapped(-int64_t(a.re)) };
+    if (isEighth && 8 * k == int64_t(3 * n))
         return { fixedSum(wrapped(int64_t(a.im) - a.re), 11585), fixedSum(wrapped(-int64_t(a.im) - a.re), 11585) };
     return { fixedSum(a.re, turn.first, a.im, turn.second), fixedSum(a.re, -turn.second, a.im, turn.first) };
 }
@@ -217,7 +217,7 @@ inline std::vector<Fixed> fixedFast(const std::vector<Fixed>& x)
         const Fixed a = x[j], b = x[j + quarter], c = x[j + 2 * quarter], d = x[j + 3 * quarter], less = b - d;
         const Fixed back = { less.im, wrapped(-int64_t(less.re)) };
         const Fixed out[4] = { a + c + (b + d), a - c + back, a + c - (b + d), a - c - back };
-        for (size_t r = 0; r < 4; ++r) parts[r].push_back(j == 0 ? out[r] : turned(out[r], int64_t(r * j), n));
+        for (size_t r = 0; r < 4; ++r) parts[r].push_back(j == 0 ? out[r] : turned(out[r], int64_t(r * j), n, 8 * j == n));
     }
     for (size_t r = 0; r < 4; ++r) {
         const std::vector<Fixed> part = fixedFast(parts[r]);

@@ -1,6 +1,8 @@
 #include "reference/window.h"
 
+#include <algorithm>
 #include <limits>
+#include <numeric>
 
 #include "support/cases.h"
 #include "support/reports.h"
@@ -87,7 +89,12 @@ TEST(RankFilter, medianOfLargeWindows)
 {
     Random random(5);
     for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U, PXK_DEPTH_16S }) {
-        for (const WindowShape& shape : { WindowShape { 15, 9, 7, 4 }, { 40, 3, 0, 2 }, { 9, 17, 8, 0 } }) {
+        for (const WindowShape& shape : { WindowShape { 15, 9, 7, 4 },
+                                          { 40, 3, 0, 2 },
+                                          { 9, 17, 8, 0 },
+                                          { 7, 7, 3, 3 },
+                                          { 6, 5, 0, 1 },
+                                          { 3, 13, 1, 2 } }) {
             PictureSpec spec(depth, 300, 12, random.oneOf({ 1, 3 }));
             const Scene scene = { { Picture::make(spec, random), Picture::make(spec, random) } };
             if (random.oneIn(2)) fillRange(scene[0], random, 90, 100);
@@ -531,6 +538,36 @@ TEST(FixedFilter, isTheConvolutionWithItsCoefficients)
 // ---- all of them ---------------------------------------------------------------------------------------------------
 
 // One infinity and one NaN: samples out of their reach are those of the image without them.
+// Rows long enough that they are read where they lie, beside a frame of columns that are not; windows wide enough for
+// differences of running sums.
+TEST(Filters, longRowsMatchModel)
+{
+    Random random(11);
+    for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_16S }) {
+        for (const WindowShape& shape :
+             { WindowShape { 3, 3, 1, 2 }, { 9, 12, 8, 3 }, { 70, 2, 30, 0 }, { 1, 8, 0, 7 } }) {
+            const PictureSpec spec(depth, 1100, 9, random.oneOf({ 1, 3 }));
+            const Scene scene = { { Picture::make(spec, random), Picture::make(spec, random) } };
+            for (int32_t side = 0; side < 4; ++side) {
+                pxkSetBorderMode(&scene[0].header, random.below(4), 1 << side, 77);
+            }
+            const auto run = [&](void (*filter)(PxkImage*, PxkImage*, int32_t, int32_t, int32_t, int32_t),
+                                 const std::function<double(const std::vector<double>&)>& result) {
+                expectFilter(
+                    scene.copy(),
+                    [&](PxkImage* src, PxkImage* dst) {
+                        filter(src, dst, shape.nCols, shape.nRows, shape.anchorX, shape.anchorY);
+                    },
+                    [&](const Reader& read, const Place& at) { return result(gather(read, shape, at)); });
+            };
+            run(pxkMaxFilter, [](const std::vector<double>& v) { return *std::max_element(v.begin(), v.end()); });
+            run(pxkBlur, [](const std::vector<double>& v) {
+                return std::floor(std::accumulate(v.begin(), v.end(), 0.0) / double(v.size()) + 0.5);
+            });
+        }
+    }
+}
+
 TEST(Filters, nonFiniteSamplesStayInReach)
 {
     Random random(9);
@@ -539,7 +576,7 @@ TEST(Filters, nonFiniteSamplesStayInReach)
     pxkSetBorderMode(*plain, PXK_EDGE_CLAMP, 15, 0);
     const PicturePtr struck = plain->copy();
     struck->setNumber(11, 9, 0, std::numeric_limits<double>::infinity());
-    struck->setNumber(30, 21, 0, std::numeric_limits<double>::quiet_NaN());
+    struck->setNumber(30, 21, 0, -std::numeric_limits<double>::quiet_NaN());
     Kernels kernels;
     kernels.add({ 5, 3, 2, 1 }, { 1, 2, 3, 2, 1, 4, 5, 6, 5, 4, 1, 2, 3, 2, 1 }, 0, true);
     const auto blur = [](PxkImage* src, PxkImage* dst) { pxkBlur(src, dst, 5, 3, 2, 1); };
@@ -555,6 +592,7 @@ TEST(Filters, nonFiniteSamplesStayInReach)
                     (std::abs(x - 11) <= 2 && std::abs(y - 9) <= 1) || (std::abs(x - 30) <= 2 && std::abs(y - 21) <= 1);
                 EXPECT_EQ(isInReach, !std::isfinite(b->number(x, y)));
                 EXPECT_TRUE(isInReach || a->bits(x, y, 0) == b->bits(x, y, 0)) << x << " " << y;
+                EXPECT_TRUE(!std::isnan(b->number(x, y)) || b->bits(x, y, 0) == 0x7FC00000);
             }
         }
     }

@@ -943,7 +943,10 @@ PXK_API void pxkDeleteConvKernelFP(PxkConvKernelFP* kernel);
 PXK_API void pxkConvolve2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel** kernel, int32_t nKernels,
                            int32_t combineMethod);
 
-/** The same with kernels of floats on images of depth 32F; nothing is limited or rounded. */
+/**
+ * The same with kernels of floats on images of depth 32F; nothing is limited or rounded. A NaN is stored as 0x7FC00000,
+ * whichever one comes in.
+ */
 PXK_API void pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP** kernel, int32_t nKernels,
                              int32_t combineMethod);
 
@@ -957,7 +960,7 @@ PXK_API void pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKern
  */
 PXK_API void pxkConvolveSep2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel* xKernel, PxkConvKernel* yKernel);
 
-/** The same with kernels of floats on images of depth 32F, in single precision. */
+/** The same with kernels of floats on images of depth 32F, in single precision. A NaN is stored as 0x7FC00000. */
 PXK_API void pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP* xKernel,
                                 PxkConvKernelFP* yKernel);
 
@@ -976,16 +979,16 @@ PXK_API void pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvK
 
 /**
  * Applies a fixed filter, its middle on the pixel, at every depth; integer sums are shifted right, floats multiplied by
- * the power of two. Images, borders and reports as pxkConvolve2D and pxkConvolve2DFP; -5 "(filter < 0) || (filter >
- * 10)".
+ * the power of two, and a NaN is stored as 0x7FC00000. Images, borders and reports as pxkConvolve2D and
+ * pxkConvolve2DFP; -5 "(filter < 0) || (filter > 10)".
  */
 PXK_API void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filter);
 
 /**
  * The mean of the nCols by nRows window round each pixel, (anchorX, anchorY) as for the rank filters. Integer depths
  * round to nearest, halves upward; 32F is summed in double precision and rounded once, and no sample outside a window
- * touches its mean. Source and destination may be one image. Masks, borders and reports as the rank filters; 1U is
- * refused with -5 "srcImage->depth==1", 32F is taken.
+ * touches its mean; a NaN is stored as 0x7FC00000. Source and destination may be one image. Masks, borders and reports
+ * as the rank filters; 1U is refused with -5 "srcImage->depth==1", 32F is taken.
  */
 PXK_API void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
                      int32_t anchorY);

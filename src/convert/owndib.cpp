@@ -91,34 +91,34 @@ void ownSetStandardPalette(PxkBitmapInfoHeader* dib, bool isGray)
 // ---- fields --------------------------------------------------------------------------------------------------------
 
 // The first run of ones in a mask. Bits above it do not count, but still pass the mask.
-struct OwnMaskStretch {
+struct OwnFieldStretch {
     int32_t shift;
     int32_t width;
 };
 
-static OwnMaskStretch ownMaskRun(uint32_t mask)
+static OwnFieldStretch ownMaskRun(uint32_t mask)
 {
     const int32_t shift = __builtin_ctz(mask);
     const uint32_t behind = ~(mask >> shift);
     return { shift, behind == 0 ? 32 : __builtin_ctz(behind) };
 }
 
-struct OwnMasks {
+struct OwnFieldMasks {
     uint32_t blue, green, red, alpha;
 };
 
 // Alpha is all that lies above the topmost colour field. One that reaches bit 31 leaves a shift of 32, which counts as
 // none: alpha is the whole pixel then.
-static uint32_t ownAlphaMask(const OwnMasks& masks)
+static uint32_t ownAlphaMask(const OwnFieldMasks& masks)
 {
-    const OwnMaskStretch blue = ownMaskRun(masks.blue), green = ownMaskRun(masks.green), red = ownMaskRun(masks.red);
-    OwnMaskStretch top = green.shift > blue.shift ? green : blue;
+    const OwnFieldStretch blue = ownMaskRun(masks.blue), green = ownMaskRun(masks.green), red = ownMaskRun(masks.red);
+    OwnFieldStretch top = green.shift > blue.shift ? green : blue;
     if (red.shift > top.shift) top = red;
     const int32_t shift = (top.shift + top.width) & 31;
     return (0xFFFFFFFFu >> shift) << shift;
 }
 
-static OwnMasks ownMasks(PxkBitmapInfoHeader* dib, const PxkBitmapInfoHeader& header)
+static OwnFieldMasks ownMasks(PxkBitmapInfoHeader* dib, const PxkBitmapInfoHeader& header)
 {
     if (header.biCompression != PXK_BI_BITFIELDS) {
         if (header.biBitCount == 16) return { 0x001F, 0x03E0, 0x7C00, 0 };
@@ -127,7 +127,7 @@ static OwnMasks ownMasks(PxkBitmapInfoHeader* dib, const PxkBitmapInfoHeader& he
     uint32_t words[3];
     memcpy(words, ownDibTable(dib), sizeof words);
     if (header.biBitCount == 16) return { words[2] & 0xFFFF, words[1] & 0xFFFF, words[0] & 0xFFFF, 0 };
-    OwnMasks masks = { words[2], words[1], words[0], 0 };
+    OwnFieldMasks masks = { words[2], words[1], words[0], 0 };
     if (masks.blue != 0 && masks.green != 0 && masks.red != 0) masks.alpha = ownAlphaMask(masks);
     return masks;
 }
@@ -136,7 +136,7 @@ static OwnMasks ownMasks(PxkBitmapInfoHeader* dib, const PxkBitmapInfoHeader& he
 template <class F> static bool ownMakeFields(PxkBitmapInfoHeader* dib, OwnDibFields* fields, F toField)
 {
     const PxkBitmapInfoHeader header = ownLoadDib(dib);
-    const OwnMasks masks = ownMasks(dib, header);
+    const OwnFieldMasks masks = ownMasks(dib, header);
     if (masks.blue == 0 || masks.green == 0 || masks.red == 0) return false;
     *fields = { toField(masks.blue), toField(masks.green), toField(masks.red), {} };
     if (masks.alpha != 0) fields->alpha = toField(masks.alpha);
@@ -146,7 +146,7 @@ template <class F> static bool ownMakeFields(PxkBitmapInfoHeader* dib, OwnDibFie
 bool ownFieldsToBytes(PxkBitmapInfoHeader* dib, OwnDibFields* fields)
 {
     return ownMakeFields(dib, fields, [](uint32_t mask) -> OwnDibField {
-        const OwnMaskStretch run = ownMaskRun(mask);
+        const OwnFieldStretch run = ownMaskRun(mask);
         return run.width >= 8 ? OwnDibField { mask, run.shift + run.width - 8, 0 }
                               : OwnDibField { mask, run.shift, 8 - run.width };
     });
@@ -157,7 +157,7 @@ bool ownFieldsFromBytes(PxkBitmapInfoHeader* dib, OwnDibFields* fields)
     const PxkBitmapInfoHeader header = ownLoadDib(dib);
     const bool isFitted = header.biBitCount == 16;
     const bool isMade = ownMakeFields(dib, fields, [=](uint32_t mask) -> OwnDibField {
-        const OwnMaskStretch run = ownMaskRun(mask);
+        const OwnFieldStretch run = ownMaskRun(mask);
         if (!isFitted) return { mask, 0, run.shift };
         return run.width >= 8 ? OwnDibField { mask, 0, run.shift + run.width - 8 }
                               : OwnDibField { mask, 8 - run.width, run.shift };

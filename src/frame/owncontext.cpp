@@ -31,12 +31,12 @@ static PxkContext* ownPresentContext()
     return static_cast<PxkContext*>(ownSlotValue(ownSlot));
 }
 
-PxkContext& ownContext()
+PxkContext* ownThreadContext()
 {
     PxkContext* context = ownPresentContext();
     if (context == nullptr) context = ownMakeContext();
     if (context == nullptr) ownFatalExit("PXKib. Problem to allocate memory for TLS PXK context.");
-    return *context;
+    return context;
 }
 
 bool ownProcessAttach()

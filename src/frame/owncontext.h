@@ -33,9 +33,14 @@ extern "C" {
 
 // The calling thread's own, made on first access if the thread began before the library did. Never fails: without
 // memory for it the process ends.
-PxkContext& ownContext();
+PxkContext* ownThreadContext();
 
 // Frees what a transform keeps, as at the end of its thread; the next one builds its tables anew.
 void ownReleaseTransform(OwnTransformCaches& caches);
 
 } // extern "C"
+
+inline PxkContext& ownContext()
+{
+    return *ownThreadContext();
+}

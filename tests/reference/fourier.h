@@ -217,7 +217,9 @@ inline std::vector<Fixed> fixedFast(const std::vector<Fixed>& x)
         const Fixed a = x[j], b = x[j + quarter], c = x[j + 2 * quarter], d = x[j + 3 * quarter], less = b - d;
         const Fixed back = { less.im, wrapped(-int64_t(less.re)) };
         const Fixed out[4] = { a + c + (b + d), a - c + back, a + c - (b + d), a - c - back };
-        for (size_t r = 0; r < 4; ++r) parts[r].push_back(j == 0 ? out[r] : turned(out[r], int64_t(r * j), n, 8 * j == n));
+        for (size_t r = 0; r < 4; ++r) {
+            parts[r].push_back(r * j == 0 ? out[r] : turned(out[r], int64_t(r * j), n, 8 * j == n));
+        }
     }
     for (size_t r = 0; r < 4; ++r) {
         const std::vector<Fixed> part = fixedFast(parts[r]);

@@ -1444,10 +1444,10 @@ PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
  * is checked.
  *
  * A change of scale by xDst / xSrc and yDst / ySrc takes one-bit images (nearest pixels only), 8U and 16U, in both data
- * orders. Regions keep their own offsets; the work is the smaller of the destination's region and the source's region in
- * its new size, rounded down but at least one pixel each way. The source's mask comes into the new scale by its nearest
- * pixels, bit (0, 0) of its region on the first pixel of the work, and is joined with the destination's. Shared pixels
- * are read before they are written.
+ * orders. Regions keep their own offsets; the work is the smaller of the destination's region and the source's region
+ * in its new size, rounded down but at least one pixel each way. The source's mask comes into the new scale by its
+ * nearest pixels, bit (0, 0) of its region on the first pixel of the work, and is joined with the destination's. Shared
+ * pixels are read before they are written.
  */
 
 /** Interpolations: the nearest pixel, 2 by 2, 4 by 4, or the mean of the box that becomes one pixel. */
@@ -1487,8 +1487,8 @@ PXK_API void pxkResize(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int
 
 /**
  * Reduces: xDst at most xSrc, yDst at most ySrc. PXK_INTER_NN takes pixel i at i xSrc / xDst, plus 0.5 on an axis where
- * xSrc / xDst is no whole number, rounded down. PXK_INTER_SUPER takes the exact mean of the box of xSrc / xDst by ySrc /
- * yDst pixels, parts of pixels by the area they cover, rounded to nearest, halves upward. PXK_INTER_LINEAR and
+ * xSrc / xDst is no whole number, rounded down. PXK_INTER_SUPER takes the exact mean of the box of xSrc / xDst by ySrc
+ * / yDst pixels, parts of pixels by the area they cover, rounded to nearest, halves upward. PXK_INTER_LINEAR and
  * PXK_INTER_CUBIC give what pxkResize gives. One-bit images, sources below 4 pixels wide or high or without a whole
  * pixel in the new size, and whole factors on both axes (but for PXK_INTER_SUPER) take PXK_INTER_NN.
  *
@@ -1562,11 +1562,11 @@ PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis)
  * function is not in-place function"; "warpFlag != 0 && warpFlag != 1", "Quadrangle is degenerate to triangle or length
  * or point" (also where a corner is no number), "Quadrangle is concave"; "interpolate != PXK_INTER_NN && interpolate !=
  * PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC". Then one of: -5 "Determinant of transform matrix == 0.0" (affine
- * coefficients that are no numbers, or a determinant of at most 0.0000001), "Number of processed channels of srcImage !=
- * Number of processed channels of dstImage", "Bad rect ROI" (a region that misses its image), "srcImage Rectangle ROI is
- * degenerate to length or point" or the same of dstImage (below 2 pixels wide or high, of the region that belongs to
- * the quadrangle); -4 "Out of memory", also for a refused source tile; -5 "Error get tile to write". Null arrays are
- * refused with -5 and texts such as "coeffs == ((void *)0)".
+ * coefficients that are no numbers, or a determinant of at most 0.0000001), "Number of processed channels of srcImage
+ * != Number of processed channels of dstImage", "Bad rect ROI" (a region that misses its image), "srcImage Rectangle
+ * ROI is degenerate to length or point" or the same of dstImage (below 2 pixels wide or high, of the region that
+ * belongs to the quadrangle); -4 "Out of memory", also for a refused source tile; -5 "Error get tile to write". Null
+ * arrays are refused with -5 and texts such as "coeffs == ((void *)0)".
  */
 
 /** Or-ed to an interpolation of a warp: edges fade into what lies round them. */
@@ -1610,14 +1610,14 @@ PXK_API void pxkShear(PxkImage* srcImage, PxkImage* dstImage, double xShear, dou
                       double yShift, int32_t interpolate);
 
 /**
- * Adds to the shifts what makes pxkRotate turn round (xCenter, yCenter); nothing at multiples of 360 degrees. Reports -5
- * "xShift == ((void *)0) || yShift == ((void *)0)".
+ * Adds to the shifts what makes pxkRotate turn round (xCenter, yCenter); nothing at multiples of 360 degrees. Reports
+ * -5 "xShift == ((void *)0) || yShift == ((void *)0)".
  */
 PXK_API void pxkGetRotateShift(double xCenter, double yCenter, double angle, double* xShift, double* yShift);
 
 /**
- * The quadrangle that a transform makes of the image's region, and its bounds { { smallest x, smallest y }, { largest x,
- * largest y } }. No result is written after "Incorrect Image" or -5 "Bad rect ROI".
+ * The quadrangle that a transform makes of the image's region, and its bounds { { smallest x, smallest y }, { largest
+ * x, largest y } }. No result is written after "Incorrect Image" or -5 "Bad rect ROI".
  */
 PXK_API void pxkGetAffineQuad(PxkImage* image, double coeffs[2][3], double quad[4][2]);
 PXK_API void pxkGetAffineBound(PxkImage* image, double coeffs[2][3], double bound[2][2]);
@@ -1627,10 +1627,10 @@ PXK_API void pxkGetPerspectiveQuad(PxkImage* image, double coeffs[3][3], double 
 PXK_API void pxkGetPerspectiveBound(PxkImage* image, double coeffs[3][3], double bound[2][2]);
 
 /**
- * The transform that takes the image's region to a quadrangle, stored in `coeffs`. No result is written after "Incorrect
- * Image"; -5 "Quadrangle is degenerate to triangle or length or point", "Quadrangle is concave"; affine: "Quadrangle is
- * not parallelogram"; "Bad rect ROI"; "image Rectangle ROI is degenerate to length or point" (affine: "srcImage
- * Rectangle ..."), a region one pixel wide or high.
+ * The transform that takes the image's region to a quadrangle, stored in `coeffs`. No result is written after
+ * "Incorrect Image"; -5 "Quadrangle is degenerate to triangle or length or point", "Quadrangle is concave"; affine:
+ * "Quadrangle is not parallelogram"; "Bad rect ROI"; "image Rectangle ROI is degenerate to length or point" (affine:
+ * "srcImage Rectangle ..."), a region one pixel wide or high.
  */
 PXK_API void pxkGetAffineTransform(PxkImage* image, double coeffs[2][3], double quad[4][2]);
 PXK_API void pxkGetBilinearTransform(PxkImage* image, double coeffs[2][4], double quad[4][2]);
@@ -1655,10 +1655,10 @@ PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkIma
 /**
  * @name Fourier and cosine transforms
  *
- * A packed spectrum is an image of the same size as the real one of W times H pixels, one real value a pixel. F(k, l) is
- * the complex spectrum at horizontal frequency k and vertical frequency l. A line of M values packs its spectrum S, whose
- * upper half mirrors the lower one, as S(0), Re S(1), Im S(1), Re S(2), Im S(2), ..., and for even M at last S(M/2): M
- * values, as S(0) and S(M/2) are real. Of the image
+ * A packed spectrum is an image of the same size as the real one of W times H pixels, one real value a pixel. F(k, l)
+ * is the complex spectrum at horizontal frequency k and vertical frequency l. A line of M values packs its spectrum S,
+ * whose upper half mirrors the lower one, as S(0), Re S(1), Im S(1), Re S(2), Im S(2), ..., and for even M at last
+ * S(M/2): M values, as S(0) and S(M/2) are real. Of the image
  * - column 0 holds the packed line F(0, l), element y in row y;
  * - columns 2k - 1 and 2k hold Re F(k, y) and Im F(k, y) in row y, for k from 1 to (W - 1) / 2;
  * - column W - 1 holds the packed line F(W/2, l) if W is even.
@@ -1673,30 +1673,31 @@ PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkIma
 /**
  * pxkRealFft2D turns a real image into its packed spectrum, pxkCcsFft2D a packed spectrum into the real image.
  *
- * flags has one direction. With PXK_FFT_FORWARD the exponent is -2 pi i (k m / W + l n / H), and nothing is scaled. With
- * PXK_FFT_INVERSE it is positive, and the result is multiplied by 1 / (W H) unless PXK_FFT_NOSCALE is set too. The
+ * flags has one direction. With PXK_FFT_FORWARD the exponent is -2 pi i (k m / W + l n / H), and nothing is scaled.
+ * With PXK_FFT_INVERSE it is positive, and the result is multiplied by 1 / (W H) unless PXK_FFT_NOSCALE is set too. The
  * direction does not choose the function: pxkRealFft2D forward then pxkCcsFft2D inverse, and pxkRealFft2D inverse then
  * pxkCcsFft2D forward, both return the image.
  *
  * Any size: W and H are the smaller width and height of the two regions, cut at the images' edges; each channel is
- * transformed by itself. All depths but one-bit, which may differ, both data orders, images in memory; masks don't count.
- * The images may be one and the same. Integer samples are taken as they are; results are rounded to the nearest integer,
- * halves to the even one, and limited to the destination's range: 32F and 32S hold a spectrum, 8U hardly does.
+ * transformed by itself. All depths but one-bit, which may differ, both data orders, images in memory; masks don't
+ * count. The images may be one and the same. Integer samples are taken as they are; results are rounded to the nearest
+ * integer, halves to the even one, and limited to the destination's range: 32F and 32S hold a spectrum, 8U hardly does.
  *
- * PXK_FFT_USE_INT asks for fixed-point arithmetic, where neither image is 32F: samples times 64 in 32 bits that wrap, 14-bit
- * factors. It fits spectra that stay below 2^25. PXK_FFT_USE_FLOAT, the default, is single precision.
+ * PXK_FFT_USE_INT asks for fixed-point arithmetic, where neither image is 32F: samples times 64 in 32 bits that wrap,
+ * 14-bit factors. It fits spectra that stay below 2^25. PXK_FFT_USE_FLOAT, the default, is single precision.
  *
- * Tables and work memory are kept for each thread until it ends, until memory is short, or until PXK_FFT_FREE, with which
- * a call does nothing else and looks at nothing else: pxkRealFft2D(NULL, NULL, PXK_FFT_FREE).
+ * Tables and work memory are kept for each thread until it ends, until memory is short, or until PXK_FFT_FREE, with
+ * which a call does nothing else and looks at nothing else: pxkRealFft2D(NULL, NULL, PXK_FFT_FREE).
  *
- * Reports -5 and returns: "(flags & 1) == 0 && (flags & 2 ) == 0", "(flags & 1) != 0 && (flags & 2 ) != 0", "(flags & 32)
- * != 0 && (flags & 16 ) != 0"; for srcImage, then for dstImage under its name: "srcImage==0", "Incorrect Image" (with the
- * status of the check), "srcImage->alphaChannel > 0 && srcImage->alphaChannel != srcImage->nChannels", for one channel
- * "srcImage->alphaChannel == 1 && srcImage->roi == 0" and "srcImage->alphaChannel == 1 && srcImage->roi->coi != 1",
- * "srcImage->depth == 1", "srcImage->imageData == ((void*)(0))" (tiled images); then, with unlike numbers of processed
- * channels, "(srcImage->nChannels - (srcImage->alphaChannel != 0)) != (dstImage->nChannels - (dstImage->alphaChannel !=
- * 0))", "(dstImage->nChannels - (dstImage->alphaChannel != 0)) != (srcImage->roi->coi > 0)" or "(srcImage->nChannels -
- * (srcImage->alphaChannel != 0)) != (dstImage->roi->coi > 0)". -4 "No working memory".
+ * Reports -5 and returns: "(flags & 1) == 0 && (flags & 2 ) == 0", "(flags & 1) != 0 && (flags & 2 ) != 0", "(flags &
+ * 32)
+ * != 0 && (flags & 16 ) != 0"; for srcImage, then for dstImage under its name: "srcImage==0", "Incorrect Image" (with
+ * the status of the check), "srcImage->alphaChannel > 0 && srcImage->alphaChannel != srcImage->nChannels", for one
+ * channel "srcImage->alphaChannel == 1 && srcImage->roi == 0" and "srcImage->alphaChannel == 1 && srcImage->roi->coi !=
+ * 1", "srcImage->depth == 1", "srcImage->imageData == ((void*)(0))" (tiled images); then, with unlike numbers of
+ * processed channels, "(srcImage->nChannels - (srcImage->alphaChannel != 0)) != (dstImage->nChannels -
+ * (dstImage->alphaChannel != 0))", "(dstImage->nChannels - (dstImage->alphaChannel != 0)) != (srcImage->roi->coi > 0)"
+ * or "(srcImage->nChannels - (srcImage->alphaChannel != 0)) != (dstImage->roi->coi > 0)". -4 "No working memory".
  */
 PXK_API void pxkRealFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
 
@@ -1713,30 +1714,30 @@ PXK_API void pxkCcsFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
  * Reports and returns: "Incorrect Image" for srcA, srcB, dst; -17 "srcA->depth || srcB->depth == 8U||16U||1U"; -5
  * "(srcA->depth != srcB->depth)", "(srcA->depth != dst->depth)", "(width_srcA != width_srcB)", "(height_srcA !=
  * height_srcB)", "(width_srcA != width_dst)", "(height_srcA != height_dst)"; for srcA, srcB and dst in turn -24
- * "srcA-roi->coi" for a channel of interest that is none, and -18 "srcA->alphaChannel" for an alpha channel that is not the
- * last one; -15 without a text for unlike numbers of processed channels; -5 "srcA->imageData == ((void*)(0))" and so on for
- * tiled images.
+ * "srcA-roi->coi" for a channel of interest that is none, and -18 "srcA->alphaChannel" for an alpha channel that is not
+ * the last one; -15 without a text for unlike numbers of processed channels; -5 "srcA->imageData == ((void*)(0))" and
+ * so on for tiled images.
  */
 PXK_API void pxkMpyRCPack2D(PxkImage* srcA, PxkImage* srcB, PxkImage* dst);
 
 /**
  * Cosine transform of each channel of an image or of its region, of W times H pixels, in single precision:
- * Y(u, v) = 2 / sqrt(W H) c(u) c(v) sum of x(i, j) cos((2 i + 1) u pi / (2 W)) cos((2 j + 1) v pi / (2 H)), where c(0) is
- * the square root of 1/2 and every other c is 1. With PXK_DCT_INVERSE its transpose, which is its inverse. With both
+ * Y(u, v) = 2 / sqrt(W H) c(u) c(v) sum of x(i, j) cos((2 i + 1) u pi / (2 W)) cos((2 j + 1) v pi / (2 H)), where c(0)
+ * is the square root of 1/2 and every other c is 1. With PXK_DCT_INVERSE its transpose, which is its inverse. With both
  * directions or none nothing happens, and nothing is reported.
  *
- * Any size: the common width and height of the regions. All depths but one-bit, which may differ, images in memory; masks
- * and channels of interest don't count, alpha is left out. Integer results are rounded to the nearest integer, halves to the
- * even one, and limited to the range. 8 by 8 pixels have a way of their own that takes no memory.
+ * Any size: the common width and height of the regions. All depths but one-bit, which may differ, images in memory;
+ * masks and channels of interest don't count, alpha is left out. Integer results are rounded to the nearest integer,
+ * halves to the even one, and limited to the range. 8 by 8 pixels have a way of their own that takes no memory.
  *
  * Tables and work memory are kept for each thread as with pxkRealFft2D, until PXK_DCT_FREE, with which nothing else is
  * looked at.
  *
- * Reports -5 and returns: "src==0", "dst==0"; then nothing at all while a negative status is stored; "\nFunction does not
- * support inplace operation", "\nImages with 1u depth are not processed", "\nAlpha channel may be 0 or number of
- * channels", "Images are not compatible" (unlike numbers of channels or data orders, a region in only one image, or a region
- * that leaves its image), "srcImage->imageData == ((void*)(0))" and "dstImage->imageData == ((void*)(0))" (tiled images).
- * Without memory the destination stays as it is, and nothing is reported.
+ * Reports -5 and returns: "src==0", "dst==0"; then nothing at all while a negative status is stored; "\nFunction does
+ * not support inplace operation", "\nImages with 1u depth are not processed", "\nAlpha channel may be 0 or number of
+ * channels", "Images are not compatible" (unlike numbers of channels or data orders, a region in only one image, or a
+ * region that leaves its image), "srcImage->imageData == ((void*)(0))" and "dstImage->imageData == ((void*)(0))" (tiled
+ * images). Without memory the destination stays as it is, and nothing is reported.
  */
 PXK_API void pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
 

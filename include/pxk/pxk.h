@@ -1228,9 +1228,9 @@ PXK_API void pxkYCC2RGB(PxkImage* srcImage, PxkImage* dstImage);
 PXK_API void pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * Colours of a gray image, which are its samples times a weight each: 8U, 16U, 32S to the same depth, 1U to 8U. Weights
- * are cut to 8 fraction bits (8U, and 1U, where a 1 counts as 255) or 15; where all three are 0 then, they are 54, 183
- * and 18 of 256 or as many of 512 as at 32S in pxkColorToGray. Products keep their low bits: weights beyond 0 to 1
- * wrap.
+ * are cut to 8 fraction bits (8U, and 1U, where a 1 counts as 255) or 15. Where all three are 0 then, they are 54, 183
+ * and 18 of 256; at 16U 109, 366 and 37 of 512; at 32S 6968, 23434 and 2364 of 32768. Products keep their low bits:
+ * weights beyond 0 to 1 wrap.
  *
  * Reports as pxkColorToGray, with "src-> depth != dst-> depth && src-> depth != 1U", "src-> depth == dst-> depth &&
  * dst-> depth != 8U" (1U to anything but 8U), "(src-> dataOrder == PXK_DATA_ORDER_PIXEL) && (src-> nChannels != 1)",

@@ -227,8 +227,10 @@ static void ownAddTaps(const OwnTap* taps, const OwnChunkRows& from, Sum* sums, 
     }
 }
 
+// Not inlined: so many loops need no copy for each caller.
 template <class T, class Sum>
-static void ownSumTaps(const OwnTap* taps, int32_t count, const OwnChunkRows& from, Sum* sums, ptrdiff_t n)
+__attribute__((noinline)) static void ownSumTaps(const OwnTap* taps, int32_t count, const OwnChunkRows& from, Sum* sums,
+                                                 ptrdiff_t n)
 {
     if (count == 0) std::fill(sums, sums + n, Sum { 0 });
     for (int32_t done = 0; done < count;) {
@@ -459,13 +461,16 @@ template <class T> static bool ownConvolveBox(const OwnBand& band, const OwnConv
     const int32_t shift = kernel.shift;
     const bool isPlain = plan.method != PXK_CONV_SUMSQ && plan.method != PXK_CONV_SUMSQROOT;
     if constexpr (std::is_same<T, uint8_t>::value) {
-        if (isPlain && shift <= 15 && value > 0
-            && static_cast<int64_t>(value) * kernel.count * UINT8_MAX <= UINT16_MAX) {
+        const int64_t most = static_cast<int64_t>(value) * kernel.count * UINT8_MAX;
+        if (isPlain && shift >= 1 && shift <= 15 && value > 0 && most <= UINT16_MAX) {
             const auto store = [value, shift](const uint16_t* sums, uint8_t* out, ptrdiff_t n) {
                 const uint16_t factor = static_cast<uint16_t>(value);
+                // A shift as a product: compilers shift 16-bit samples by a variable in 32 bits.
+                const uint16_t shifted = static_cast<uint16_t>(1 << (16 - shift));
                 ownInBlocks<ownBlockOf<uint8_t>>(n, [&](ptrdiff_t i) {
-                    const uint16_t product = static_cast<uint16_t>(sums[i] * factor);
-                    out[i] = ownLimitInteger<uint8_t>(static_cast<uint16_t>(product >> (shift & 15)));
+                    const uint16_t sum = static_cast<uint16_t>(sums[i] * factor);
+                    const uint16_t high = static_cast<uint16_t>(static_cast<uint32_t>(sum) * shifted >> 16);
+                    out[i] = ownLimitInteger<uint8_t>(high);
                 });
             };
             return ownWindowSums<uint8_t, uint16_t>(band, nCols, nRows, store);

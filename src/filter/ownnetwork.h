@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "frame/ownivdep.h"
+#include "frame/ownblocks.h"
 
 // The exchanges must all be inlined, or the samples stay in memory and nothing becomes a vector.
 #define OWN_FLATTEN __attribute__((always_inline))
@@ -87,9 +87,8 @@ template <int32_t COUNT, class T, size_t... K>
 inline void ownMiddleRow(const T* const* taps, T* out, ptrdiff_t n, std::index_sequence<K...>)
 {
     const T* const tap[COUNT] = { taps[K]... };
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) {
+    ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) {
         T v[COUNT] = { tap[K][i]... };
         out[i] = ownMiddleOf<COUNT>(v);
-    }
+    });
 }

@@ -9,26 +9,34 @@
 // The mean of n samples counted from the lowest one is floor((2 sum + n) / (2 n)): the nearest integer, halves upward,
 // which holds for the samples themselves too.
 
-// 8-bit samples, 2 to 256 of them: 2 sum + n stays in 17 bits. Division by n as a product with a reciprocal of 17 bits
-// whose highest one is left out (Granlund and Montgomery, Division by invariant integers, 1994).
+// 8-bit samples, 3 to 256 of them: sum + n / 2 stays in 16 bits. Division by n as a product with a reciprocal of 17
+// bits whose highest one is left out (Granlund and Montgomery, Division by invariant integers, 1994). The last shift is
+// a product too: compilers shift 16-bit samples by a variable in 32 bits.
 struct OwnMeanTiny {
     using Sum = uint16_t;
+    static constexpr int64_t fewest = 3;
     static constexpr int64_t most = 256;
     uint16_t half;
     uint16_t factor;
-    int32_t shift;
+    uint16_t last;
     explicit OwnMeanTiny(int64_t n)
         : half(static_cast<uint16_t>(n / 2))
-        , shift(0)
     {
-        while ((int64_t { 2 } << shift) < n) ++shift; // one less than the bits of n - 1
-        factor = static_cast<uint16_t>((int64_t { 65536 } * ((int64_t { 2 } << shift) - n)) / n + 1);
+        int32_t bits = 0; // of n - 1
+        while ((int64_t { 1 } << bits) < n) ++bits;
+        factor = static_cast<uint16_t>(65536 * ((int64_t { 1 } << bits) - n) / n + 1);
+        last = static_cast<uint16_t>(1 << (17 - bits));
+    }
+    static uint16_t highProduct(uint16_t a, uint16_t b)
+    {
+        return static_cast<uint16_t>(static_cast<uint32_t>(a) * b >> 16);
     }
     uint16_t operator()(uint16_t sum) const
     {
         const uint16_t dividend = static_cast<uint16_t>(sum + half);
-        const uint16_t high = static_cast<uint16_t>(static_cast<uint32_t>(dividend) * factor >> 16);
-        return static_cast<uint16_t>(static_cast<uint16_t>(high + ((dividend - high) >> 1)) >> (shift & 15));
+        const uint16_t high = highProduct(dividend, factor);
+        const uint16_t rest = static_cast<uint16_t>(dividend - high);
+        return highProduct(static_cast<uint16_t>(high + static_cast<uint16_t>(rest >> 1)), last);
     }
 };
 
@@ -104,9 +112,10 @@ template <class T, class Mean> static bool ownMeanBand(const OwnBand& band, cons
     using Sum = typename Mean::Sum;
     const auto store = [&](const Sum* sums, T* out, ptrdiff_t width) {
         const Mean mean = made;
-        constexpr uint32_t lowest = static_cast<uint32_t>(std::numeric_limits<T>::min());
+        using Value = decltype(mean(Sum {}));
+        constexpr Value lowest = static_cast<Value>(std::numeric_limits<T>::min());
         ownInBlocks<ownBlockOf<T>>(
-            width, [&](ptrdiff_t i) { out[i] = static_cast<T>(static_cast<uint32_t>(mean(sums[i])) + lowest); });
+            width, [&](ptrdiff_t i) { out[i] = static_cast<T>(static_cast<Value>(mean(sums[i]) + lowest)); });
     };
     return ownWindowSums<T, Sum>(band, filter.nCols, filter.nRows, store);
 }
@@ -120,7 +129,10 @@ static bool ownBlurBand(const OwnBand& band, const OwnRectFilter& filter)
         using T = typename decltype(tag)::Sample;
         if constexpr (sizeof(T) <= 2) {
             constexpr int64_t most = INT32_MAX / (2 * ((int64_t { 1 } << 8 * sizeof(T)) - 1) + 1);
-            if (sizeof(T) == 1 && n >= 2 && n <= OwnMeanTiny::most) return ownMeanBand<T, OwnMeanTiny>(band, filter);
+            if constexpr (sizeof(T) == 1) {
+                const bool isTiny = n >= OwnMeanTiny::fewest && n <= OwnMeanTiny::most;
+                if (isTiny) return ownMeanBand<T, OwnMeanTiny>(band, filter);
+            }
             if (n <= most) return ownMeanBand<T, OwnMeanNarrow>(band, filter);
         }
         if (n <= OwnMeanWide::most) return ownMeanBand<T, OwnMeanWide>(band, filter);

@@ -1,11 +1,9 @@
 // Separable convolution: a kernel of one row, then one of one column.
 #include <algorithm>
-#include <limits>
 #include <type_traits>
 
 #include "frame/owndepth.h"
-#include "frame/ownivdep.h"
-#include "frame/ownround.h"
+#include "frame/ownlimit.h"
 #include "ownconvwork.h"
 #include "ownkernel.h"
 
@@ -54,77 +52,114 @@ static bool ownFitsIntegers(const OwnAxis<int32_t>& rows, const OwnAxis<int32_t>
     return true;
 }
 
-// Double sums that stand for integers are rounded at the end only; a shift is a division that goes to minus infinity.
-template <class Sum> static Sum ownShifted(Sum sum, int32_t shift)
-{
-    if constexpr (std::is_same<Sum, int32_t>::value) {
-        return sum >> shift;
-    } else if constexpr (std::is_same<Sum, double>::value) {
-        return shift == 0 ? sum : __builtin_floor(sum / static_cast<double>(int64_t { 1 } << shift));
-    } else {
-        return sum;
+// What becomes of a sum: a shift is a division that goes to minus infinity. Double sums stand for integers and are
+// rounded at the end only.
+template <class Sum> struct OwnShift {
+    int32_t shift;
+    double scale;
+    explicit OwnShift(int32_t bits)
+        : shift(bits)
+        , scale(1.0 / static_cast<double>(int64_t { 1 } << bits))
+    {
     }
-}
-
-template <class T, class Sum> static T ownStored(Sum sum)
-{
-    if constexpr (std::is_floating_point<T>::value) {
-        return static_cast<T>(sum);
-    } else {
-        constexpr Sum low = std::numeric_limits<T>::min();
-        constexpr Sum high = std::numeric_limits<T>::max();
-        const Sum limited = sum < low ? low : (sum > high ? high : sum);
+    Sum operator()(Sum sum) const
+    {
         if constexpr (std::is_same<Sum, int32_t>::value) {
-            return static_cast<T>(limited);
+            return sum >> shift;
+        } else if constexpr (std::is_same<Sum, double>::value) {
+            return __builtin_floor(sum * scale);
         } else {
-            return static_cast<T>(ownRoundEven(limited));
+            return sum;
         }
     }
-}
+};
 
-// Adds up `count` rows or shifted copies of a row, one after the other, into sums.
-template <class From, class Value, class Sum, class At>
-static void ownAxisSums(const OwnAxis<Value>& axis, const At& at, Sum* sums, ptrdiff_t n)
+// Adds N products of a coefficient and a row to what is there already, if anything is, one after the other.
+template <int32_t N, class From, class Value, class Sum>
+static void ownAddProducts(const From* const* rows, const Value* values, const Sum* there, Sum* to, ptrdiff_t n,
+                           OwnShift<Sum> end)
 {
-    for (int32_t k = 0; k < axis.count; ++k) {
-        const From* const from = at(k);
-        const Sum value = static_cast<Sum>(axis.values[k]);
-        if (k == 0) {
-            OWN_IVDEP
-            for (ptrdiff_t i = 0; i < n; ++i) sums[i] = value * static_cast<Sum>(from[i]);
-        } else {
-            OWN_IVDEP
-            for (ptrdiff_t i = 0; i < n; ++i) sums[i] += value * static_cast<Sum>(from[i]);
-        }
+    const From* row[N];
+    Sum value[N];
+    for (int32_t k = 0; k < N; ++k) {
+        row[k] = rows[k];
+        value[k] = static_cast<Sum>(values[k]);
     }
-    if (axis.shift == 0) return;
-    const int32_t shift = axis.shift;
-    for (ptrdiff_t i = 0; i < n; ++i) sums[i] = ownShifted(sums[i], shift);
+    const auto others = [&](Sum sum, int32_t first, ptrdiff_t i) {
+        for (int32_t k = first; k < N; ++k) sum = sum + value[k] * static_cast<Sum>(row[k][i]);
+        return end(sum);
+    };
+    if (there == nullptr) {
+        ownInBlocks<ownBlockOf<Sum>>(
+            n, [&](ptrdiff_t i) { to[i] = others(value[0] * static_cast<Sum>(row[0][i]), 1, i); });
+    } else {
+        ownInBlocks<ownBlockOf<Sum>>(n, [&](ptrdiff_t i) { to[i] = others(there[i], 0, i); });
+    }
 }
 
-// The row pass over all rows of the band, then the column pass over its results.
+constexpr int32_t ownMostProducts = 5;
+
+// Not inlined: so many loops need no copy for each caller.
+template <class From, class Value, class Sum>
+__attribute__((noinline)) static void ownAddProducts(int32_t count, const From* const* rows, const Value* values,
+                                                     const Sum* there, Sum* to, ptrdiff_t n, const OwnShift<Sum>& end)
+{
+    switch (count) {
+    case 1: return ownAddProducts<1>(rows, values, there, to, n, end);
+    case 2: return ownAddProducts<2>(rows, values, there, to, n, end);
+    case 3: return ownAddProducts<3>(rows, values, there, to, n, end);
+    case 4: return ownAddProducts<4>(rows, values, there, to, n, end);
+    default: return ownAddProducts<ownMostProducts>(rows, values, there, to, n, end);
+    }
+}
+
+// The whole sum over an axis, whose k-th coefficient meets row at(k). Sums of some coefficients go from one spare row
+// to the other.
+template <class From, class Sum, class Value, class At>
+static void ownAxisSums(const OwnAxis<Value>& axis, const At& at, Sum* const (&spare)[2], Sum* to, ptrdiff_t n)
+{
+    const Sum* there = nullptr;
+    for (int32_t done = 0; done < axis.count;) {
+        const From* rows[ownMostProducts];
+        const int32_t count = std::min(axis.count - done, ownMostProducts);
+        for (int32_t k = 0; k < count; ++k) rows[k] = at(done + k);
+        const Value* const values = axis.values + done;
+        done += count;
+        const bool isLast = done == axis.count;
+        Sum* const next = isLast ? to : (there == spare[0] ? spare[1] : spare[0]);
+        ownAddProducts(count, rows, values, there, next, n, OwnShift<Sum>(isLast ? axis.shift : 0));
+        there = next;
+    }
+}
+
+// The row pass over the rows that an output row needs, each once, and the column pass over its results.
 template <class T, class Sum, class Value>
 static bool ownSeparateBand(const OwnBand& band, const OwnAxis<Value>& rows, const OwnAxis<Value>& columns)
 {
     const ptrdiff_t n = band.width;
-    const ptrdiff_t stride = (n + 15) & ~static_cast<ptrdiff_t>(15);
-    const int64_t height = static_cast<int64_t>(band.height) + columns.count - 1;
-    const OwnBuffer<Sum> buffer = ownBuffer<Sum>((height + 1) * stride);
-    if (buffer == nullptr) return false;
-    Sum* const passed = buffer.get();
-    Sum* const sums = passed + static_cast<ptrdiff_t>(height) * stride;
-    for (int64_t y = 0; y < height; ++y) {
-        const auto at = [&](int32_t k) {
-            return reinterpret_cast<const T*>(band.rows[y]) + static_cast<ptrdiff_t>(k) * band.step;
-        };
-        ownAxisSums<T>(rows, at, passed + static_cast<ptrdiff_t>(y) * stride, n);
-    }
+    const ptrdiff_t stride = ((n + ownBlockBytes - 1) & -ownBlockBytes) + ownBlockBytes;
+    Sum* const sums = band.scratch.take<Sum>((static_cast<int64_t>(columns.count) + 3) * stride);
+    if (sums == nullptr) return false;
+    Sum* const spare[2] = { sums + stride, sums + 2 * stride };
+    Sum* const passed = sums + 3 * stride; // as many rows as the column has coefficients, used in turn
+    const auto passedRow = [&](int64_t y) { return passed + static_cast<ptrdiff_t>(y % columns.count) * stride; };
+    int64_t ready = 0;
     for (int32_t y = 0; y < band.height; ++y) {
-        const auto at = [&](int32_t k) { return passed + (static_cast<ptrdiff_t>(y) + k) * stride; };
-        ownAxisSums<Sum>(columns, at, sums, n);
+        for (; ready < static_cast<int64_t>(y) + columns.count; ++ready) {
+            const T* const source = reinterpret_cast<const T*>(band.rows[ready]);
+            const auto at = [&](int32_t k) { return source + static_cast<ptrdiff_t>(k) * band.step; };
+            ownAxisSums<T>(rows, at, spare, passedRow(ready), n);
+        }
+        const auto at = [&](int32_t k) -> const Sum* { return passedRow(static_cast<int64_t>(y) + k); };
+        ownAxisSums<Sum>(columns, at, spare, sums, n);
         T* const out = reinterpret_cast<T*>(band.out[y]);
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < n; ++i) out[i] = ownStored<T>(sums[i]);
+        ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) {
+            if constexpr (std::is_floating_point<T>::value) {
+                out[i] = ownOneNaN(sums[i]);
+            } else {
+                out[i] = ownLimitTo<T>(sums[i]);
+            }
+        });
     }
     return true;
 }
@@ -163,14 +198,13 @@ static void ownSeparable(const OwnSite& site, const OwnConvImages& images, const
     const auto columns = ownAxisOf(yKernel, &Kernel::anchorY);
     const int32_t depth = images.srcImage->depth;
     const auto engine = [&](const OwnBand& band) {
-        bool isGood = false;
+        const int32_t bytesDepth = depth == PXK_DEPTH_1U ? PXK_DEPTH_8U : depth;
+        bool isGood;
         if constexpr (isFloat) {
             isGood = ownSeparateDepth<float>(band, rows, columns, depth);
         } else {
-            ownForDepth(depth == PXK_DEPTH_1U ? PXK_DEPTH_8U : depth, [&](auto tag) {
-                using T = typename decltype(tag)::Sample;
-                if constexpr (!std::is_floating_point<T>::value)
-                    isGood = ownSeparateDepth<T>(band, rows, columns, depth);
+            isGood = ownForIntegerDepth(bytesDepth, [&](auto tag) {
+                return ownSeparateDepth<typename decltype(tag)::Sample>(band, rows, columns, depth);
             });
         }
         if (depth == PXK_DEPTH_1U) ownLimitBits(band);

@@ -1,4 +1,4 @@
-// Every fault of a call is reported, in order; and what holds exactly.
+// Every fault of a call is reported, in order.
 #include "support/operations.h"
 
 static void expectTexts(const std::string& func, const std::vector<std::string>& texts,
@@ -60,20 +60,4 @@ TEST(Scale, reportsEveryFault)
     gray->setMask(Picture::make(BITONAL));
     expectTexts("pxkMirror", { "(srcImage==dstImage && srcImage->maskROI != ((void *)0))" },
                 [&] { pxkMirror(*gray, *gray, 0); });
-}
-
-// The last destination pixels lie on the last source pixels, by equal factors all of them, whatever the samples.
-TEST(Scale, byEqualFactorsCopies)
-{
-    for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_16U }) {
-        for (int32_t interpolate = PXK_INTER_NN; interpolate <= PXK_INTER_SUPER; ++interpolate) {
-            const PictureSpec spec(depth, 77, 31, 3);
-            const PicturePtr src = Picture::make(spec), dst = Picture::make(spec, 2), want = dst->copy();
-            pxkCopy(*src, *want);
-            startReports();
-            pxkResize(*src, *dst, 7, 7, 3, 3, interpolate);
-            expectReports({});
-            EXPECT_TRUE(samePicture(*want, *dst)) << interpolate;
-        }
-    }
 }

@@ -3,145 +3,18 @@
 #include "support/cases.h"
 #include "support/reports.h"
 
-static Axes warpAxes(size_t count)
+// Turns by right angles with whole shifts move pixels, under every interpolation and on tiles; the identity copies.
+TEST(Rotate, rightAnglesMovePixels)
 {
     Axes axes;
     axes.depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U };
     axes.masks = { 0, 0, 1, 2, ALL_IMAGES };
     axes.tilings = { 0, 0, 1, 2, ALL_IMAGES };
-    axes.count = count;
-    return axes;
-}
-
-// Corners on an ellipse round the middle of a region, in either sense: always convex. At times the corners of a
-// rectangle on whole pixels.
-static Quad randomQuad(Random& random, const Window& around, bool mayTie)
-{
-    const double w = double(around.width), h = double(around.height);
-    const auto between = [&](double low, double high) { return low + (high - low) * random.below(100000) / 100000.0; };
-    if (mayTie && random.oneIn(5)) {
-        const double x = double(around.x) + random.between(-3, 3), y = double(around.y) + random.between(-3, 3);
-        const double right = x + random.between(1, int32_t(w) + 3), bottom = y + random.between(1, int32_t(h) + 3);
-        return { Point { x, y }, Point { right, y }, Point { right, bottom }, Point { x, bottom } };
-    }
-    const Point centre = { double(around.x) + w * between(0.2, 0.8), double(around.y) + h * between(0.2, 0.8) };
-    const double rx = w * between(0.3, 1.5) + 1, ry = h * between(0.3, 1.5) + 1, start = between(0, 6.28);
-    const bool isMirrored = random.oneIn(2);
-    Quad quad;
-    for (int32_t k = 0; k < 4; ++k) {
-        const double angle = (start + (k + between(0, 0.8)) * 1.57) * (isMirrored ? -1 : 1);
-        quad[size_t(k)] = { centre.x + rx * std::cos(angle), centre.y + ry * std::sin(angle) };
-    }
-    return quad;
-}
-
-static bool isWarpable(const Window& region)
-{
-    return region.width > 1 && region.height > 1;
-}
-
-// Single samples differ by a level where rounding may fall the other way.
-static Tolerance toleranceOf(const ModelWarp& warp, int32_t depth)
-{
-    const bool isExact =
-        (warp.interpolate & 15) == PXK_INTER_NN || (warp.transform == Transform::AFFINE && depth == PXK_DEPTH_8U);
-    return isExact ? EXACT : Tolerance { 1, 0, false };
-}
-
-TEST(Warp, affineMeetsItsModel)
-{
-    forEachCase(warpAxes(3000), [](const Case& c) {
-        Random random(c.seed);
-        const Scene got = makeScene(c, 2);
-        const Window region = windowOf(got[0]);
-        if (!isWarpable(region)) return;
-        const Quad q = randomQuad(random, windowOf(got[1]), true);
-        const double w = double(region.width - 1), h = double(region.height - 1);
-        double t[2][3] = { { (q[1].x - q[0].x) / w, (q[3].x - q[0].x) / h, 0 },
-                           { (q[1].y - q[0].y) / w, (q[3].y - q[0].y) / h, 0 } };
-        t[0][2] = q[0].x - t[0][0] * double(region.x) - t[0][1] * double(region.y);
-        t[1][2] = q[0].y - t[1][0] * double(region.x) - t[1][1] * double(region.y);
-        if (std::abs(t[0][0] * t[1][1] - t[0][1] * t[1][0]) < 1e-6) return;
-        ModelWarp warp = { Transform::AFFINE,
-                           { q[0], q[1], { q[1].x + q[3].x - q[0].x, q[1].y + q[3].y - q[0].y }, q[3] },
-                           0,
-                           random.below(3) + 16 * random.below(2),
-                           { t[0][0], t[0][1], t[0][2], t[1][0], t[1][1], t[1][2] } };
-        const Scene want = got.copy();
-        modelWarp(want[0], want[1], warp);
-        startReports();
-        pxkWarpAffine(got[0], got[1], t, warp.interpolate);
-        expectNoReports();
-        EXPECT_TRUE(sameScene(want, got, toleranceOf(warp, c.depth))) << warp.interpolate;
-    });
-}
-
-TEST(Warp, quadranglesMeetTheirModel)
-{
-    forEachCase(warpAxes(4000), [](const Case& c) {
-        Random random(c.seed);
-        const Scene got = makeScene(c, 2);
-        ModelWarp warp = { random.oneIn(2) ? Transform::BILINEAR : Transform::PERSPECTIVE,
-                           {},
-                           random.below(2),
-                           random.below(3) + 16 * random.below(2),
-                           {} };
-        if (!isWarpable(windowOf(got[size_t(warp.warpFlag)]))) return;
-        warp.quad = randomQuad(random, windowOf(got[size_t(1 - warp.warpFlag)]), warp.interpolate % 16 != PXK_INTER_NN);
-        const Scene want = got.copy();
-        modelWarp(want[0], want[1], warp);
-        double quad[4][2];
-        for (size_t k = 0; k < 4; ++k) quad[k][0] = warp.quad[k].x, quad[k][1] = warp.quad[k].y;
-        startReports();
-        (warp.transform == Transform::BILINEAR ? pxkWarpBilinearQ : pxkWarpPerspectiveQ)(
-            got[0], got[1], quad, warp.warpFlag, warp.interpolate);
-        expectNoReports();
-        EXPECT_TRUE(sameScene(want, got, toleranceOf(warp, c.depth)))
-            << warp.interpolate << " flag " << warp.warpFlag << " " << int(warp.transform);
-    });
-}
-
-TEST(Remap, meetsItsModel)
-{
-    Axes axes = warpAxes(3000);
-    axes.masks = { 0, 0, 8, ALL_IMAGES };
-    axes.tilings = { 0, 0, 1, 2, 8, ALL_IMAGES };
-    forEachCase(axes, [](const Case& c) {
-        Random random(c.seed);
-        const auto adjust = [](PictureSpec& spec, size_t k) {
-            if (k != 1 && k != 2) return;
-            spec.depth = PXK_DEPTH_32F;
-            spec.channels = 1;
-            spec.hasAlpha = false;
-            spec.roi.coi = 0;
-        };
-        const Scene got = makeScene(c, 4, adjust);
-        const Window region = windowOf(got[0]);
-        for (size_t k = 1; k < 3; ++k) {
-            const double first = double(k == 1 ? region.x : region.y),
-                         count = double(k == 1 ? region.width : region.height);
-            if (!random.oneIn(8)) fillRange(got[k], random, first - 0.2, first + count - 0.8);
-        }
-        const int32_t interpolate = random.below(3);
-        const Scene want = got.copy();
-        modelRemap(want[0], want[1], want[2], want[3], interpolate);
-        startReports();
-        pxkRemap(got[0], got[1], got[2], got[3], interpolate);
-        expectNoReports();
-        EXPECT_TRUE(sameScene(want, got, interpolate == PXK_INTER_NN ? EXACT : Tolerance { 1, 0, false }));
-    });
-}
-
-// Turns by right angles with whole shifts move pixels, under every interpolation and on tiles; the identity copies.
-TEST(Rotate, rightAnglesMovePixels)
-{
-    Axes axes = warpAxes(3000);
-    axes.orders = { Order::PIXEL, Order::PLANE };
     forEachCase(axes, [](const Case& c) {
         Random random(c.seed);
         const Scene got = makeScene(c, 2);
         const Window region = windowOf(got[0]), target = windowOf(got[1]);
-        if (!isWarpable(region)) return;
+        if (region.width < 2 || region.height < 2) return;
         const int32_t quarters = random.between(-5, 5);
         const int32_t cosine = quarters % 2 != 0 ? 0 : quarters % 4 == 0 ? 1 : -1;
         const int32_t sine = quarters % 2 == 0 ? 0 : ((quarters % 4) + 4) % 4 == 1 ? 1 : -1;
@@ -165,4 +38,89 @@ TEST(Rotate, rightAnglesMovePixels)
         expectNoReports();
         EXPECT_TRUE(sameScene(want, got));
     });
+}
+
+// A shift is added each time, and the middle stays where it is.
+TEST(Rotate, shiftsAddUp)
+{
+    double x = 1, y = 2;
+    for (int32_t k = 0; k < 2; ++k) pxkGetRotateShift(10, 20, 450, &x, &y);
+    EXPECT_EQ(x, 1 + 2 * (10 - 20));
+    EXPECT_EQ(y, 2 + 2 * (20 + 10));
+    pxkGetRotateShift(HUGE_VAL, 3, -720, &x, &y);
+    EXPECT_EQ(x, -19);
+}
+
+template <size_t ROWS, size_t COLUMNS>
+static void expectSameTransform(const double (&got)[ROWS][COLUMNS], const double (&want)[ROWS][COLUMNS], double factor)
+{
+    for (size_t i = 0; i < ROWS; ++i) {
+        for (size_t j = 0; j < COLUMNS; ++j) EXPECT_NEAR(got[i][j] * factor, want[i][j], 1e-12);
+    }
+}
+
+// Every quadrangle of a transform gives the transform back.
+TEST(Warp, transformsOfQuadranglesReturn)
+{
+    const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_8U, 40, 30).region(3, 4, 20, 11));
+    double affine[2][3] = { { 0.5, 0.25, 1 }, { -1, 0.5, 3 } },
+           bilinear[2][4] = { { 0.01, 1, 0.2, 3 }, { -0.02, 0, 1, 4 } };
+    double perspective[3][3] = { { 1, 0.2, 3 }, { 0.1, 0.9, 5 }, { 0.003, 0.002, 0.9 } };
+    double quad[4][2], bound[2][2], a[2][3], b[2][4], p[3][3];
+    startReports();
+    pxkGetAffineQuad(*image, affine, quad);
+    EXPECT_EQ(quad[2][0], 0.5 * 22 + 0.25 * 14 + 1);
+    EXPECT_EQ(quad[3][1], -3 + 0.5 * 14 + 3);
+    pxkGetAffineBound(*image, affine, bound);
+    EXPECT_EQ(bound[0][0], quad[0][0]);
+    EXPECT_EQ(bound[0][1], quad[1][1]);
+    EXPECT_EQ(bound[1][0], quad[2][0]);
+    EXPECT_EQ(bound[1][1], quad[3][1]);
+    pxkGetAffineTransform(*image, a, quad);
+    expectSameTransform(a, affine, 1);
+    pxkGetBilinearQuad(*image, bilinear, quad);
+    pxkGetBilinearTransform(*image, b, quad);
+    expectSameTransform(b, bilinear, 1);
+    pxkGetPerspectiveQuad(*image, perspective, quad);
+    pxkGetPerspectiveTransform(*image, p, quad);
+    expectSameTransform(p, perspective, perspective[2][2] / p[2][2]);
+    expectNoReports();
+    pxkGetAffineTransform(*image, a, quad);
+    expectReports({ { -5, "pxkGetAffineTransform", "Quadrangle is not parallelogram" } });
+    image->setRegion(3, 4, 20, 1);
+    pxkGetBilinearTransform(*image, b, quad);
+    expectReports({ { -5, "pxkGetBilinearTransform", "image Rectangle ROI is degenerate to length or point" } });
+    image->setRegion(40, 4, 20, 1);
+    pxkGetPerspectiveBound(*image, perspective, bound);
+    expectReports({ { -5, "pxkGetPerspectiveBound", "Bad rect ROI" } });
+}
+
+// Numbers at the ends of what there is neither crash nor write outside the shape.
+TEST(Warp, extremeTransformsAreHarmless)
+{
+    for (const int32_t depth : { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U }) {
+        for (uint64_t seed = 1; seed < 3000; ++seed) {
+            Random random(seed);
+            const PicturePtr src = Picture::make(PictureSpec(depth, 37, 9), random),
+                             dst = Picture::make(PictureSpec(depth, 300, 5), random);
+            const auto number = [&] {
+                return random.oneOf(
+                    { 0.0, 1.0, -1.0, 0.5, 1e-7, 1e9, -1e18, 1e300, 1e-300, 300.5, HUGE_VAL, std::nan("") });
+            };
+            double m[3][3], quad[4][2];
+            for (double& value : *reinterpret_cast<double(*)[9]>(m)) value = number();
+            for (double& value : *reinterpret_cast<double(*)[8]>(quad)) value = number();
+            const int32_t interpolate = random.below(3) + 16 * random.below(2), warpFlag = random.below(2);
+            startReports();
+            pxkWarpAffine(*src, *dst, m, interpolate);
+            pxkSetErrStatus(0);
+            pxkRotate(*src, *dst, m[0][0], m[0][1], m[0][2], interpolate);
+            pxkSetErrStatus(0);
+            pxkWarpPerspective(*src, *dst, m, warpFlag, interpolate);
+            pxkSetErrStatus(0);
+            pxkWarpBilinearQ(*src, *dst, quad, warpFlag, interpolate);
+            startReports();
+            EXPECT_EQ(src->headerFault() + dst->headerFault(), "");
+        }
+    }
 }

@@ -151,11 +151,12 @@ inline double modelSolve(const Quad& q, Transform transform, Point p, bool isRow
         return (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x);
     };
     double low = 0, high = 1;
-    const bool isRising = side(1) > side(0);
-    for (int32_t k = 0; k < 60; ++k) {
+    const double first = side(0), last = side(1);
+    if ((first < 0) == (last < 0)) return std::abs(first) < std::abs(last) ? 0 : 1;
+    const bool isRising = last > first;
+    for (int32_t k = 0; k < 44; ++k) {
         const double middle = (low + high) / 2;
         ((side(middle) < 0) == isRising ? low : high) = middle;
-        if (k == 0 && (side(0) < 0) == (side(1) < 0)) return std::abs(side(0)) < std::abs(side(1)) ? 0 : 1;
     }
     return (low + high) / 2;
 }
@@ -186,33 +187,32 @@ inline void modelWarp(Picture& src, Picture& dst, const ModelWarp& warp)
     const Window size = warp.warpFlag == 0 ? region : whole;
     const Window& rect = warp.warpFlag == 0 ? region : target;
     const int32_t depth = src.spec.depth, kind = modelKind(warp.interpolate, depth, size);
+    const bool isAffine = warp.transform == Transform::AFFINE;
+    const bool isFixed = isAffine && (kind == PXK_INTER_NN || depth == PXK_DEPTH_8U);
+    const double w = double(rect.width - 1), h = double(rect.height - 1);
+    const auto placeOf = [&](Point p) {
+        if (isAffine) return modelInverse(warp.coeffs, p.x, p.y, isFixed);
+        if (warp.warpFlag == 0) {
+            return Point { double(rect.x) + w * modelSolve(warp.quad, warp.transform, p, false),
+                           double(rect.y) + h * modelSolve(warp.quad, warp.transform, p, true) };
+        }
+        return modelForward(warp.quad, warp.transform, (p.x - double(rect.x)) / w, (p.y - double(rect.y)) / h);
+    };
     const auto sample = [&](Point p, int32_t c) {
         const TapField field = { size.x, size.y, size.width, size.height,
                                  [&](int64_t x, int64_t y) { return src.number(int32_t(x), int32_t(y), c); } };
-        if (warp.transform == Transform::AFFINE && (kind == PXK_INTER_NN || depth == PXK_DEPTH_8U)) {
-            const Point f = modelInverse(warp.coeffs, p.x, p.y, true);
-            if (kind != PXK_INTER_NN) return double(modelFixed(field, int64_t(f.x), int64_t(f.y), kind));
-            return modelReal(field, { std::floor((f.x + 32768) / 65536), std::floor((f.y + 32768) / 65536) }, kind,
-                             depth);
-        }
-        if (warp.transform == Transform::AFFINE)
-            return modelReal(field, modelInverse(warp.coeffs, p.x, p.y, false), kind, depth);
-        const double w = double(rect.width - 1), h = double(rect.height - 1);
-        if (warp.warpFlag == 0) {
-            p = { double(rect.x) + w * modelSolve(warp.quad, warp.transform, p, false),
-                  double(rect.y) + h * modelSolve(warp.quad, warp.transform, p, true) };
-        } else {
-            p = modelForward(warp.quad, warp.transform, (p.x - double(rect.x)) / w, (p.y - double(rect.y)) / h);
-        }
-        return modelReal(field, p, kind, depth);
+        if (!isFixed) return modelReal(field, p, kind, depth);
+        if (kind != PXK_INTER_NN) return double(modelFixed(field, int64_t(p.x), int64_t(p.y), kind));
+        return modelReal(field, { std::floor((p.x + 32768) / 65536), std::floor((p.y + 32768) / 65536) }, kind, depth);
     };
     const bool isSmooth = (warp.interpolate & PXK_WARP_SMOOTH_EDGE) != 0 && depth != PXK_DEPTH_1U;
     forEachSelectedPixel({ &dst }, [&](int32_t i, int32_t j) {
         const Point p = { double(target.x + i), double(target.y + j) };
         const double weight = warp.warpFlag == 0 ? modelCoverage(warp.quad, p) : 1;
         if (weight == 0 || (weight < 1 && !isSmooth)) return;
+        const Point from = placeOf(p);
         for (int32_t c = 0; c < target.channels; ++c) {
-            const double made = sample(p, region.firstChannel + c);
+            const double made = sample(from, region.firstChannel + c);
             const Place at = { &dst, int32_t(p.x), int32_t(p.y), target.firstChannel + c };
             at.setNumber(weight == 1 ? made : std::nearbyint(at.number() + (made - at.number()) * weight));
         }

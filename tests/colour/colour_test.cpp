@@ -73,11 +73,7 @@ TEST(Colour, knownColours)
         const char *from, *to;
         uint8_t in[3], out[3];
     };
-    const Known known[] = { { pxkRGB2YUV, "RGB", "YUV", { 0, 0, 255 }, { 29, 237, 101 } },
-                            { pxkRGB2HSV, "RGB", "HSV", { 7, 7, 7 }, { 0, 0, 7 } },
-                            { pxkRGB2HSV, "RGB", "HSV", { 255, 0, 1 }, { 179, 255, 255 } }, // 359.76 degrees
-                            { pxkHSV2RGB, "HSV", "RGB", { 180, 255, 255 }, { 255, 2, 1 } },
-                            { pxkYCC2RGB, "YCC", "RGB", { 0, 0, 0 }, { 247, 0, 255 } },
+    const Known known[] = { { pxkYCC2RGB, "YCC", "RGB", { 0, 0, 0 }, { 247, 0, 255 } },
                             { pxkYCC2RGB, "YCC", "RGB", { 255, 255, 0 }, { 255, 249, 255 } } };
     for (const Known& k : known) {
         const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 1, 1, 3)), dst = Picture::make(src->spec);

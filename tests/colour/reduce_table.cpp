@@ -1,4 +1,5 @@
 // Bit reduction.
+#include "colour_cases.h"
 #include "reference/dither.h"
 #include "support/operations.h"
 
@@ -7,16 +8,6 @@ namespace {
 struct Pair {
     int32_t from, to;
 };
-
-// Four bytes each, as the header has them.
-void setModel(Picture& picture, const char* colorModel, const char* channelSeq)
-{
-    memset(picture.header.colorModel, 0, 4);
-    memset(picture.header.channelSeq, 0, 4);
-    memcpy(picture.header.colorModel, colorModel, strnlen(colorModel, 4));
-    memcpy(picture.header.channelSeq, channelSeq, strnlen(channelSeq, 4));
-    picture.freeze();
-}
 
 // The depth goes to itself, but for 32S, or to a lower one; colour does not go to bits. Widths lie round the chunks in
 // which the library may walk, and heights round its rows under way.
@@ -53,7 +44,7 @@ Scene reductionScene(const Case& c)
     }
     const bool isGray = channels == 1;
     const char* const seq = isGray ? random.oneOf({ "G", "GRAY", "Gx" }) : random.oneOf({ "RGB", "BGR" });
-    setModel(scene[0], isGray ? random.oneOf({ "Gray", "GRAY" }) : "RGB", seq);
+    setWords(scene[0], isGray ? random.oneOf({ "Gray", "GRAY" }) : "RGB", seq);
     scene[1].setMask(Picture::make(PictureSpec(PXK_DEPTH_1U, 5, 3), c.seed)); // which does not count
     return scene;
 }
@@ -83,6 +74,17 @@ struct Refused {
     int32_t status = PXK_StsBadArg;
 };
 
+const char *const reduceBits = "pxkReduceBits", *const stage = "ownReduceBits", *const jitterRect = "ownjitter_rect";
+const char *const dither = "own_dither_rect", *const tiledDither = "own_dither_tiled_errprop";
+const char* const textType = "(jitterType<0)||( jitterType >= 9)";
+const char* const textHeader = "Incorrect Image";
+const char* const textRegion = "src & dst roi must be NULL";
+const char* const textJitter = "Jittering is incompatible with dithering operation for 1U destination image";
+const char* const textJitter32S = "Error output depth for 32S input. Conversion to 16U,8U,1U is valid now";
+const char* const textJitter16U = "Error output depth for 16U input. Conversion to 8U,1U is valid now";
+const char* const textJitter8U = "Error output depth for 8U input. Conversion to 1U is valid now";
+const char* const textTiledGray =
+    "Error depth for gray image dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U";
 const char* const textColour = "Error output depth for color dithering. 16U,8U is valid now";
 const char* const textModel =
     "colorModel, (channelSeq)  must be RGB,(RGB,BGR) or GRAY,(G) when dithering mode is set on";
@@ -95,30 +97,27 @@ const auto region = [](Picture& p) { p.setRegion(0, 0, 4, 4); };
 
 // Each row but the last breaks the later rules, too, as far as it can.
 const Refused argumentRows[] = {
-    { "pxkReduceBits", "(jitterType<0)||( jitterType >= 9)", toBits, 9, 2, "CMY", "C", false,
-      [](Picture& s, Picture&) { badHeader(s); } },
-    { "pxkReduceBits", "(jitterType<0)||( jitterType >= 9)", toBits, -1, 2, "CMY", "C" },
-    { "pxkReduceBits", "Incorrect Image", toBits, 1, 2, "CMY", "C", false,
+    { reduceBits, textType, toBits, 9, 2, "CMY", "C", false, [](Picture& s, Picture&) { badHeader(s); } },
+    { reduceBits, textType, toBits, -1, 2, "CMY", "C" },
+    { reduceBits, textHeader, toBits, 1, 2, "CMY", "C", false,
       [](Picture& s, Picture& d) { badHeader(s), d.header.width = 0, region(d); }, PXK_StsBadAlign },
-    { "pxkReduceBits", "Incorrect Image", toBits, 1, 2, "CMY", "C", false,
-      [](Picture& s, Picture& d) { badHeader(d), region(s); }, PXK_StsBadAlign },
-    { "pxkReduceBits", "src & dst roi must be NULL", toBits, 1, 2, "CMY", "C", false,
+    { reduceBits, textHeader, toBits, 1, 2, "CMY", "C", false, [](Picture& s, Picture& d) { badHeader(d), region(s); },
+      PXK_StsBadAlign },
+    { reduceBits, textRegion, toBits, 1, 2, "CMY", "C", false,
       [](Picture& s, Picture& d) { region(s), s.header.origin = 1 - d.header.origin; } },
-    { "pxkReduceBits", "src & dst roi must be NULL", toBits, 1, 2, "CMY", "C", false,
-      [](Picture&, Picture& d) { region(d); } },
-    { "pxkReduceBits", textShape, toBits, 1, 2, "CMY", "C", false,
+    { reduceBits, textRegion, toBits, 1, 2, "CMY", "C", false, [](Picture&, Picture& d) { region(d); } },
+    { reduceBits, textShape, toBits, 1, 2, "CMY", "C", false,
       [](Picture& s, Picture& d) { s.header.origin = 1 - d.header.origin; } },
-    { "pxkReduceBits", textShape, toBits, 1, 2, "CMY", "C", false,
+    { reduceBits, textShape, toBits, 1, 2, "CMY", "C", false,
       [](Picture& s, Picture&) { s.header.dataOrder = PXK_DATA_ORDER_PLANE; } },
-    { "pxkReduceBits", textShape, plain, 1, 1, "CMY", "C", false,
+    { reduceBits, textShape, plain, 1, 1, "CMY", "C", false,
       [](Picture& s, Picture&) { s.header.nChannels = 2, s.header.width = 8; } },
-    { "pxkReduceBits", "Jittering is incompatible with dithering operation for 1U destination image", toBits, 1, 2,
-      "CMY", "C" },
-    { "pxkReduceBits", textModel, plain, 0, 2, "RGB", "RGBA" },
-    { "pxkReduceBits", textModel, plain, 0, 3, "RGBA", "RGB" },
-    { "pxkReduceBits", textModel, plain, 0, 16, "RGB", "G" },
-    { "pxkReduceBits", textModel, plain, 0, 2, "gray", "G" },
-    { "pxkReduceBits", textModel, plain, 1, 2, "GRAY", "Y" },
+    { reduceBits, textJitter, toBits, 1, 2, "CMY", "C" },
+    { reduceBits, textModel, plain, 0, 2, "RGB", "RGBA" },
+    { reduceBits, textModel, plain, 0, 3, "RGBA", "RGB" },
+    { reduceBits, textModel, plain, 0, 16, "RGB", "G" },
+    { reduceBits, textModel, plain, 0, 2, "gray", "G" },
+    { reduceBits, textModel, plain, 1, 2, "GRAY", "Y" },
 };
 
 const char* const text32S = "Error output depth. 32S to 16U,8U,1U conversion is valid now";
@@ -129,51 +128,26 @@ const char* const textGray =
     "Error output depth for gray image dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U";
 
 const Refused stageRows[] = {
-    { "ownReduceBits", text32S, { PXK_DEPTH_32S, PXK_DEPTH_32S }, 0, 1, "CMY", "C" },
-    { "ownReduceBits", text32S, { PXK_DEPTH_32S, PXK_DEPTH_32F }, 0, 2, "GRAY", "G" },
-    { "ownReduceBits", text16U, { PXK_DEPTH_16U, PXK_DEPTH_16S }, 0, 1, "CMY", "C" },
-    { "ownReduceBits", text8U, { PXK_DEPTH_8U, PXK_DEPTH_16U }, 0, 16, "GRAY", "G" },
-    { "ownReduceBits", text8U, { PXK_DEPTH_8U, PXK_DEPTH_8S }, 0, 1, "CMY", "C", true },
-    { "ownReduceBits", textInput, { PXK_DEPTH_8S, PXK_DEPTH_8U }, 0, 2, "RGB", "RGB" },
-    { "ownReduceBits", textInput, { PXK_DEPTH_1U, PXK_DEPTH_1U }, 0, 1, "CMY", "C" },
-    { "ownReduceBits", textInput, { PXK_DEPTH_16S, PXK_DEPTH_8U }, 0, 4, "RGB", "RGB", true },
-    { "ownjitter_rect",
-      "Error output depth for 32S input. Conversion to 16U,8U,1U is valid now",
-      { PXK_DEPTH_32S, PXK_DEPTH_8S },
-      8,
-      1,
-      "CMY",
-      "C" },
-    { "ownjitter_rect",
-      "Error output depth for 16U input. Conversion to 8U,1U is valid now",
-      { PXK_DEPTH_16U, PXK_DEPTH_32S },
-      1,
-      16,
-      "RGB",
-      "BGR" },
-    { "ownjitter_rect", text8U, { PXK_DEPTH_8U, PXK_DEPTH_16U }, 1, 1, "CMY", "C" },
-    { "ownjitter_rect",
-      "Error output depth for 8U input. Conversion to 1U is valid now",
-      { PXK_DEPTH_32F, PXK_DEPTH_8U },
-      1,
-      1,
-      "CMY",
-      "C" },
-    { "own_dither_rect", textColour, { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 2, "RGB", "RGB" },
-    { "own_dither_rect", textColour, { PXK_DEPTH_16U, PXK_DEPTH_1U }, 0, 16, "RGB", "RGB", true },
-    { "own_dither_rect", textGray, { PXK_DEPTH_32S, PXK_DEPTH_1U }, 0, 2, "GRAY", "G" },
-    { "own_dither_rect", textGray, { PXK_DEPTH_8S, PXK_DEPTH_1U }, 0, 3, "Gray", "GRAY", true },
-    { "own_dither_rect", "Erroneous dither option", { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 3, "GRAY", "G" },
-    { "own_dither_rect", "Erroneous dither option", { PXK_DEPTH_16U, PXK_DEPTH_8U }, 2, 0, "RGB", "RGB", true },
-    { "own_dither_tiled_errprop", textColour, { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 4, "RGB", "RGB", true },
-    { "own_dither_tiled_errprop",
-      "Error depth for gray image dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U",
-      { PXK_DEPTH_32S, PXK_DEPTH_32S },
-      0,
-      8,
-      "GRAY",
-      "G",
-      true },
+    { stage, text32S, { PXK_DEPTH_32S, PXK_DEPTH_32S }, 0, 1, "CMY", "C" },
+    { stage, text32S, { PXK_DEPTH_32S, PXK_DEPTH_32F }, 0, 2, "GRAY", "G" },
+    { stage, text16U, { PXK_DEPTH_16U, PXK_DEPTH_16S }, 0, 1, "CMY", "C" },
+    { stage, text8U, { PXK_DEPTH_8U, PXK_DEPTH_16U }, 0, 16, "GRAY", "G" },
+    { stage, text8U, { PXK_DEPTH_8U, PXK_DEPTH_8S }, 0, 1, "CMY", "C", true },
+    { stage, textInput, { PXK_DEPTH_8S, PXK_DEPTH_8U }, 0, 2, "RGB", "RGB" },
+    { stage, textInput, { PXK_DEPTH_1U, PXK_DEPTH_1U }, 0, 1, "CMY", "C" },
+    { stage, textInput, { PXK_DEPTH_16S, PXK_DEPTH_8U }, 0, 4, "RGB", "RGB", true },
+    { jitterRect, textJitter32S, { PXK_DEPTH_32S, PXK_DEPTH_8S }, 8, 1, "CMY", "C" },
+    { jitterRect, textJitter16U, { PXK_DEPTH_16U, PXK_DEPTH_32S }, 1, 16, "RGB", "BGR" },
+    { jitterRect, text8U, { PXK_DEPTH_8U, PXK_DEPTH_16U }, 1, 1, "CMY", "C" },
+    { jitterRect, textJitter8U, { PXK_DEPTH_32F, PXK_DEPTH_8U }, 1, 1, "CMY", "C" },
+    { dither, textColour, { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 2, "RGB", "RGB" },
+    { dither, textColour, { PXK_DEPTH_16U, PXK_DEPTH_1U }, 0, 16, "RGB", "RGB", true },
+    { dither, textGray, { PXK_DEPTH_32S, PXK_DEPTH_1U }, 0, 2, "GRAY", "G" },
+    { dither, textGray, { PXK_DEPTH_8S, PXK_DEPTH_1U }, 0, 3, "Gray", "GRAY", true },
+    { dither, "Erroneous dither option", { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 3, "GRAY", "G" },
+    { dither, "Erroneous dither option", { PXK_DEPTH_16U, PXK_DEPTH_8U }, 2, 0, "RGB", "RGB", true },
+    { tiledDither, textColour, { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 4, "RGB", "RGB", true },
+    { tiledDither, textTiledGray, { PXK_DEPTH_32S, PXK_DEPTH_32S }, 0, 8, "GRAY", "G", true },
 };
 
 void addRefused(const Refused& row)
@@ -181,7 +155,7 @@ void addRefused(const Refused& row)
     PictureSpec dst(row.depths.to, 16, 8);
     if (row.isTiled) dst.tiled(8, 8);
     const auto spoil = [row](const Scene& s) {
-        setModel(s[0], row.colorModel, row.channelSeq);
+        setWords(s[0], row.colorModel, row.channelSeq);
         row.spoil(s[0], s[1]);
     };
     addRefusals("pxkReduceBits",
@@ -223,7 +197,7 @@ const Rows rows([] {
                     { tiles, tiles },
                     { 0, PXK_DITHER_FS, 4, 1 },
                     [](const Scene& s) {
-                        setModel(s[0], "GRAY", "G");
+                        setWords(s[0], "GRAY", "G");
                         for (const PicturePtr& p : s.images) p->header.width = p->header.height = 1 << 20;
                     },
                     PXK_StsNoMem } });

@@ -469,7 +469,59 @@ void addFixed()
     addImageRefusals("pxkFixedFilter", { 0 }, false);
 }
 
+// What is not made or given back; each row breaks all later rules, too, as far as it can. 2^30 coefficients are too
+// many bytes.
+void addKernelRefusals()
+{
+    static const int32_t one = 1;
+    const char* const anchors = "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)";
+    const auto add = [](int32_t status, const char* text, int32_t nCols, int32_t nRows, int32_t x, int32_t y,
+                        const int32_t* values) {
+        addRefusedCalls({ { { status, "pxkCreateConvKernel", text },
+                            [=] { EXPECT_EQ(pxkCreateConvKernel(nCols, nRows, x, y, values, 0), nullptr); } } });
+    };
+    add(-5, "(values == 0)", 0, 0, -1, -1, nullptr);
+    add(-5, "(nRows<=0 || nCols<=0)", 3, 0, -1, -1, &one);
+    add(-5, "(nRows<=0 || nCols<=0)", -1, 1, -1, -1, &one);
+    add(-5, anchors, 3, 2, 3, 0, &one);
+    add(-5, anchors, 3, 2, 0, -1, &one);
+    add(-4, "Allocation failure", 1 << 15, 1 << 15, 0, 0, &one);
+    add(-4, "Allocation failure", INT32_MAX, INT32_MAX, 0, 0, &one);
+    static PxkConvKernel hollow = {};
+    addRefusedCalls({ { { -5, "pxkDeleteConvKernelFP", "kernel==0" }, [] { pxkDeleteConvKernelFP(nullptr); } },
+                      { { -5, "pxkDeleteConvKernel", "kernel->values==0" }, [] { pxkDeleteConvKernel(&hollow); } } });
+}
+
+// Kernels that a convolution refuses, with images that it refuses behind them.
+void addKernelsThatAreRefused()
+{
+    static int32_t ones[2] = { 1, 1 };
+    static PxkConvKernel good = { 1, 1, 0, 0, ones, 0 }, tall = { 1, 2, 0, 0, ones, 0 }, wide = { 2, 1, 0, 0, ones, 0 };
+    static PxkConvKernel bad = { 1, 1, 1, 0, ones, 0 };
+    static PxkConvKernel *missing[2] = { &bad, nullptr }, *broken[2] = { &good, &bad };
+    const auto add = [](const char* text, PxkConvKernel** kernels, int32_t count, int32_t method) {
+        addRefusedCalls({ { { -5, "pxkConvolve2D", text }, [=] {
+                               pxkConvolve2D(*Picture::make(GRAY), *Picture::make(RGB_PLANES), kernels, count, method);
+                           } } });
+    };
+    add("kernel==0", nullptr, 11, 5);
+    for (const int32_t count : { 0, -1, 11 }) add("(nKernels<=0 || nKernels>10)", missing, count, 5);
+    for (const int32_t method : { 5, -1 }) add("Inadmissible method", missing, 2, method);
+    add("kernel[i]==0", missing + 1, 1, 99); // one kernel has no method to be wrong
+    add("Bad kernel structure", broken, 2, 4);
+    const auto addSep = [](const char* text, PxkConvKernel* row, PxkConvKernel* column) {
+        addRefusedCalls({ { { -5, "pxkConvolveSep2D", text },
+                            [=] { pxkConvolveSep2D(*Picture::make(GRAY), *Picture::make(GRAY), row, column); } } });
+    };
+    addSep("(xKernel == 0) && (yKernel == 0)", nullptr, nullptr);
+    addSep("Bad kernel structure", &tall, &bad);
+    addSep("(xKernel->nRows != 1)", &tall, &wide);
+    addSep("(yKernel->nCols != 1)", nullptr, &wide);
+}
+
 const Rows rows([] {
+    addKernelRefusals();
+    addKernelsThatAreRefused();
     addWindows();
     addMorph("pxkDilate", pxkDilate, { Rank::LARGEST });
     addMorph("pxkErode", pxkErode, { Rank::SMALLEST });

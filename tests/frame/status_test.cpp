@@ -41,39 +41,22 @@ protected:
     }
 };
 
-TEST_F(Status, textsOfHeaderAndMaskFaults)
+TEST_F(Status, texts)
 {
-    const char* const unknown = "Unknown error or status code";
-    const std::vector<int32_t> unpaired = { -9, -16, -22, -23 };
+    const std::string unknown = "Unknown error or status code";
     for (int32_t status = -9; status >= -25; --status) {
-        const char* const text = pxkErrorStr(status);
-        const char* const maskText = pxkErrorStr(status - 100);
-        EXPECT_STRNE(text, unknown) << status;
-        if (std::find(unpaired.begin(), unpaired.end(), status) != unpaired.end()) {
-            EXPECT_STREQ(maskText, unknown) << status;
-        } else {
-            EXPECT_EQ(maskText + 6, text) << status;
-            EXPECT_EQ(std::string(maskText, 6), "Mask. ") << status;
-        }
+        const bool hasMaskText = status != -9 && status != -16 && status != -22 && status != -23;
+        EXPECT_NE(pxkErrorStr(status), unknown) << status;
+        EXPECT_EQ(pxkErrorStr(status - 100), hasMaskText ? std::string("Mask. ") + pxkErrorStr(status) : unknown);
     }
     EXPECT_STREQ(pxkErrorStr(-9), "Null pointer to an image header");
-    EXPECT_STREQ(pxkErrorStr(-16), "Number of channels for 1U depth image must be one");
     EXPECT_STREQ(pxkErrorStr(-25), "Incorrect size of ROI in the image header");
     EXPECT_STREQ(pxkErrorStr(-26), "Mask image is taled");
-    EXPECT_STREQ(pxkErrorStr(-112),
-                 "Mask. One from two pointers should be null, and other should be not null, imageData or tileInfo ");
     EXPECT_STREQ(pxkErrorStr(-124), "Mask. Incorrect COI of the image");
     EXPECT_STREQ(pxkErrorStr(0), "No Error");
-    EXPECT_STREQ(pxkErrorStr(-8), "Autotrace call");
-}
-
-TEST_F(Status, everyOtherNumberHasTheUnknownText)
-{
-    std::vector<int32_t> statuses = {
-        1, 26, 109, 125, INT32_MAX, INT32_MIN, INT32_MIN + 100, -126, -127, -200, -209, -2
-    };
-    for (int32_t status = -27; status >= -109; --status) statuses.push_back(status);
-    for (const int32_t status : statuses) EXPECT_STREQ(pxkErrorStr(status), "Unknown error or status code") << status;
+    for (const int32_t status : { 1, 26, 109, INT32_MAX, INT32_MIN, INT32_MIN + 100, -126, -127, -200, -209, -2 })
+        EXPECT_EQ(pxkErrorStr(status), unknown) << status;
+    for (int32_t status = -27; status >= -109; --status) EXPECT_EQ(pxkErrorStr(status), unknown) << status;
 }
 
 TEST_F(Status, chainKeepsTheFirstFailure)
@@ -155,8 +138,6 @@ TEST_F(Status, standardErrorText)
         { "\tcalled from [a.cpp:12]:f\n", -8, "f", nullptr, "a.cpp", 12 },
         { "\nPXK Library Error: Unknown error or status code \n\tin function:<unknown>\n", -2, nullptr, nullptr,
           nullptr, -7 },
-        { "\nPXK Library Error: No Error \n\tin function [a.cpp:-7]:f(): \n", 0, "f", "", "a.cpp", -7 },
-        { "\nPXK Library Error: Out of memory \n\tin function [:1]:f\n", -4, "f", nullptr, nullptr, 1 },
         { "\nPXK Library Error: Out of memory \n\tin function [:-2147483648]:%s(): %n%d\n", -4, "%s", "%n%d", "",
           INT32_MIN },
     };
@@ -212,26 +193,6 @@ TEST_F(Status, newThreadsBeginAfresh)
     EXPECT_EQ(pxkGetErrStatus(), -5);
     EXPECT_EQ(pxkGetErrMode(), PXK_ErrModeParent);
     EXPECT_EQ(pxkRedirectError(record), &record);
-}
-
-// Fails for shared state by its numbers, and under a race detector by any common access.
-TEST_F(Status, threadsDoNotMeet)
-{
-    int wrong[2] = {};
-    const auto work = [&wrong](int which) {
-        pxkSetErrMode(PXK_ErrModeSilent);
-        pxkRedirectError(which != 0 ? pxkStdErrReport : pxkNulDevReport);
-        for (int32_t i = 1; i <= 20000; ++i) {
-            const int32_t status = which != 0 ? -i : i;
-            wrong[which] += pxkError(status, "f", "c", "a.cpp", i) != status;
-            wrong[which] += pxkGetErrStatus() != (status == -1 || status == -8 ? (i == 1 ? 0 : 1 - i) : status);
-        }
-    };
-    std::thread other(work, 0);
-    work(1);
-    other.join();
-    EXPECT_EQ(wrong[0], 0);
-    EXPECT_EQ(wrong[1], 0);
 }
 
 } // namespace

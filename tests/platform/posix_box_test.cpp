@@ -24,6 +24,12 @@ struct Outcome {
 
 constexpr int ranOn = 42;
 
+void expectOutcome(const Outcome& outcome, const std::string& shown, int exitCode = ranOn)
+{
+    EXPECT_EQ(outcome.shown, shown);
+    EXPECT_EQ(outcome.exitCode, exitCode);
+}
+
 // Ends a child that was let live, or did not return the status.
 [[noreturn]] void endChild(bool isRight)
 {
@@ -198,21 +204,15 @@ TEST(PosixBox, answersOnATerminal)
         { PXK_ErrModeSilent, "y\n", "", ranOn },
         { 3, "y\n", "", ranOn },
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.keys);
-        const Outcome outcome = onTerminal(c.mode, c.keys);
-        EXPECT_EQ(outcome.shown, c.shown);
-        EXPECT_EQ(outcome.exitCode, c.exitCode);
-    }
+    for (const auto& c : cases) expectOutcome(onTerminal(c.mode, c.keys), c.shown, c.exitCode);
 }
 
 TEST(PosixBox, terminalInOtherStates)
 {
     SKIP_WITHOUT_TERMINALS();
-    const Outcome early = onTerminal(
+    const Outcome early = onTerminal( // what was typed for something else does not count
         PXK_ErrModeLeaf, "n\n", [] {}, "y\ny");
-    EXPECT_EQ(early.shown, leaf + yesNo) << "typed for something else";
-    EXPECT_EQ(early.exitCode, ranOn);
+    expectOutcome(early, leaf + yesNo);
 
     const Outcome raw = onTerminal(PXK_ErrModeLeaf, "", [] {
         termios settings;
@@ -239,7 +239,6 @@ TEST(PosixBox, terminalInOtherStates)
 
 TEST(PosixBox, textsOfAnyLength)
 {
-    SKIP_WITHOUT_TERMINALS();
     const std::string func(700, 'f'), context(5000, 'c'), file(900, 'a');
     const Outcome outcome = withoutTerminal(PXK_ErrModeLeaf, [&](int pipe) {
         dup2(pipe, 0);
@@ -247,21 +246,20 @@ TEST(PosixBox, textsOfAnyLength)
         pxkSetErrMode(PXK_ErrModeParent);
         endChild(pxkError(PXK_StsAutoTrace, func.c_str(), context.c_str(), file.c_str(), -7) == PXK_StsAutoTrace);
     });
-    EXPECT_EQ(outcome.shown,
-              "\nPXK 2.1\nCalled from " + func + "(): [file " + file + ", line 0]\n" + context
-                  + "\n\nAutotrace call\n(status: -8)\n\nErrMode=PXK_ErrorModeParent\n\nContinue?\n" + okCancel
-                  + "OK (no terminal to ask)\n");
-    EXPECT_EQ(outcome.exitCode, ranOn);
+    expectOutcome(outcome,
+                  "\nPXK 2.1\nCalled from " + func + "(): [file " + file + ", line 0]\n" + context
+                      + "\n\nAutotrace call\n(status: -8)\n\nErrMode=PXK_ErrorModeParent\n\nContinue?\n" + okCancel
+                      + "OK (no terminal to ask)\n");
 
     const Outcome nulls = withoutTerminal(PXK_ErrModeLeaf, [](int pipe) {
         dup2(pipe, 0);
         dup2(pipe, 2);
         endChild(pxkError(-2, nullptr, nullptr, nullptr, 7) == -2);
     });
-    EXPECT_EQ(nulls.shown,
-              "\nPXK 2.1\nIn function <unknown>(): [file , line 7]\n\n\nUnknown error or status code\n(status: -2)\n\n"
-              "ErrMode=PXK_ErrorModeLeaf\n\nTerminate the application?\n"
-                  + yesNo + "No (no terminal to ask)\n");
+    expectOutcome(nulls,
+                  "\nPXK 2.1\nIn function <unknown>(): [file , line 7]\n\n\nUnknown error or status code\n"
+                  "(status: -2)\n\nErrMode=PXK_ErrorModeLeaf\n\nTerminate the application?\n"
+                      + yesNo + "No (no terminal to ask)\n");
 }
 
 TEST(PosixBox, neverWaitsWhereNobodyCanBeAsked)
@@ -274,27 +272,15 @@ TEST(PosixBox, neverWaitsWhereNobodyCanBeAsked)
         dup2(silent[0], 0);
         dup2(pipe, 2);
     };
-    const Outcome leafPipes = withoutTerminal(PXK_ErrModeLeaf, bothPipes);
-    EXPECT_EQ(leafPipes.shown, leafUnasked);
-    EXPECT_EQ(leafPipes.exitCode, ranOn);
-    const Outcome parentPipes = withoutTerminal(PXK_ErrModeParent, bothPipes);
-    EXPECT_EQ(parentPipes.shown, parentUnasked);
-    EXPECT_EQ(parentPipes.exitCode, ranOn);
-
-    const Outcome inputOnly = withoutTerminal(PXK_ErrModeLeaf, [&](int pipe) {
+    const auto inputOnly = [&](int pipe) {
         terminal.become();
         dup2(pipe, 2);
-    });
-    EXPECT_EQ(inputOnly.shown, leafUnasked);
-    EXPECT_EQ(inputOnly.exitCode, ranOn);
-
-    const Outcome errorOnly = onTerminal(PXK_ErrModeLeaf, "y\n", [&] { dup2(silent[0], 0); });
-    EXPECT_EQ(errorOnly.shown, leafUnasked);
-    EXPECT_EQ(errorOnly.exitCode, ranOn);
-
-    const Outcome twoTerminals = onTerminal(PXK_ErrModeLeaf, "y\n", [&] { dup2(other.open(), 0); });
-    EXPECT_EQ(twoTerminals.shown, leafUnasked);
-    EXPECT_EQ(twoTerminals.exitCode, ranOn);
+    };
+    expectOutcome(withoutTerminal(PXK_ErrModeLeaf, bothPipes), leafUnasked);
+    expectOutcome(withoutTerminal(PXK_ErrModeParent, bothPipes), parentUnasked);
+    expectOutcome(withoutTerminal(PXK_ErrModeLeaf, inputOnly), leafUnasked);
+    expectOutcome(onTerminal(PXK_ErrModeLeaf, "y\n", [&] { dup2(silent[0], 0); }), leafUnasked);
+    expectOutcome(onTerminal(PXK_ErrModeLeaf, "y\n", [&] { dup2(other.open(), 0); }), leafUnasked);
     close(silent[0]);
     close(silent[1]);
 }

@@ -6,25 +6,12 @@
 
 // ---- the product ---------------------------------------------------------------------------------------------------
 
-static std::string setText(ImageSet set)
-{
-    std::string text = (set & ALL_IMAGES) == 0 ? "none" : "";
-    if ((set & ALL_IMAGES) == ALL_IMAGES) text = "all";
-    for (int32_t k = 0; k < 8 && text != "all"; ++k) {
-        if ((set >> k & 1) != 0) text += std::to_string(k);
-    }
-    return text + ((set & SHARED) != 0 ? "-shared" : "");
-}
-
 std::string Case::text() const
 {
-    static const char* const orders[] = { "pixel", "plane", "mixed" };
-    static const char* const regions[] = { "WHOLE", "COVER", "OWN", "INNER", "PAST" };
-    static const char* const channelNames[] = { "ONE", "THREE", "ALPHA", "COI", "UNLIKE" };
-    static const char* const places[] = { "NO", "FIRST", "SECOND", "ALL", "OTHER_HEADER" };
-    return std::string(depthName(depth)) + " order " + orders[int(order)] + ", region " + regions[int(region)]
-        + ", channels " + channelNames[int(channels)] + ", masks " + setText(masks) + ", tiles " + setText(tiling)
-        + ", in place " + places[int(place)] + ", PXK_CASE=" + std::to_string(index) + " seed " + std::to_string(seed);
+    const auto number = [](const char* name, uint64_t n) { return std::string(name) + std::to_string(n); };
+    return std::string(depthName(depth)) + number(" order ", uint64_t(order)) + number(", region ", uint64_t(region))
+        + number(", channels ", uint64_t(channels)) + number(", masks ", masks) + number(", tiles ", tiling)
+        + number(", in place ", uint64_t(place)) + number(", PXK_CASE=", index) + number(" seed ", seed);
 }
 
 static size_t numberFromEnvironment(const char* name, size_t otherwise)

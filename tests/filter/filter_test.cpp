@@ -187,3 +187,26 @@ TEST(Filters, nonFiniteSamplesStayInReach)
     }
     pxkDeleteConvKernelFP(kernel);
 }
+
+// Sums of the brightest samples just below and above what 16 and 32 bits hold, shifted so that a wrong one shows.
+TEST(Convolution, sumsAtTheBoundsOfIntegers)
+{
+    const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 40, 2)), dst = src->copy();
+    src->setAll(255);
+    pxkSetBorderMode(*src, PXK_EDGE_CLAMP, 15, 0);
+    for (const double bound : { 32767.0, 65535.0, 2147483647.0 }) {
+        const int32_t side = bound > 65535 ? 17 : 3, shift = bound > 65535 ? 24 : 8;
+        for (int32_t beyond = -1; beyond <= 1; ++beyond) {
+            const int32_t total = int32_t(bound / 255) + beyond, part = total / (side * side);
+            std::vector<int32_t> values(size_t(side * side), part);
+            values[0] += total - part * side * side;
+            PxkConvKernel* kernel = pxkCreateConvKernel(side, side, 1, 1, values.data(), shift);
+            pxkConvolve2D(*src, *dst, &kernel, 1, 0);
+            const double sum = std::min(255.0 * total, 2147483647.0);
+            for (int32_t x = 0; x < 40; ++x) {
+                ASSERT_EQ(dst->value(x, 1), std::min(255.0, std::floor(sum / std::exp2(shift)))) << total;
+            }
+            pxkDeleteConvKernel(kernel);
+        }
+    }
+}

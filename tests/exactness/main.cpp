@@ -60,6 +60,8 @@ Line lineOf(const Operation& op, const Case& c)
     Arguments arguments;
     for (const PicturePtr& image : scene.images) arguments.images.push_back(*image);
     arguments.numbers = op.numbersOf(c, scene);
+    if (op.name == "pxkReduceBits")
+        arguments.numbers[0] = 0; // noise comes from rand, which each C library has its own of
     Crc32 input, output;
     input.add(scene);
     input.add(arguments.numbers);
@@ -100,7 +102,7 @@ std::map<std::string, Line> readListing(const char* name)
 int compare(const std::vector<Line>& lines, const std::map<std::string, Line>& listing)
 {
     const bool isWide = FLT_EVAL_METHOD == 2;
-    size_t allowed = 0, different = 0, compared = 0;
+    int allowed = 0, different = 0, compared = 0;
     for (const Line& line : lines) {
         const auto at = listing.find(line.key);
         const Line wanted = at != listing.end() ? at->second : Line { line.key, "not in the listing" };
@@ -112,11 +114,11 @@ int compare(const std::vector<Line>& lines, const std::map<std::string, Line>& l
             printf("%s: %s, listed %s\n", line.key.c_str(), line.result.c_str(), wanted.result.c_str());
         }
     }
-    different += listing.size() - compared; // cases that no longer exist
+    const int cases = int(lines.size()), equal = cases - allowed - different;
+    different += int(listing.size()) - compared; // cases that no longer exist
     printf("%-40s %7s %7s %9s %11s\n", "build", "cases", "equal", "allowed", "different");
     const std::string build = std::to_string(8 * sizeof(void*)) + " bits" + (isWide ? ", x87, " : ", ") + __VERSION__;
-    printf("%-40.40s %7zu %7zu %9zu %11zu\n", build.c_str(), lines.size(), lines.size() - allowed - different, allowed,
-           different);
+    printf("%-40.40s %7d %7d %9d %11d\n", build.c_str(), cases, equal, allowed, different);
     return different != 0;
 }
 

@@ -15,8 +15,9 @@ template <class T> using OwnBuffer = std::unique_ptr<T[], OwnFreeBlock>;
 
 template <class T> [[nodiscard]] inline OwnBuffer<T> ownBuffer(int64_t count)
 {
+    if (count < 0 || count > INT32_MAX) return nullptr;
     const int64_t bytes = count * static_cast<int64_t>(sizeof(T));
-    if (count < 0 || count > INT32_MAX || bytes > INT32_MAX) return nullptr;
+    if (bytes > INT32_MAX) return nullptr;
     return OwnBuffer<T>(static_cast<T*>(pxkMalloc(static_cast<int32_t>(bytes))));
 }
 

@@ -47,7 +47,8 @@ Scene compareScene(const Case& c, size_t sources)
     Picture& a = scene[0];
     if (many != 0 && random.oneIn(2)) a.setAll(3);
     for (int32_t n = 0; n < 20 && many != 0; ++n) {
-        a.setNumber(random.below(a.spec.width), random.below(a.spec.height), random.below(many), 4);
+        const int32_t at[] = { random.below(a.spec.width), random.below(a.spec.height), random.below(many) };
+        a.setNumber(at[0], at[1], at[2], 4);
     }
     if (sources < 2 || c.place != InPlace::NO) return scene;
     forEachSelected({ &a, &scene[1] }, [&](const Place* at) {
@@ -58,7 +59,8 @@ Scene compareScene(const Case& c, size_t sources)
 
 double sampleOf(const Picture& p, Random& random)
 {
-    return p.number(random.below(p.spec.width), random.below(p.spec.height), random.below(p.spec.channels));
+    const int32_t at[] = { random.below(p.spec.width), random.below(p.spec.height), random.below(p.spec.channels) };
+    return p.number(at[0], at[1], at[2]);
 }
 
 Numbers anyInteger(const Case& c, const Scene& s, Random& random)

@@ -32,7 +32,10 @@ Scene reductionScene(const Case& c)
     Scene scene;
     for (size_t k = 0; k < 2; ++k) {
         specs[k].align = random.oneOf({ 4, 8, 32 });
-        if ((c.tiling >> k & 1) != 0) specs[k].tiled(8 * random.between(1, 9), 8 * random.between(1, 3));
+        if ((c.tiling >> k & 1) != 0) {
+            const int32_t tileWidth = 8 * random.between(1, 9);
+            specs[k].tiled(tileWidth, 8 * random.between(1, 3));
+        }
         scene.images.push_back(Picture::make(specs[k], random));
     }
     if (c.place != InPlace::NO && to == c.depth) scene.images[1] = scene.images[0];

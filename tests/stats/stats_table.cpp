@@ -5,8 +5,6 @@
 
 namespace {
 
-std::vector<double> found; // by the last call; models compare it with their own
-
 double near(double got, long double want, long double margin)
 {
     return std::fabs(got - want) <= margin ? got : double(want);

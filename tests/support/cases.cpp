@@ -126,8 +126,10 @@ static void chooseArea(PictureSpec& spec, Region region, int32_t width, int32_t 
 
 static PicturePtr makeMask(int32_t width, int32_t height, Random& random)
 {
-    PictureSpec spec(PXK_DEPTH_1U, std::max(1, width + random.between(-2, 5)),
-                     std::max(1, height + random.between(-1, 2)), 1, random.below(2));
+    PictureSpec spec(PXK_DEPTH_1U); // the order in which arguments are drawn would depend on the compiler
+    spec.width = std::max(1, width + random.between(-2, 5));
+    spec.height = std::max(1, height + random.between(-1, 2));
+    spec.order = random.below(2);
     spec.align = random.oneOf(aligns);
     if (!random.oneIn(3)) {
         const Region region = random.oneIn(3) ? Region::PAST : Region::INNER;
@@ -147,7 +149,10 @@ static PictureSpec chooseImage(const Case& c, int32_t width, int32_t height, int
     chooseChannels(spec, c.channels, several, random);
     chooseArea(spec, c.region, width, height, random);
     if (!isTiled && align == 0 && random.oneIn(4)) spec.extraStep = spec.align;
-    if (isTiled) spec.tiled(8 * random.between(1, 4), 8 * random.between(1, 2));
+    if (isTiled) {
+        const int32_t tileWidth = 8 * random.between(1, 4);
+        spec.tiled(tileWidth, 8 * random.between(1, 2));
+    }
     return spec;
 }
 

@@ -37,6 +37,9 @@
 // number that is a seed, by the call and by the model alike.
 using Numbers = std::vector<double>;
 
+// What the last call gave besides images and status, of operations that give numbers.
+extern Numbers found;
+
 // What a call gets.
 struct Arguments {
     std::vector<PxkImage*> images;

@@ -1,0 +1,198 @@
+#include "further_operations.h"
+
+#include "support/bitmap.h"
+
+namespace {
+
+template <class Call> Operation operation(const std::string& name, const std::vector<std::string>& images, Call call)
+{
+    return Operation(name, images, call, [](const Scene&, const Numbers&) {});
+}
+
+void find(const double* numbers, size_t count)
+{
+    found.insert(found.end(), numbers, numbers + count);
+}
+
+// ---- warps ---------------------------------------------------------------------------------------------------------
+
+// Corners of a quadrangle, each in its corner of the whole image, in units of 1/64 of its sizes; a flag and an
+// interpolation.
+Numbers someWarp(const Case&, const Scene& s, Random& random)
+{
+    Numbers n;
+    const double width = s[0].spec.width, height = s[0].spec.height;
+    const auto corner = [&](int32_t left, int32_t top) {
+        n.push_back(width * (left + random.below(16)) / 64);
+        n.push_back(height * (top + random.below(16)) / 64);
+    };
+    corner(0, 0);
+    corner(48, 0);
+    corner(48, 48);
+    corner(0, 48);
+    n.push_back(random.below(2));
+    n.push_back(random.below(3) + 16 * random.below(2));
+    return n;
+}
+
+using Points = double (*)[2];
+
+Numbers someParallelogram(const Case& c, const Scene& s, Random& random)
+{
+    Numbers n = someWarp(c, s, random);
+    for (size_t k = 0; k < 2; ++k) n[4 + k] = n[2 + k] + n[6 + k] - n[k];
+    return n;
+}
+
+// The transform to the corners, what it makes of the region, and the warp by it.
+template <size_t Rows, size_t Columns, class Transform, class Quad, class Bound, class Warp>
+Operation warpOperation(const std::string& name, Transform transform, Quad quad, Bound bound, Warp warp)
+{
+    return operation(name, { "srcImage", "dstImage" }, [=](const Arguments& a) {
+        Numbers n = a.numbers;
+        double coeffs[Rows][Columns] = {}, corners[4][2] = {}, bounds[2][2] = {};
+        transform(a[0], coeffs, reinterpret_cast<Points>(n.data()));
+        quad(a[0], coeffs, corners);
+        bound(a[0], coeffs, bounds);
+        find(coeffs[0], Rows * Columns);
+        find(corners[0], 8);
+        find(bounds[0], 4);
+        warp(a, coeffs);
+    });
+}
+
+void addWarps(std::vector<Operation>& operations)
+{
+    std::vector<Operation> warps = {
+        warpOperation<2, 3>(
+            "pxkWarpAffine_helpers", pxkGetAffineTransform, pxkGetAffineQuad, pxkGetAffineBound,
+            [](const Arguments& a, double(*coeffs)[3]) { pxkWarpAffine(a[0], a[1], coeffs, a.integer(9)); }),
+        warpOperation<2, 4>("pxkWarpBilinear", pxkGetBilinearTransform, pxkGetBilinearQuad, pxkGetBilinearBound,
+                            [](const Arguments& a, double(*coeffs)[4]) {
+                                pxkWarpBilinear(a[0], a[1], coeffs, a.integer(8), a.integer(9));
+                            }),
+        warpOperation<3, 3>("pxkWarpPerspective", pxkGetPerspectiveTransform, pxkGetPerspectiveQuad,
+                            pxkGetPerspectiveBound,
+                            [](const Arguments& a, double(*coeffs)[3]) {
+                                pxkWarpPerspective(a[0], a[1], coeffs, a.integer(8), a.integer(9));
+                            }),
+    };
+    for (const auto& [name, warp] : { std::pair("pxkWarpBilinearQ_helpers", pxkWarpBilinearQ),
+                                      std::pair("pxkWarpPerspectiveQ_helpers", pxkWarpPerspectiveQ) }) {
+        warps.push_back(operation(name, { "srcImage", "dstImage" }, [warp = warp](const Arguments& a) {
+            Numbers n = a.numbers;
+            warp(a[0], a[1], reinterpret_cast<Points>(n.data()), a.integer(8), a.integer(9));
+        }));
+    }
+    warps.push_back(operation("pxkRotate", { "srcImage", "dstImage" }, [](const Arguments& a) {
+        double shift[2] = { a.numbers[1], a.numbers[2] };
+        const double angle = 10 * a.numbers[0];
+        pxkGetRotateShift(a.numbers[3], a.numbers[4], angle, &shift[0], &shift[1]);
+        find(shift, 2);
+        pxkRotate(a[0], a[1], angle, shift[0], shift[1], a.integer(9));
+    }));
+    warps.push_back(operation("pxkShear", { "srcImage", "dstImage" }, [](const Arguments& a) {
+        pxkShear(a[0], a[1], (a.numbers[0] - 3) / 8, (a.numbers[1] - 2) / 8, a.numbers[2], a.numbers[3], a.integer(9));
+    }));
+    Operation remap = operation("pxkRemap_positions", { "srcImage", "xMap", "yMap", "dstImage" },
+                                [](const Arguments& a) { pxkRemap(a[0], a[1], a[2], a[3], a.integer(9) & 3); });
+    remap.scene = [](const Case& c) {
+        const Scene scene = makeScene(c, 4, [](PictureSpec& spec, size_t k) {
+            if (k != 1 && k != 2) return;
+            spec.depth = PXK_DEPTH_32F;
+            spec.channels = 1;
+            spec.hasAlpha = false;
+            spec.roi.coi = 0;
+        });
+        Random random(c.seed);
+        fillRange(scene[1], random, 0, scene[0].spec.width);
+        fillRange(scene[2], random, 0, scene[0].spec.height);
+        return scene;
+    };
+    warps.push_back(remap);
+    for (Operation& warp : warps) {
+        warp.numbers = warp.name == "pxkWarpAffine_helpers" ? someParallelogram : someWarp;
+        warp.axes.depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U };
+        operations.push_back(warp);
+    }
+}
+
+// ---- numbers and images that a call makes --------------------------------------------------------------------------
+
+void addMoments(std::vector<Operation>& operations)
+{
+    Operation op = operation("pxkSpatialMoment", { "image" }, [](const Arguments& a) {
+        found = { pxkSpatialMoment(a[0], 1, 2), pxkNormalizedSpatialMoment(a[0], 2, 1), pxkCentralMoment(a[0], 2, 0),
+                  pxkNormalizedCentralMoment(a[0], 1, 1) };
+    });
+    op.axes.channels = { Channels::ONE, Channels::COI };
+    operations.push_back(op);
+}
+
+void addRings(std::vector<Operation>& operations)
+{
+    Operation op = operation("pxkCreateImageJaehne", { "size" }, [](const Arguments& a) {
+        PxkImage* const image = pxkCreateImageJaehne(a[0]->depth, a[0]->width, a[0]->height);
+        const int32_t status = pxkGetErrStatus();
+        if (image == nullptr) return;
+        for (int32_t y = 0; y < image->height; ++y) {
+            for (int32_t x = 0; x < image->width; ++x) {
+                uint32_t pixel = 0;
+                pxkGetPixel(image, x, y, &pixel);
+                found.push_back(pixel);
+            }
+        }
+        pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA);
+        pxkSetErrStatus(status);
+    });
+    op.axes.masks = op.axes.tilings = { 0 };
+    operations.push_back(op);
+}
+
+// Bitmaps of all kinds; grays and colours in both orders.
+void addBitmaps(std::vector<Operation>& operations)
+{
+    for (const bool isTo : { false, true }) {
+        Operation op =
+            operation(isTo ? "pxkConvertToDIB" : "pxkConvertFromDIB", { "image" }, [isTo](const Arguments& a) {
+                Random random(uint64_t(a.numbers[0]));
+                const int32_t bits = a.integer(1), height = a[0]->height * a.integer(2);
+                const auto header = bitmapHeader(a[0]->width, height, bits, 0, bits == 8 ? 256 : 0);
+                const Bitmap bitmap(header, random.oneIn(2), random);
+                const int32_t status =
+                    isTo ? convertTo(a[0], bitmap, a.integer(3), a.integer(4)) : convertFrom(bitmap, a[0]);
+                for (int32_t i = 0; i < Bitmap::tableWords(header); ++i) found.push_back(bitmap.word(i));
+                for (int32_t y = 0; y < a[0]->height; ++y)
+                    for (int32_t x = 0; x < a[0]->width; ++x) found.push_back(bitmap.pixel(x, y));
+                return status;
+            });
+        op.scene = [](const Case& c) {
+            Random random(c.seed);
+            PictureSpec spec(c.depth);
+            spec.width = random.between(1, 70);
+            spec.height = random.between(1, 9);
+            spec.order = int32_t(c.order);
+            spec.channels = c.depth == PXK_DEPTH_1U ? 1 : random.oneOf({ 1, 3, 3 });
+            return Scene { { Picture::make(spec, random) } };
+        };
+        op.numbers = [](const Case&, const Scene&, Random& random) {
+            return Numbers { double(random.below(1 << 30)), double(random.oneOf({ 1, 4, 8, 16, 24, 32 })),
+                             double(random.oneOf({ -1, 1 })), double(random.oneOf({ 1, 1, 2, 4, 8, 16 })),
+                             double(random.below(3)) };
+        };
+        op.axes.depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_8U, PXK_DEPTH_16U };
+        operations.push_back(op);
+    }
+}
+
+} // namespace
+
+std::vector<Operation> furtherOperations()
+{
+    std::vector<Operation> operations;
+    addWarps(operations);
+    addMoments(operations);
+    addRings(operations);
+    addBitmaps(operations);
+    return operations;
+}

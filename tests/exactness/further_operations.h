@@ -1,0 +1,6 @@
+// Operations without a row in the table, because other tests compare them with their models.
+#pragma once
+
+#include "support/operations.h"
+
+std::vector<Operation> furtherOperations();

@@ -237,12 +237,17 @@ TEST(Allocate, familyIsAlignedAndRefusesBadLengths)
     const std::pair<void* (*)(int32_t), int32_t> members[] = {
         { pxkMalloc, 1 }, { pxkwMalloc, 2 }, { pxkiMalloc, 4 }, { pxksMalloc, 4 }, { pxkdMalloc, 8 }
     };
+#ifdef __SANITIZE_ADDRESS__
+    const int32_t spare = 0; // the bytes behind a block, which are its own, are out of bounds for the library's code
+#else
+    const int32_t spare = 33;
+#endif
     startReports();
     for (const auto& member : members) {
         for (int32_t length = 0; length < 70; ++length) {
             void* const block = member.first(length);
             ASSERT_EQ(reinterpret_cast<uintptr_t>(block) % 32, 0u);
-            memset(block, 1, static_cast<size_t>(length * member.second + 33));
+            memset(block, 1, static_cast<size_t>(length * member.second + spare));
             pxkFree(block);
         }
         for (const int32_t length : { -1, INT32_MAX, INT32_MIN }) EXPECT_EQ(member.first(length), nullptr);

@@ -7,11 +7,6 @@ OwnPixelChannels ownSomeChannels(const OwnView& view, int32_t first, int32_t cou
     return pixels;
 }
 
-OwnPixelChannels ownColourChannels(const OwnView& view, const OwnColourPlaces& places)
-{
-    return { &view, 3, { places.red, places.green, places.blue } };
-}
-
 void ownAddChannel(OwnPixelChannels& pixels, int32_t channel)
 {
     pixels.channels[pixels.count++] = channel;

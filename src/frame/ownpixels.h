@@ -15,9 +15,6 @@ struct OwnPixelChannels {
 // The channels first, first + 1, ... of a view.
 OwnPixelChannels ownSomeChannels(const OwnView& view, int32_t first, int32_t count);
 
-// Red, green and blue.
-OwnPixelChannels ownColourChannels(const OwnView& view, const OwnColourPlaces& places);
-
 // Adds a channel, for instance alpha.
 void ownAddChannel(OwnPixelChannels& pixels, int32_t channel);
 

@@ -520,18 +520,13 @@ static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork* parts, int3
     return static_cast<int32_t>(std::min<int64_t>(rect.height, height));
 }
 
-static bool ownHasChannelOfInterest(const PxkImage* image)
-{
-    return image->roi != nullptr && image->roi->coi > 0;
-}
-
 static bool ownRunPiece(OwnPass& pass, const OwnDestination& piece)
 {
     const OwnWindowWork& work = pass.work;
     const bool isPixelOrder = work.source->dataOrder == PXK_DATA_ORDER_PIXEL;
     // Without a channel of interest rows start at the first channel and may carry an alpha channel along.
     const bool isTogether = work.source->nChannels == 1
-        || (isPixelOrder && !ownHasChannelOfInterest(work.source) && !ownHasChannelOfInterest(work.destination));
+        || (isPixelOrder && ownChannelOfInterest(work.source) == 0 && ownChannelOfInterest(work.destination) == 0);
     pass.nChannels = isTogether ? piece.view.nChannels : 1;
     pass.step = isTogether ? work.source->nChannels : 1;
     const OwnView source = pass.source.view(pass.source.rect);

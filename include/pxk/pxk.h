@@ -1,11 +1,37 @@
 /**
- * pxk: operations on two-dimensional images, with a plain C interface.
+ * @file
+ * @brief pxk: operations on two-dimensional images, with a plain C interface.
  *
  * Every operation works on one picture of an image, the PxkImage header: 1, 8, 16 or 32 bits a channel, signed,
  * unsigned or float; channels interleaved or in planes; pixels in memory, or delivered tile by tile through a function
  * of the caller; restricted by a rectangular region, a channel of interest and a one-bit mask image.
  *
- * What holds for all operations
+ * What holds for all operations stands next, then a group for each family.
+ */
+#ifndef PXK_PXK_H
+#define PXK_PXK_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+/** @cond */
+#if defined(_WIN32) && !defined(PXK_STATIC) && !defined(PXK_BUILD)
+#define PXK_API __declspec(dllimport)
+#elif defined(__GNUC__) && !defined(_WIN32)
+#define PXK_API __attribute__((visibility("default")))
+#else
+#define PXK_API
+#endif
+/** @endcond */
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @defgroup pxk_rules Rules for all operations
+ *
  * - Pointers to records are the caller's and stay the caller's. Nothing is freed but what a comment says.
  * - An operation that fails reports through pxkError: a status, its own name, a message (mostly the failed condition),
  *   file and line. The report goes to the thread's handler; the caller reads the outcome with pxkGetErrStatus.
@@ -22,136 +48,74 @@
  *   rows, and the padding of rows where it works on whole images.
  * - A call takes up to 128 KiB of its thread's stack, besides what the tile function and the report handler take.
  */
-#ifndef PXK_PXK_H
-#define PXK_PXK_H
-
-#include <stddef.h>
-#include <stdint.h>
-
-#if defined(_WIN32) && !defined(PXK_STATIC) && !defined(PXK_BUILD)
-#define PXK_API __declspec(dllimport)
-#elif defined(__GNUC__) && !defined(_WIN32)
-#define PXK_API __attribute__((visibility("default")))
-#else
-#define PXK_API
-#endif
-
-#ifdef __cplusplus
-extern "C" {
-#endif
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Constants */
+/**
+ * @defgroup pxk_image Images
+ *
+ * An image is a PxkImage header, which tells where the samples lie and what they mean, and its pixels, in memory or
+ * delivered in tiles by a function of the caller. A PxkROI limits operations to a part of it, a mask image to some of
+ * its pixels.
+ * @{
+ */
 
-/** Flag of the signed integer depths. */
-#define PXK_DEPTH_SIGN ((int32_t)0x80000000u)
-/** Depths: bits a channel. 32 is always float, and there is no unsigned 32-bit depth. */
-#define PXK_DEPTH_1U 1
-#define PXK_DEPTH_8U 8
-#define PXK_DEPTH_16U 16
-#define PXK_DEPTH_32F 32
-#define PXK_DEPTH_8S (PXK_DEPTH_SIGN | 8)
-#define PXK_DEPTH_16S (PXK_DEPTH_SIGN | 16)
-#define PXK_DEPTH_32S (PXK_DEPTH_SIGN | 32)
+/** @name Depths
+ * Bits a channel. 32 is always float, and there is no unsigned 32-bit depth.
+ * @{ */
+#define PXK_DEPTH_SIGN ((int32_t)0x80000000u) /**< flag of the signed integer depths */
+#define PXK_DEPTH_1U 1                        /**< bits, eight a byte, the first pixel highest; one channel */
+#define PXK_DEPTH_8U 8                        /**< 0 to 255 */
+#define PXK_DEPTH_16U 16                      /**< 0 to 65535 */
+#define PXK_DEPTH_32F 32                      /**< IEEE 754 single precision */
+#define PXK_DEPTH_8S (PXK_DEPTH_SIGN | 8)     /**< -128 to 127 */
+#define PXK_DEPTH_16S (PXK_DEPTH_SIGN | 16)   /**< -32768 to 32767 */
+#define PXK_DEPTH_32S (PXK_DEPTH_SIGN | 32)   /**< -2147483648 to 2147483647 */
+/** @} */
 
-/** Data orders: channels interleaved within a row, or each channel a whole plane. */
-#define PXK_DATA_ORDER_PIXEL 0
-#define PXK_DATA_ORDER_PLANE 1
+/** @name Data orders
+ * @{ */
+#define PXK_DATA_ORDER_PIXEL 0 /**< channels interleaved within a row */
+#define PXK_DATA_ORDER_PLANE 1 /**< each channel a whole plane, one behind the other */
+/** @} */
 
-/** Sides of an image, bits of a mask for pxkSetBorderMode. */
-#define PXK_SIDE_TOP 1
-#define PXK_SIDE_BOTTOM 2
-#define PXK_SIDE_LEFT 4
-#define PXK_SIDE_RIGHT 8
+/** @name Sides of an image
+ * Bits of a mask for pxkSetBorderMode.
+ * @{ */
+#define PXK_SIDE_TOP 1    /**< rows above the first one */
+#define PXK_SIDE_BOTTOM 2 /**< rows below the last one */
+#define PXK_SIDE_LEFT 4   /**< columns before the first one */
+#define PXK_SIDE_RIGHT 8  /**< columns behind the last one */
+/** @} */
 
-/** What lies beyond an image's edge: a constant, the edge sample, the image mirrored (edge doubled) or repeated. */
-#define PXK_EDGE_CONST 0
-#define PXK_EDGE_CLAMP 1
-#define PXK_EDGE_MIRROR 2
-#define PXK_EDGE_WRAP 3
+/** @name Border modes
+ * What lies beyond an image's edge, for operations that look there. Of a row a b c d:
+ * @{ */
+#define PXK_EDGE_CONST 0  /**< a constant k of that side: k k k | a b c d | k k k */
+#define PXK_EDGE_CLAMP 1  /**< the edge sample: a a a | a b c d | d d d */
+#define PXK_EDGE_MIRROR 2 /**< the image mirrored, edge doubled: c b a | a b c d | d c b */
+#define PXK_EDGE_WRAP 3   /**< the image repeated: b c d | a b c d | a b c */
+/** @} */
 
-/** What pxkDeallocate releases, bits of a mask. */
-#define PXK_FREE_HEADER 1
-#define PXK_FREE_DATA 2
-#define PXK_FREE_ROI 4
-#define PXK_FREE_TILE 8
-#define PXK_FREE_MASK 16
+/** @name What pxkDeallocate releases
+ * Bits of a mask.
+ * @{ */
+#define PXK_FREE_HEADER 1 /**< the header itself */
+#define PXK_FREE_DATA 2   /**< pixels that pxkAllocateImage took */
+#define PXK_FREE_ROI 4    /**< the region record */
+#define PXK_FREE_TILE 8   /**< the tile record */
+#define PXK_FREE_MASK 16  /**< the mask image, with its header, pixels, region and tile record */
+/** @} */
 
-/** What the library wants of a tile, the last argument of a PxkTileCallBack. */
-#define PXK_TILE_READ 1
-#define PXK_TILE_WRITE 2
-#define PXK_TILE_RELEASE 4
-
-/** Alpha composition: the fractions Fa of image a and Fb of image b. */
-#define PXK_COMPOSITE_OVER 0 /**< 1, 1 - alphaA */
-#define PXK_COMPOSITE_IN 1   /**< alphaB, 0 */
-#define PXK_COMPOSITE_OUT 2  /**< 1 - alphaB, 0 */
-#define PXK_COMPOSITE_ATOP 3 /**< alphaB, 1 - alphaA */
-#define PXK_COMPOSITE_XOR 4  /**< 1 - alphaB, 1 - alphaA */
-#define PXK_COMPOSITE_PLUS 5 /**< 1, 1 */
-
-/** Flags of the Fourier transforms: direction, scaling, arithmetic; or the release of a thread's tables. */
-#define PXK_FFT_FORWARD 1
-#define PXK_FFT_INVERSE 2
-#define PXK_FFT_NOSCALE 4
-#define PXK_FFT_USE_INT 16
-#define PXK_FFT_USE_FLOAT 32
-#define PXK_FFT_FREE 128
-
-/** Flags of the cosine transform. */
-#define PXK_DCT_FORWARD 1
-#define PXK_DCT_INVERSE 2
-#define PXK_DCT_FREE 8
-
-/** Error modes: the error ends the application, is the caller's to handle, or is not shown at all. */
-#define PXK_ErrModeLeaf 0
-#define PXK_ErrModeParent 1
-#define PXK_ErrModeSilent 2
-
-/** Status codes. Texts come from pxkErrorStr. A fault of a mask image is the code of the header less 100. */
-#define PXK_StsOk 0
-#define PXK_StsBackTrace (-1)
-#define PXK_StsInternal (-3)
-#define PXK_StsNoMem (-4)
-#define PXK_StsBadArg (-5)
-#define PXK_StsBadFunc (-6)
-#define PXK_StsNoConv (-7)
-#define PXK_StsAutoTrace (-8)
-#define PXK_StsNullHeader (-9)
-#define PXK_StsBadImageSize (-10)
-#define PXK_StsBadRoiOffset (-11)
-#define PXK_StsBadDataPointers (-12)
-#define PXK_StsBadWidthStep (-13)
-#define PXK_StsBadColorModel (-14)
-#define PXK_StsBadChannels (-15)
-#define PXK_StsBadChannels1U (-16)
-#define PXK_StsBadDepth (-17)
-#define PXK_StsBadAlphaChannel (-18)
-#define PXK_StsBadDataOrder (-19)
-#define PXK_StsBadOrigin (-20)
-#define PXK_StsBadAlign (-21)
-#define PXK_StsNullCallBack (-22)
-#define PXK_StsBadTileSize (-23)
-#define PXK_StsBadCOI (-24)
-#define PXK_StsBadRoiSize (-25)
-#define PXK_StsMaskTiled (-26)
-#define PXK_StsMaskBadImageSize (-110)
-#define PXK_StsMaskBadRoiOffset (-111)
-#define PXK_StsMaskBadDataPointers (-112)
-#define PXK_StsMaskBadWidthStep (-113)
-#define PXK_StsMaskBadColorModel (-114)
-#define PXK_StsMaskBadChannels (-115)
-#define PXK_StsMaskBadDepth (-117)
-#define PXK_StsMaskBadAlphaChannel (-118)
-#define PXK_StsMaskBadDataOrder (-119)
-#define PXK_StsMaskBadOrigin (-120)
-#define PXK_StsMaskBadAlign (-121)
-#define PXK_StsMaskBadCOI (-124)
-#define PXK_StsMaskBadRoiSize (-125)
+/** @name Modes of a tile function
+ * What the library wants of a tile, the last argument of a PxkTileCallBack.
+ * @{ */
+#define PXK_TILE_READ 1    /**< its samples */
+#define PXK_TILE_WRITE 2   /**< its samples, which will be changed */
+#define PXK_TILE_RELEASE 4 /**< nothing any more: it is given back */
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Records */
-
+/** The header of an image: see struct PxkImage. */
 typedef struct PxkImage PxkImage;
 
 /** A region of an image: part of its pixels, and all its channels or one. */
@@ -218,16 +182,118 @@ struct PxkImage {
     void* imageDataBase;    /**< the block that pxkAllocateImage took; null when the pixels are the caller's */
 };
 
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @defgroup pxk_status Status and reports
+ *
+ * A call that fails stores a status and hands a report to a handler. Status, mode and handler belong to the thread; a
+ * new thread starts with status 0, PXK_ErrModeLeaf and pxkGuiBoxReport.
+ * @{
+ */
+
+/** @name Error modes
+ * What the library's report handlers do.
+ * @{ */
+#define PXK_ErrModeLeaf 0   /**< an error ends the application, or asks whether to */
+#define PXK_ErrModeParent 1 /**< it is the caller's to handle */
+#define PXK_ErrModeSilent 2 /**< it is not shown at all */
+/** @} */
+
+/** @name Status codes
+ * With the texts that pxkErrorStr gives. A fault of a mask image is the code of the header less 100.
+ * @{ */
+/** "No Error": nothing has failed */
+#define PXK_StsOk 0
+/** "Backtrace": a report that names the caller of what has failed; not stored */
+#define PXK_StsBackTrace (-1)
+/** "Internal error (bad state)": what should work did not */
+#define PXK_StsInternal (-3)
+/** "Out of memory": no memory, or for some operations a tile that was refused */
+#define PXK_StsNoMem (-4)
+/** "Bad argument": an argument, mostly told by the failed condition */
+#define PXK_StsBadArg (-5)
+/** "Unsupported function": not reported by this version */
+#define PXK_StsBadFunc (-6)
+/** "Iteration convergence failed": not reported by this version */
+#define PXK_StsNoConv (-7)
+/** "Autotrace call": as PXK_StsBackTrace */
+#define PXK_StsAutoTrace (-8)
+/** "Null pointer to an image header" */
+#define PXK_StsNullHeader (-9)
+/** "Incorrect image size": width, height, imageSize, or pixels of 2^31 bytes and more */
+#define PXK_StsBadImageSize (-10)
+/** "Incorrect offset of ROI of the image": negative, or outside the image */
+#define PXK_StsBadRoiOffset (-11)
+/** "One from two pointers should be null, and other should be not null, imageData or tileInfo" */
+#define PXK_StsBadDataPointers (-12)
+/** "Incorrect widthStep of the image": below 1 */
+#define PXK_StsBadWidthStep (-13)
+/** "Incorrect Color model or channel sequence of the image" */
+#define PXK_StsBadColorModel (-14)
+/** "Incorrect number of channels in the image": below 1, or unlike numbers */
+#define PXK_StsBadChannels (-15)
+/** "Number of channels for 1U depth image must be one" */
+#define PXK_StsBadChannels1U (-16)
+/** "Incorrect depth value in the image header": none of the seven, or one that an operation does not take */
+#define PXK_StsBadDepth (-17)
+/** "Incorrect alpha channel number in the image header": neither 0 nor nChannels */
+#define PXK_StsBadAlphaChannel (-18)
+/** "Incorrect data order value in the image header" */
+#define PXK_StsBadDataOrder (-19)
+/** "Incorrect data origin value in the image header": neither 0 nor 1 */
+#define PXK_StsBadOrigin (-20)
+/** "Incorrect data alignment value in the image header": not 4, 8, 16 or 32 */
+#define PXK_StsBadAlign (-21)
+/** "Null pointer to callback function" */
+#define PXK_StsNullCallBack (-22)
+/** "Incorrect size of the tile": not a positive multiple of 8, or a tile of 2^31 bytes and more */
+#define PXK_StsBadTileSize (-23)
+/** "Incorrect COI of the image": below 0 or above nChannels */
+#define PXK_StsBadCOI (-24)
+/** "Incorrect size of ROI in the image header": below 1 */
+#define PXK_StsBadRoiSize (-25)
+/** "Mask image is taled": a mask must lie in memory */
+#define PXK_StsMaskTiled (-26)
+/** "Mask. Incorrect image size" */
+#define PXK_StsMaskBadImageSize (-110)
+/** "Mask. Incorrect offset of ROI of the image" */
+#define PXK_StsMaskBadRoiOffset (-111)
+/** "Mask. One from two pointers should be null, and other should be not null, imageData or tileInfo" */
+#define PXK_StsMaskBadDataPointers (-112)
+/** "Mask. Incorrect widthStep of the image" */
+#define PXK_StsMaskBadWidthStep (-113)
+/** "Mask. Incorrect Color model or channel sequence of the image" */
+#define PXK_StsMaskBadColorModel (-114)
+/** "Mask. Incorrect number of channels in the image" */
+#define PXK_StsMaskBadChannels (-115)
+/** "Mask. Incorrect depth value in the image header" */
+#define PXK_StsMaskBadDepth (-117)
+/** "Mask. Incorrect alpha channel number in the image header" */
+#define PXK_StsMaskBadAlphaChannel (-118)
+/** "Mask. Incorrect data order value in the image header" */
+#define PXK_StsMaskBadDataOrder (-119)
+/** "Mask. Incorrect data origin value in the image header" */
+#define PXK_StsMaskBadOrigin (-120)
+/** "Mask. Incorrect data alignment value in the image header" */
+#define PXK_StsMaskBadAlign (-121)
+/** "Mask. Incorrect COI of the image" */
+#define PXK_StsMaskBadCOI (-124)
+/** "Mask. Incorrect size of ROI in the image header" */
+#define PXK_StsMaskBadRoiSize (-125)
+/** @} */
+
 /** The version of the library. */
 typedef struct PxkLibVersion {
-    int32_t major;
-    int32_t minor;
-    int32_t build;
-    const char* fileName;
-    const char* versionText;
-    const char* buildText;
-    const char* buildDate;
-    const char* linkage;
+    int32_t major;           /**< changes with the interface */
+    int32_t minor;           /**< grows with additions */
+    int32_t build;           /**< grows with corrections */
+    const char* fileName;    /**< of the library */
+    const char* versionText; /**< the three numbers, with a "v" in front */
+    const char* buildText;   /**< name and purpose */
+    const char* buildDate;   /**< day of the release */
+    const char* linkage;     /**< how it was linked */
 } PxkLibVersion;
 
 /**
@@ -236,10 +302,6 @@ typedef struct PxkLibVersion {
  */
 typedef int32_t (*PxkErrorCallBack)(int32_t status, const char* func, const char* context, const char* file,
                                     int32_t line);
-
-/* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Status and reports. All of it is per thread; a new thread starts with status 0, PXK_ErrModeLeaf and the box.
- */
 
 /**
  * The status that this thread stored last. Operations that succeed store nothing (the morphology stores 0 on entry),
@@ -293,19 +355,31 @@ PXK_API int32_t pxkGuiBoxReport(int32_t status, const char* func, const char* co
 /** The version record, the same at every call. */
 PXK_API const PxkLibVersion* pxkGetLibVersion(void);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Memory, headers, regions and tile records */
+/**
+ * @defgroup pxk_memory Headers and memory
+ *
+ * Headers, pixels, regions and tile records come from here and go back through here, or are plain records of the
+ * caller. A block of the pxkMalloc family starts at a multiple of 32 bytes.
+ * @{
+ */
 
 /**
- * Takes `length` items of 1 (pxkMalloc), 2 (pxkwMalloc), 4 (pxkiMalloc, pxksMalloc) or 8 bytes (pxkdMalloc). The block
+ * Takes `length` bytes; pxkwMalloc, pxkiMalloc, pxksMalloc and pxkdMalloc take items of 2, 4, 4 and 8 bytes. The block
  * starts at a multiple of 32 bytes, is not cleared, and has at least 33 spare bytes behind it (in builds with
  * AddressSanitizer they must not be touched). Give it back with pxkFree. Null when out of memory or when `length` is
  * negative or too large; nothing is reported.
  */
 PXK_API void* pxkMalloc(int32_t length);
+/** pxkMalloc for `length` 16-bit integers. */
 PXK_API void* pxkwMalloc(int32_t length);
+/** pxkMalloc for `length` 32-bit integers. */
 PXK_API void* pxkiMalloc(int32_t length);
+/** pxkMalloc for `length` floats. */
 PXK_API void* pxksMalloc(int32_t length);
+/** pxkMalloc for `length` doubles. */
 PXK_API void* pxkdMalloc(int32_t length);
 
 /** Gives back a block of the pxkMalloc family; null is ignored. */
@@ -395,9 +469,11 @@ PXK_API PxkImage* pxkCloneImage(PxkImage* image);
  */
 PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int32_t constant);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Copy, set and exchange
+ * @defgroup pxk_copy Copy, set and exchange
  *
  * On the common size of the regions and of the masks of all images; only pixels that all masks select change. These
  * stop silently, after their argument checks, when the stored status is negative.
@@ -408,6 +484,7 @@ PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int3
  * text, which leaves the stored status as it is, maybe 0, and the second image's tile, and those of the first one that
  * were handed out in one row with a refused one, are not released. The same report comes when masks can't be combined,
  * and once more, behind every failure in tiles, from copy and set of one-bit images under a mask.
+ * @{
  */
 
 /**
@@ -436,8 +513,13 @@ PXK_API void pxkSetFP(PxkImage* image, float fillValue);
  * destination. */
 PXK_API void pxkExchange(PxkImage* ImageA, PxkImage* ImageB);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Pixels and the generated test image */
+/**
+ * @defgroup pxk_pixels Single pixels and the test image
+ * @{
+ */
 
 /**
  * Copies pixel (x, y) to `pixel`: all samples, alpha included, one behind the other in the depth's type; at depth 1 one
@@ -470,9 +552,11 @@ PXK_API PxkImage* pxkCreateImageJaehne(int32_t depth, int32_t width, int32_t hei
  */
 PXK_API uint64_t pxkGetKestriumCounter(void);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Arithmetic and logic of two images
+ * @defgroup pxk_dyadic Arithmetic and logic of two images
  *
  * Sample by sample on the common size of the regions; only pixels selected by all masks of the three images change. The
  * destination may be a source. These operations run on whatever status is stored. Whole images of one shape are handled
@@ -483,6 +567,7 @@ PXK_API uint64_t pxkGetKestriumCounter(void);
  * "(srcImageA->tileInfo->tileData == ((void*)(0)))", or the same of another image, for a refused tile.
  * pxkAdd and pxkMultiply also report -5 "srcImageA==0" and, on unlike data orders,
  * "(srcImageA->dataOrder != dstImage->dataOrder)" or the same of srcImageB; the others take images of unlike order.
+ * @{
  */
 
 /** a + b limited to the depth's range; plain float addition at 32F. At depth 1 it is pxkOr. */
@@ -494,14 +579,20 @@ PXK_API void pxkSubtract(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dst
 /** a b limited to the depth's range; plain float multiplication at 32F. At depth 1 it is pxkAnd. */
 PXK_API void pxkMultiply(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
 
-/** Bitwise and, or, exclusive or. 32F reports -5 "This function does not support depth 32F". */
+/** a and b, bit by bit. 32F reports -5 "This function does not support depth 32F". */
 PXK_API void pxkAnd(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** a or b, bit by bit. 32F is refused as by pxkAnd. */
 PXK_API void pxkOr(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** Either a or b, bit by bit. 32F is refused as by pxkAnd. */
 PXK_API void pxkXor(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Arithmetic and logic with a constant
+ * @defgroup pxk_scalar Arithmetic and logic with a constant
  *
  * One image and a constant, or one image alone, sample by sample on the common size of both regions; only pixels
  * selected by the masks of both images change. The destination may be the source. Except pxkAbs, these operations run
@@ -513,6 +604,7 @@ PXK_API void pxkXor(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage
  * tile. A constant that makes the operation another one makes that one report: pxkAddS at 8 and 16 bits is
  * pxkSubtractS, a shift by 0 is pxkXorS, one that leaves nothing is pxkAndS, as is pxkMultiplyS by 0 or less at 8U and
  * 16U.
+ * @{
  */
 
 /**
@@ -535,20 +627,33 @@ PXK_API void pxkSubtractS(PxkImage* srcImage, PxkImage* dstImage, int32_t value,
 PXK_API void pxkMultiplyS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
 
 /**
- * Bitwise and, or, exclusive or of every sample with the low bits of the value: as many as the depth has, so one at
- * depth 1. At depth 32F they report -5 "This function does not support depth 32F".
+ * Every sample and the low bits of the value, bit by bit: as many as the depth has, so one at depth 1. Depth 32F
+ * reports -5 "This function does not support depth 32F".
  */
 PXK_API void pxkAndS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** Every sample or the low bits of the value, bit by bit. Otherwise as pxkAndS. */
 PXK_API void pxkOrS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** Every sample exclusive or the low bits of the value, bit by bit. Otherwise as pxkAndS. */
 PXK_API void pxkXorS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
 
 /**
- * a + value, a - value (value - a when flip is not 0) and a times value at depth 32F, in plain float arithmetic.
- * Report -5 "srcImage==0" and, at any other depth, "For processing this depth use function pxkAddS" (pxkSubtractS,
- * pxkMultiplyS).
+ * a + value at depth 32F, in plain float arithmetic. Reports -5 "srcImage==0" and, at any other depth, "For processing
+ * this depth use function pxkAddS".
  */
 PXK_API void pxkAddSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
+
+/**
+ * a - value, or value - a when flip is not 0, at depth 32F, in plain float arithmetic. Reports -5 "srcImage==0" and, at
+ * any other depth, "For processing this depth use function pxkSubtractS".
+ */
 PXK_API void pxkSubtractSFP(PxkImage* srcImage, PxkImage* dstImage, float value, int32_t flip);
+
+/**
+ * a times value at depth 32F, in plain float arithmetic. Reports -5 "srcImage==0" and, at any other depth, "For
+ * processing this depth use function pxkMultiplyS".
+ */
 PXK_API void pxkMultiplySFP(PxkImage* srcImage, PxkImage* dstImage, float value);
 
 /**
@@ -580,9 +685,11 @@ PXK_API void pxkAbs(PxkImage* srcImage, PxkImage* dstImage);
 /** The square of every sample, limited to the depth's range; at depth 1 the sample itself. */
 PXK_API void pxkSquare(PxkImage* srcImage, PxkImage* dstImage);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Device-independent bitmaps
+ * @defgroup pxk_bitmaps Device-independent bitmaps
  *
  * A bitmap is a PxkBitmapInfoHeader of 40 bytes, a colour table of four-byte entries and the bits, in one block; the
  * Sep forms take the bits by a pointer of their own. Colours stand between header and bits as follows: biClrUsed, or
@@ -600,18 +707,23 @@ PXK_API void pxkSquare(PxkImage* srcImage, PxkImage* dstImage);
  * Nothing tells these functions how long a block is. An uncompressed bitmap is read in its rows only, but nothing ends
  * run-length bits except what they say: put bits from an unknown source into a zero-filled buffer of at least
  * (2 biWidth + 2) (|biHeight| + 1) + 260 bytes, and the decoder cannot read past it, whatever the bits hold.
+ * @{
  */
 
-/** Values of biCompression: none, run-length coded (8 or 4 bits a pixel, bottom row first), masks (16 or 32 bits). */
-#define PXK_BI_RGB 0
-#define PXK_BI_RLE8 1
-#define PXK_BI_RLE4 2
-#define PXK_BI_BITFIELDS 3
+/** @name Values of biCompression
+ * @{ */
+#define PXK_BI_RGB 0       /**< none */
+#define PXK_BI_RLE8 1      /**< run-length coded, 8 bits a pixel, bottom row first */
+#define PXK_BI_RLE4 2      /**< run-length coded, 4 bits a pixel, bottom row first */
+#define PXK_BI_BITFIELDS 3 /**< three masks tell the bits of red, green and blue, 16 or 32 bits a pixel */
+/** @} */
 
-/** What pxkConvertToDIB does with the colour table: leaves it, stores a fixed one, computes one from the image. */
-#define PXK_PALETTE_KEEP 0
-#define PXK_PALETTE_FIXED 1
-#define PXK_PALETTE_MEDCUT 2
+/** @name What pxkConvertToDIB does with the colour table
+ * @{ */
+#define PXK_PALETTE_KEEP 0   /**< leaves it as it is */
+#define PXK_PALETTE_FIXED 1  /**< stores a fixed one */
+#define PXK_PALETTE_MEDCUT 2 /**< computes one from the image, by the median cut of P. Heckbert, 1982 */
+/** @} */
 
 /** The header of a bitmap, in the published layout; where the system has a BITMAPINFOHEADER, pointers may be cast. */
 typedef struct PxkBitmapInfoHeader {
@@ -622,8 +734,8 @@ typedef struct PxkBitmapInfoHeader {
     uint16_t biBitCount;     /**< bits a pixel: 1, 4, 8, 16, 24 or 32 */
     uint32_t biCompression;  /**< PXK_BI_... */
     uint32_t biSizeImage;    /**< bytes of the bits; only written, when run-length coding succeeds */
-    int32_t biXPelsPerMeter; /**< not looked at, nor is the next one */
-    int32_t biYPelsPerMeter;
+    int32_t biXPelsPerMeter; /**< not looked at */
+    int32_t biYPelsPerMeter; /**< not looked at */
     uint32_t biClrUsed;      /**< entries of the colour table, 0 for 2^biBitCount; written by the median cut */
     uint32_t biClrImportant; /**< not looked at */
 } PxkBitmapInfoHeader;
@@ -669,6 +781,8 @@ PXK_API PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
  * reports -3 "Impossible to decompress RLE DIB". "<unknown>" is not reported while a negative status is stored.
  */
 PXK_API void pxkConvertFromDIB(PxkBitmapInfoHeader* dib, PxkImage* image);
+
+/** pxkConvertFromDIB with the bits apart from the header. Told there. */
 PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibData, PxkImage* image);
 
 /**
@@ -699,12 +813,16 @@ PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibDa
  * the encoder is out of memory; -3 "<unknown>" for a tiled image.
  */
 PXK_API void pxkConvertToDIB(PxkImage* image, PxkBitmapInfoHeader* dib, int32_t dither, int32_t paletteConversion);
+
+/** pxkConvertToDIB with the bits apart from the header. Told there. */
 PXK_API int32_t pxkConvertToDIBSep(PxkImage* image, PxkBitmapInfoHeader* dibHeader, void* dibData, int32_t dither,
                                    int32_t paletteConversion);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Depth conversion
+ * @defgroup pxk_depth Depth conversion
  *
  * Sample by sample on the common size of the regions; only pixels selected by the masks of both images change. Channels
  * that are not processed, row padding and bits beside one-bit rows keep their values. Source and destination have the
@@ -715,6 +833,7 @@ PXK_API int32_t pxkConvertToDIBSep(PxkImage* image, PxkBitmapInfoHeader* dibHead
  * "(srcChannels != dstChannels)"; -4 "Out of memory" when masks can't be combined; -5 with
  * "(srcImage->tileInfo->tileData == NULL)", or the same of dstImage, for a refused tile, with the work done so far left
  * in place. What is reported is returned, except that pxkScale and pxkScaleFP return -5 for an incorrect image.
+ * @{
  */
 
 /**
@@ -765,9 +884,11 @@ PXK_API int32_t pxkScaleFP(PxkImage* srcImage, PxkImage* dstImage, float minVal,
  */
 PXK_API int32_t pxkBitonalToGray(PxkImage* srcImage, PxkImage* dstImage, int32_t ZeroScale, int32_t OneScale);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Comparison
+ * @defgroup pxk_comparison Comparison
  *
  * The destination is a one-bit image, ready to be hung on another image as its maskROI: a bit is 1 where the relation
  * holds in all processed channels. A NaN compares false in all of them. Bits outside the region, or under a 0 of the
@@ -777,60 +898,94 @@ PXK_API int32_t pxkBitonalToGray(PxkImage* srcImage, PxkImage* dstImage, int32_t
  * All report "Incorrect Image"; -5 "(srcImageA->depth != srcImageB->depth)" (two sources), "(dstImage->depth != 1)",
  * "(nChSrcA != nChSrcB)" (two sources), then what the function says; -4 "Out of memory" when masks can't be combined;
  * -5 with "(srcImageA->tileInfo->tileData == ((void*)(0)))", or the same of another image, for a refused tile.
+ * @{
  */
 
-/** a < b, a > b, a = b on samples of two images of one depth, any of the seven. */
+/** a < b, on samples of two images of one depth, any of the seven. */
 PXK_API void pxkLess(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** a > b, on samples of two images of one depth, any of the seven. */
 PXK_API void pxkGreater(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** a = b, on samples of two images of one depth, any of the seven. */
 PXK_API void pxkEqual(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
 
 /**
- * a < value, a > value, a = value at every depth but 32F. The value is taken as it stands, not limited to the depth:
- * 300 is above every 8U sample. 32F reports -5 "For processing depth 32F use function pxkLessSFP", or the same with
- * pxkGreaterSFP, pxkEqualSFP.
+ * a < value at every depth but 32F. The value is taken as it stands, not limited to the depth: 300 is above every 8U
+ * sample. 32F reports -5 "For processing depth 32F use function pxkLessSFP".
  */
 PXK_API void pxkLessS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** a > value. Otherwise as pxkLessS; the text names pxkGreaterSFP. */
 PXK_API void pxkGreaterS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** a = value. Otherwise as pxkLessS; the text names pxkEqualSFP. */
 PXK_API void pxkEqualS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
 
-/**
- * The same at 32F. Other depths report -5 "For processing this depth use function pxkLessS", or the same with
- * pxkGreaterS, pxkEqualS.
- */
+/** a < value at 32F. Other depths report -5 "For processing this depth use function pxkLessS". */
 PXK_API void pxkLessSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
+
+/** a > value at 32F. Other depths report -5 "For processing this depth use function pxkGreaterS". */
 PXK_API void pxkGreaterSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
+
+/** a = value at 32F. Other depths report -5 "For processing this depth use function pxkEqualS". */
 PXK_API void pxkEqualSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
 
 /**
- * The absolute difference, of two samples or of a sample and `value`, is at most `epsilon`; 32F only. The difference is
- * formed in double; that of two equal infinities is no number, so they do not compare equal. Other depths report -5
- * "(srcImageA->depth != 32)" or "(srcImage->depth != 32)"; then -5 "(epsilon < 0)".
+ * |a - b| is at most `epsilon`; 32F only. The difference is formed in double; that of two equal infinities is no
+ * number, so they do not compare equal. Other depths report -5 "(srcImageA->depth != 32)"; then -5 "(epsilon < 0)".
  */
 PXK_API void pxkEqualFPEps(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, float epsilon);
+
+/** |a - value| is at most `epsilon`. Otherwise as pxkEqualFPEps; the text is "(srcImage->depth != 32)". */
 PXK_API void pxkEqualSFPEps(PxkImage* srcImage, PxkImage* dstImage, float value, float epsilon);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Scaled products */
+/**
+ * @defgroup pxk_products Scaled products
+ *
+ * Samples count as fractions from 0 to 1: M, the largest sample of the depth, stands for 1.
+ * @{
+ */
 
 /**
- * a b / M rounded to nearest, M being the depth's largest value, so that samples count as fractions from 0 to 1; 8U and
- * 16U. The second form takes a constant, limited to 0 and M. Region, channels, masks and tiles as in pxkMultiply, but
- * padding bytes stay as they are. Report "Incorrect Image"; -5 "(srcImageA->depth != 8) && (srcImageA->depth != 16)"
- * or "(srcImage->depth != 8) && (srcImage->depth != 16)"; then depths, data orders and channels as pxkMultiply and
- * pxkMultiplyS do.
+ * a b / M rounded to nearest; 8U and 16U. Region, channels, masks and tiles as in pxkMultiply, but padding bytes stay
+ * as they are. Reports "Incorrect Image"; -5 "(srcImageA->depth != 8) && (srcImageA->depth != 16)"; then depths, data
+ * orders and channels as pxkMultiply does.
  */
 PXK_API void pxkMultiplyScale(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/**
+ * a value / M rounded to nearest, `value` limited to 0 and M; 8U and 16U. Otherwise as pxkMultiplyScale, with reports
+ * of pxkMultiplyS behind "(srcImage->depth != 8) && (srcImage->depth != 16)".
+ */
 PXK_API void pxkMultiplySScale(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Alpha
+ * @defgroup pxk_alpha Alpha
  *
  * Alpha is the last channel of an image whose alphaChannel is not 0. M is the depth's largest value and stands for
  * opaque. Under a channel of interest only that channel of the destination changes; when it is the alpha channel, it
  * takes the alpha that the whole operation would have left there. Only pixels selected by all masks change. These
  * operations run on whatever status is stored.
+ * @{
  */
+
+/** @name Composition
+ * The fractions Fa of image a and Fb of image b, after T. Porter and T. Duff, Compositing Digital Images, 1984.
+ * @{ */
+#define PXK_COMPOSITE_OVER 0 /**< a over b: 1, 1 - alphaA */
+#define PXK_COMPOSITE_IN 1   /**< a where b is: alphaB, 0 */
+#define PXK_COMPOSITE_OUT 2  /**< a where b is not: 1 - alphaB, 0 */
+#define PXK_COMPOSITE_ATOP 3 /**< a where b is, over b: alphaB, 1 - alphaA */
+#define PXK_COMPOSITE_XOR 4  /**< each where the other is not: 1 - alphaB, 1 - alphaA */
+#define PXK_COMPOSITE_PLUS 5 /**< both: 1, 1 */
+/** @} */
 
 /**
  * Multiplies colour by alpha in place; 8U, 16U, 32F. With alphaValue below 0 every colour sample is multiplied by its
@@ -848,46 +1003,61 @@ PXK_API void pxkPreMultiplyAlpha(PxkImage* image, int32_t alphaValue);
  * alpha, 0 where that is 0. The whole pixel is computed exactly, with one rounding at the end, to nearest. A
  * destination that has an alpha channel receives the result's alpha. The destination may be a source.
  *
- * The first form takes alpha from the sources' alpha channels; the second from alphaA and alphaB, each limited to 0 and
- * M, whatever the sources hold.
+ * Alpha comes from the sources' alpha channels.
  *
- * Report "Incorrect Image"; -5 with depths and data orders as pxkAdd does, "(srcImageA->depth != 8) &&
- * (srcImageA->depth != 16)", "(srcImageA->alphaChannel == 0)" and "(srcImageB->alphaChannel == 0)" (first form only),
+ * Reports "Incorrect Image"; -5 with depths and data orders as pxkAdd does, "(srcImageA->depth != 8) &&
+ * (srcImageA->depth != 16)", "(srcImageA->alphaChannel == 0)" and "(srcImageB->alphaChannel == 0)" (not from
+ * pxkAlphaCompositeC),
  * "(nChSrcA != nChDst)", "(nChSrcB != nChDst)" on the colour channels, "(compositeType < 0) || (compositeType > 5)";
  * -4 "Out of memory" when masks can't be combined; -5 for a refused tile as pxkAdd does.
  */
 PXK_API void pxkAlphaComposite(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, int32_t compositeType,
                                int32_t premultiplied);
+
+/**
+ * pxkAlphaComposite with the alphas alphaA and alphaB, each limited to 0 and M, whatever the sources hold. Reports as
+ * told there.
+ */
 PXK_API void pxkAlphaCompositeC(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, int32_t compositeType,
                                 int32_t alphaA, int32_t alphaB, int32_t premultiplied);
 
-/* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Convolution */
+/** @} */
 
-/** How the results of several kernels are combined. */
-#define PXK_CONV_SUM 0
-#define PXK_CONV_SUMSQ 1
-#define PXK_CONV_SUMSQROOT 2
-#define PXK_CONV_MAX 3
-#define PXK_CONV_MIN 4
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @defgroup pxk_convolution Convolution, fixed filters and blur
+ *
+ * Weighted sums of the pixels round each pixel. Beyond the image the border modes of the source hold
+ * (pxkSetBorderMode); the edge of a region is none.
+ * @{
+ */
+
+/** @name How the results of several kernels are combined
+ * @{ */
+#define PXK_CONV_SUM 0       /**< their sum */
+#define PXK_CONV_SUMSQ 1     /**< the sum of their squares */
+#define PXK_CONV_SUMSQROOT 2 /**< the square root of the sum of their squares */
+#define PXK_CONV_MAX 3       /**< the largest */
+#define PXK_CONV_MIN 4       /**< the smallest */
+/** @} */
 
 /** A kernel of integers: held reversed, anchors mirrored. Make it with pxkCreateConvKernel. */
 typedef struct PxkConvKernel {
-    int32_t nCols;
-    int32_t nRows;
+    int32_t nCols;   /**< coefficients a row */
+    int32_t nRows;   /**< rows */
     int32_t anchorX; /**< nCols - 1 - the caller's anchor */
     int32_t anchorY; /**< nRows - 1 - the caller's anchor */
     int32_t* values; /**< nRows rows of nCols coefficients, in reverse of the caller's order */
     int32_t nShiftR; /**< each sum is shifted right by it, towards minus infinity */
 } PxkConvKernel;
 
-/** A kernel of floats. */
+/** A kernel of floats, held as a PxkConvKernel is. Make it with pxkCreateConvKernelFP. */
 typedef struct PxkConvKernelFP {
-    int32_t nCols;
-    int32_t nRows;
-    int32_t anchorX;
-    int32_t anchorY;
-    float* values;
+    int32_t nCols;   /**< coefficients a row */
+    int32_t nRows;   /**< rows */
+    int32_t anchorX; /**< nCols - 1 - the caller's anchor */
+    int32_t anchorY; /**< nRows - 1 - the caller's anchor */
+    float* values;   /**< nRows rows of nCols coefficients, in reverse of the caller's order */
 } PxkConvKernelFP;
 
 /**
@@ -898,28 +1068,35 @@ typedef struct PxkConvKernelFP {
  */
 PXK_API PxkConvKernel* pxkCreateConvKernel(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
                                            const int32_t* values, int32_t nShiftR);
-/** The same from 8-bit signed coefficients. */
+
+/** pxkCreateConvKernel from 8-bit signed coefficients. */
 PXK_API PxkConvKernel* pxkCreateConvKernelChar(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
                                                const int8_t* values, int32_t nShiftR);
-/** The same for floats. */
+
+/** pxkCreateConvKernel from floats; there is no shift. */
 PXK_API PxkConvKernelFP* pxkCreateConvKernelFP(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
                                                const float* values);
 
 /**
- * Gives back what a kernel was made from; `values` has room for nCols nRows coefficients (the Char form keeps their low
- * 8 bits). Reports -5 "kernel==0", "ownBadKernel((OwnConvKernel*)kernel)", then "nRows==0" and "nCols==0", then
- * "anchorX==0" and "anchorY==0", then "values==0", "nShiftR==0"; a negative stored status ends the call silently behind
- * each pair.
+ * Gives back what a kernel was made from; `values` has room for nCols nRows coefficients. Reports -5 "kernel==0",
+ * "ownBadKernel((OwnConvKernel*)kernel)", then "nRows==0" and "nCols==0", then "anchorX==0" and "anchorY==0", then
+ * "values==0", "nShiftR==0"; a negative stored status ends the call silently behind each pair.
  */
 PXK_API void pxkGetConvKernel(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX, int32_t* anchorY,
                               int32_t* values, int32_t* nShiftR);
+
+/** pxkGetConvKernel into 8-bit coefficients, of which the low 8 bits are kept. */
 PXK_API void pxkGetConvKernelChar(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
                                   int32_t* anchorY, int8_t* values, int32_t* nShiftR);
+
+/** pxkGetConvKernel for a kernel of floats; there is no shift to ask for. */
 PXK_API void pxkGetConvKernelFP(PxkConvKernelFP* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
                                 int32_t* anchorY, float* values);
 
-/** Release a kernel with its coefficients. Report -5 "kernel==0", "kernel->values==0". */
+/** Releases a kernel with its coefficients. Reports -5 "kernel==0", "kernel->values==0". */
 PXK_API void pxkDeleteConvKernel(PxkConvKernel* kernel);
+
+/** Releases a kernel of floats. Reports as pxkDeleteConvKernel does. */
 PXK_API void pxkDeleteConvKernelFP(PxkConvKernelFP* kernel);
 
 /**
@@ -944,8 +1121,8 @@ PXK_API void pxkConvolve2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel
                            int32_t combineMethod);
 
 /**
- * The same with kernels of floats on images of depth 32F; nothing is limited or rounded. A NaN is stored as 0x7FC00000,
- * whichever one comes in.
+ * pxkConvolve2D with kernels of floats on images of depth 32F; nothing is limited or rounded. A NaN is stored as
+ * 0x7FC00000, whichever one comes in.
  */
 PXK_API void pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP** kernel, int32_t nKernels,
                              int32_t combineMethod);
@@ -960,11 +1137,13 @@ PXK_API void pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKern
  */
 PXK_API void pxkConvolveSep2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel* xKernel, PxkConvKernel* yKernel);
 
-/** The same with kernels of floats on images of depth 32F, in single precision. A NaN is stored as 0x7FC00000. */
+/** pxkConvolveSep2D with kernels of floats on 32F images, in single precision. A NaN is stored as 0x7FC00000. */
 PXK_API void pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP* xKernel,
                                 PxkConvKernelFP* yKernel);
 
-/** The filters of pxkFixedFilter. Coefficients meet the samples as they stand here, rows from the top. */
+/** @name The filters of pxkFixedFilter
+ * Coefficients meet the samples as they stand here, rows from the top.
+ * @{ */
 #define PXK_FILTER_PREWITT_X_3x3 0 /**< -1 0 1 / -1 0 1 / -1 0 1 */
 #define PXK_FILTER_PREWITT_Y_3x3 1 /**< -1 -1 -1 / 0 0 0 / 1 1 1 */
 #define PXK_FILTER_SOBEL_X_3x3 2   /**< -1 0 1 / -2 0 2 / -1 0 1 */
@@ -976,6 +1155,7 @@ PXK_API void pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvK
 #define PXK_FILTER_HIGHPASS_3x3 8  /**< -1 everywhere, 8 in the middle */
 #define PXK_FILTER_HIGHPASS_5x5 9  /**< -1 everywhere, 24 in the middle */
 #define PXK_FILTER_SHARPEN_3x3 10  /**< -1 everywhere, 16 in the middle, over 8 */
+/** @} */
 
 /**
  * Applies a fixed filter, its middle on the pixel, at every depth; integer sums are shifted right, floats multiplied by
@@ -993,9 +1173,11 @@ PXK_API void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filt
 PXK_API void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
                      int32_t anchorY);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Rank filters
+ * @defgroup pxk_rank Rank filters
  *
  * One sample of the nCols by nRows window round each pixel, chosen by its rank; (anchorX, anchorY) is the window's
  * pixel that the result belongs to, counted from its upper left corner. Depths 1U, 8U, 8S, 16U, 16S, 32S. Beyond the
@@ -1007,6 +1189,7 @@ PXK_API void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int3
  * "srcImage->dataOrder!=dstImage->dataOrder", and "Number of interset channel input and output Image is not equal.".
  * Behind these checks a negative stored status ends the call silently, and so do a shortage of memory and a refused
  * tile, with part of the destination written.
+ * @{
  */
 
 /** The largest sample. */
@@ -1024,9 +1207,11 @@ PXK_API void pxkMinFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols,
 PXK_API void pxkMedianFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
                              int32_t anchorY);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Morphology
+ * @defgroup pxk_morphology Morphology
  *
  * One pass of a square window of side 2 nIterations + 1 (it is no loop count) over images of depth 1U, 8U or 16U. The
  * window sees the region and a ring of one sample round it, real samples where the image has them and samples by the
@@ -1037,6 +1222,7 @@ PXK_API void pxkMedianFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCo
  * depth", "SRC and DST depth are different", "SRC and DST order are different", "SRC and DST orign are different", "SRC
  * and DST number of channels are different". When memory is short or a tile is refused the status is -4 and nothing is
  * reported.
+ * @{
  */
 
 /** The largest sample of the window. */
@@ -1051,15 +1237,22 @@ PXK_API void pxkOpen(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations
 /** Dilates, then erodes the result, whose edge samples are repeated outward. */
 PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
 
-/* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Colour */
+/** @} */
 
-/** Dither types. */
-#define PXK_DITHER_NONE 1
-#define PXK_DITHER_FS 2     /**< error diffusion of Floyd and Steinberg */
-#define PXK_DITHER_JJN 4    /**< error diffusion of Jarvis, Judice and Ninke */
-#define PXK_DITHER_STUCKI 8 /**< error diffusion of Stucki */
-#define PXK_DITHER_BAYER 16 /**< ordered, with a matrix of 4 by 4 thresholds */
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @defgroup pxk_dither Bit reduction and dithering
+ * @{
+ */
+
+/** @name Dither types
+ * @{ */
+#define PXK_DITHER_NONE 1   /**< none */
+#define PXK_DITHER_FS 2     /**< error diffusion of R. Floyd and L. Steinberg, 1976 */
+#define PXK_DITHER_JJN 4    /**< error diffusion of J. Jarvis, C. Judice and W. Ninke, 1976 */
+#define PXK_DITHER_STUCKI 8 /**< error diffusion of P. Stucki, 1981 */
+#define PXK_DITHER_BAYER 16 /**< ordered, after B. Bayer, 1973, with 4 by 4 thresholds */
+/** @} */
 
 /**
  * Converts an image to a lower or equal depth, with noise in front and dithering behind where they are asked for: 32S
@@ -1107,9 +1300,11 @@ PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIteration
 PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
                            int32_t bitCount);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Colour models
+ * @defgroup pxk_colour Colour models
  *
  * Conversions work on the smaller width and height of both images. The source has at least three channels, of which the
  * first three count; the destination has three. Depth, data order and origin agree. Regions must be null; masks and
@@ -1132,21 +1327,33 @@ PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitte
  * 32F, 32S ,16U,8U are valid now" (XYZ, YUV, YCrCb), "Error input depth. 32S,16U,8U are valid now" (HSV, HLS), "Error
  * input depth. 32F is valid now" (LUV), "Error input depth. 8U is valid now" (YCC). A refused tile: "(src->tileInfo->
  * tileData == NULL)" or "(dst->tileInfo->tileData == NULL)", without the break.
+ * @{
  */
 
 /**
- * Hue, saturation, value: "HSV", 8U, 16U, 32S. Value is the largest of red, green and blue; saturation T (max - min) /
- * max, or 0 for black; hue the angle from red (0) over green (120) to blue (240) in degrees, 0 without saturation, all
- * cut to integers. 8U stores half the degrees, 0 to 179. At 16U and 32S T / max is rounded to a double before it is
- * multiplied, which may cost a unit. Round trip: within 11 at 8U, 1.7 % of T at 16U.
+ * Hue, saturation, value, after A. R. Smith, 1978: "HSV", 8U, 16U, 32S. Value is the largest of red, green and blue;
+ * saturation T (max - min) / max, or 0 for black; hue the angle from red (0) over green (120) to blue (240) in degrees,
+ * 0 without saturation, all cut to integers. 8U stores half the degrees, 0 to 179. At 16U and 32S T / max is rounded to
+ * a double before it is multiplied, which may cost a unit. Round trip: within 11 at 8U, 1.7 % of T at 16U.
  */
 PXK_API void pxkRGB2HSV(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * The reverse. With f the fraction of hue in its sector of 60 degrees, p the smallest channel and q (falling) or t
- * (rising) the one between: at 8U ss = saturation value >> 8, p = value - ss, q = value - (34 ss f >> 11), t = value -
- * (34 ss (60 - f) >> 11), f in degrees. At 16U and 32S p = (T - saturation) k value, q = (T - f saturation) k value, t
- * = (T - (1 - f) saturation) k value, with k 1.5259e-05 and 5e-10; the latter is 7 % above 1 / T, so small saturations
- * at 32S are limited. Hue is counted round the circle. Without saturation all channels are the value.
+ * (rising) the one between. At 8U, f in degrees:
+ *
+ *     ss = saturation value >> 8
+ *     p = value - ss
+ *     q = value - (34 ss f >> 11)
+ *     t = value - (34 ss (60 - f) >> 11)
+ *
+ * At 16U and 32S, with k 1.5259e-05 and 5e-10:
+ *
+ *     p = (T - saturation) k value
+ *     q = (T - f saturation) k value
+ *     t = (T - (1 - f) saturation) k value
+ *
+ * 5e-10 is 7 % above 1 / T, so small saturations at 32S are limited. Hue is counted round the circle. Without
+ * saturation all channels are the value.
  */
 PXK_API void pxkHSV2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
@@ -1163,50 +1370,75 @@ PXK_API void pxkRGB2HLS(PxkImage* srcImage, PxkImage* dstImage);
  */
 PXK_API void pxkHLS2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * CIE XYZ with the primaries and white of ITU-R BT.709: "XYZ", 8U, 16U, 32S, 32F. X = 0.412453 R + 0.35758 G + 0.180423
- * B, Y = 0.212671 R + 0.71516 G + 0.072169 B, Z = 0.019334 R + 0.119193 G + 0.950227 B. At 8U and 16U with weights of
- * 14 fraction bits, rounded to nearest, and Z limited: it may exceed T by 9 %. 32S is limited in doubles, 32F is not
- * limited. Round trip: within 24 at 8U (within 2 where Z is not limited).
+ * CIE XYZ with the primaries and white of ITU-R BT.709: "XYZ", 8U, 16U, 32S, 32F.
+ *
+ *     X = 0.412453 R + 0.35758 G + 0.180423 B
+ *     Y = 0.212671 R + 0.71516 G + 0.072169 B
+ *     Z = 0.019334 R + 0.119193 G + 0.950227 B
+ *
+ * At 8U and 16U with weights of 14 fraction bits, rounded to nearest, and Z limited: it may exceed T by 9 %. 32S is
+ * limited in doubles, 32F is not limited. Round trip: within 24 at 8U (within 2 where Z is not limited).
  */
 PXK_API void pxkRGB2XYZ(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * The reverse: R = 3.240479 X - 1.53715 Y - 0.498535 Z, G = -0.969256 X + 1.875992 Y + 0.041556 Z, B = 0.055648 X -
- * 0.204043 Y + 1.057311 Z; integers are limited, 32F is not.
+ * The reverse. Integers are limited, 32F is not.
+ *
+ *     R = 3.240479 X - 1.53715 Y - 0.498535 Z
+ *     G = -0.969256 X + 1.875992 Y + 0.041556 Z
+ *     B = 0.055648 X - 0.204043 Y + 1.057311 Z
  */
 PXK_API void pxkXYZ2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * Lightness and two differences of chromaticity from white, after CIE 1976: "LUV", 32F, RGB from 0 to 1. With X, Y, Z
- * as above and d = 1 / (X + 15 Y + 3 Z): L = 116 cbrt(3.0395136778 Y) - 16, U = 13 L (4 d X - 0.19783001), V = 13 L (9
- * d Y
- * - 0.46831998); all are 0 where Y is at most 0.00329. Single precision: the cube root is within two units of the last
- * place and the same bits on every processor. Round trip: within 0.007, most of it near black, which comes back as
- * little more than 0.
+ * as above and d = 1 / (X + 15 Y + 3 Z):
+ *
+ *     L = 116 cbrt(3.0395136778 Y) - 16
+ *     U = 13 L (4 d X - 0.19783001)
+ *     V = 13 L (9 d Y - 0.46831998)
+ *
+ * All are 0 where Y is at most 0.00329. Single precision: the cube root is within two units of the last place and the
+ * same bits on every processor. Round trip: within 0.007, most of it near black, which comes back as little more than
+ * 0.
  */
 PXK_API void pxkRGB2LUV(PxkImage* srcImage, PxkImage* dstImage);
 /** The reverse; L nearer to 0 than 0.00001 counts as that, negative results become 0, and there is no upper limit. */
 PXK_API void pxkLUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * Luma and two colour differences: "YUV", 8U, 16U, 32S, 32F. Y = 0.299 R + 0.587 G + 0.114 B, U = -0.146 R - 0.288 G +
- * 0.434 B, V = 0.617 R - 0.517 G - 0.1 B. At 8U and 16U with weights of 15 fraction bits and >> 15; then 127 or 32767
- * is added to U and V, and V is limited. 32S holds signed U and V. Round trip: within 34 at 8U (V of pure colours is
- * limited).
+ * Luma and two colour differences: "YUV", 8U, 16U, 32S, 32F.
+ *
+ *     Y = 0.299 R + 0.587 G + 0.114 B
+ *     U = -0.146 R - 0.288 G + 0.434 B
+ *     V = 0.617 R - 0.517 G - 0.1 B
+ *
+ * At 8U and 16U with weights of 15 fraction bits and >> 15; then 127 or 32767 is added to U and V, and V is limited.
+ * 32S holds signed U and V. Round trip: within 34 at 8U (V of pure colours is limited).
  */
 PXK_API void pxkRGB2YUV(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * The reverse: R = Y - 0.0009400501 U + 1.135920183 V, G = Y - 0.3959190767 U - 0.5782887929 V, B = Y + 2.041101518 U -
- * 0.001619414 V; integers are limited, 32F is not.
+ * The reverse. Integers are limited, 32F is not.
+ *
+ *     R = Y - 0.0009400501 U + 1.135920183 V
+ *     G = Y - 0.3959190767 U - 0.5782887929 V
+ *     B = Y + 2.041101518 U - 0.001619414 V
  */
 PXK_API void pxkYUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * Luma, blue and red less the luma: "YCr", 8U, 16U, 32S, 32F, stored Y, Cb, Cr. Y as in YUV; Cb = -0.1687 R - 0.3313 G
- * + 0.5 B and Cr = 0.5 R - 0.4187 G - 0.0813 B around 128, 32768, 1073741823 or 0.5. At 8U and 16U with weights of 14
- * fraction bits; Y is rounded, at 8U also Cb = 0.5643 (B - Y) and Cr = 0.7133 (R - Y) of the rounded Y. Round trip:
- * within 2 at 8U, 4 at 16U.
+ * Luma, blue and red less the luma: "YCr", 8U, 16U, 32S, 32F, stored Y, Cb, Cr; weights of ITU-R BT.601.
+ *
+ *     Y = 0.299 R + 0.587 G + 0.114 B
+ *     Cb = -0.1687 R - 0.3313 G + 0.5 B
+ *     Cr = 0.5 R - 0.4187 G - 0.0813 B
+ *
+ * Cb and Cr lie around 128, 32768, 1073741823 or 0.5. At 8U and 16U with weights of 14 fraction bits; Y is rounded, at
+ * 8U also Cb = 0.5643 (B - Y) and Cr = 0.7133 (R - Y) of the rounded Y. Round trip: within 2 at 8U, 4 at 16U.
  */
 PXK_API void pxkRGB2YCrCb(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * The reverse, with Cb and Cr less their middle: R = Y + 1.402 Cr, G = Y - 0.344136 Cb - 0.714136 Cr, B = Y + 1.772 Cb;
- * integers are limited, at 32F negative results become 0.
+ * The reverse, with Cb and Cr less their middle. Integers are limited, at 32F negative results become 0.
+ *
+ *     R = Y + 1.402 Cr
+ *     G = Y - 0.344136 Cb - 0.714136 Cr
+ *     B = Y + 1.772 Cb
  */
 PXK_API void pxkYCrCb2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
@@ -1241,8 +1473,15 @@ PXK_API void pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
  */
 PXK_API void pxkGrayToColor(PxkImage* srcImage, PxkImage* dstImage, float weightR, float weightG, float weightB);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Colour twists */
+/**
+ * @defgroup pxk_twist Colour twists
+ *
+ * A matrix of three rows of three factors and a constant, applied to the first three channels of each pixel.
+ * @{
+ */
 
 /** A matrix of integers over a power of two. Make it with pxkCreateColorTwist. */
 typedef struct PxkColorTwist {
@@ -1281,15 +1520,17 @@ PXK_API void pxkDeleteColorTwist(PxkColorTwist* cTwist);
  */
 PXK_API int32_t pxkApplyColorTwist(PxkImage* srcImage, PxkImage* dstImage, PxkColorTwist* cTwist, int32_t offset);
 /**
- * The same in single precision, without limits: 32F, `TwistFP` holds three rows of three factors and a constant.
- * Reports behind "Incorrect Image": "(TwistFP == ((void*)(0)))"; "((srcImage->depth != 32)|| (dstImage->depth != 32))";
- * data order and origin as above; channels as above; "(msk == NULL)"; tiles.
+ * pxkApplyColorTwist in single precision, without limits: 32F, `TwistFP` holds three rows of three factors and a
+ * constant. Reports behind "Incorrect Image": "(TwistFP == ((void*)(0)))"; "((srcImage->depth != 32)|| (dstImage->depth
+ * != 32))"; data order and origin as above; channels as above; "(msk == NULL)"; tiles.
  */
 PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const float* TwistFP);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Histograms and maps of levels
+ * @defgroup pxk_levels Histograms, maps of levels and threshold
  *
  * One table for each processed channel, the first one for the first such channel; under a channel of interest the first
  * table alone. Entries for other channels are not looked at. A table with num keys has num - 1 bins: bin k holds the
@@ -1301,6 +1542,7 @@ PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const fl
  * "lut[k]->key==0", "lut[k]->value==0", "lut[k]->num < 2", "lut[k]->key[0] < 0", "lut[k]->key[lut[k]->num-1] >
  * histSize" (a key above the number of levels), "lut[k]->key[i] > lut[k]->key[i+1]". Behind these: -4 "Allocation
  * failure", "Out of memory" when masks can't be combined; -2 "Error get tile to read", "Error get tile to write".
+ * @{
  */
 
 /** A table of levels. The caller owns it and what it points to; only pxkComputeHisto writes, to `value`. */
@@ -1313,10 +1555,10 @@ typedef struct PxkLUT {
 } PxkLUT;
 
 /**
- * Counts the samples of a region into the bins of the tables: value[0] to value[num - 2] are set to 0 first, value[num
- * - 1] stays. Samples outside the keys are not counted, nor are pixels whose mask bit is 0. At depth 1U value[0]
- * becomes the number of zeros and value[1] that of ones, whatever the keys are. A count beyond 2147483647 stops there.
- * Depths 1U, 8U, 16U. After a report behind the checks the bins are not complete.
+ * Counts the samples of a region into the bins of the tables: value[0] to value[num - 2] are set to 0 first, and
+ * value[num - 1] stays. Samples outside the keys are not counted, nor are pixels whose mask bit is 0. At depth 1U
+ * value[0] becomes the number of zeros and value[1] that of ones, whatever the keys are. A count beyond 2147483647
+ * stops there. Depths 1U, 8U, 16U. After a report behind the checks the bins are not complete.
  *
  * Refuses "lut==0", "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)".
  */
@@ -1358,8 +1600,15 @@ PXK_API void pxkHistoEqualize(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** l
  */
 PXK_API void pxkThreshold(PxkImage* srcImage, PxkImage* dstImage, int32_t Threshold);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Moments */
+/**
+ * @defgroup pxk_moments Moments
+ *
+ * Sums of samples times powers of their coordinates: area, centre of mass, spread and slant of a shape.
+ * @{
+ */
 
 /** One spatial moment: of order m in x and n in y. */
 typedef struct PxkMoment {
@@ -1385,32 +1634,52 @@ typedef struct PxkMomentState {
 PXK_API void pxkMoments(PxkImage* image, PxkMomentState* state);
 
 /**
- * Read a moment out of what pxkMoments filled: the spatial moment; the central moment, that is the sum of (x - xb)^m (y
- * - yb)^n s, where (xb, yb) is the centre of mass, or the middle of the measured area when the mass is 0; and both
- * times the entry's scale. Return 0 after reporting -5 "Illegal order of moment" (m or n below 0, m + n above 3),
- * "state==0".
+ * The spatial moment of order m, n out of what pxkMoments filled: the sum of x^m y^n s. Returns 0 after reporting -5
+ * "Illegal order of moment" (m or n below 0, m + n above 3), "state==0".
  */
 PXK_API double pxkGetSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
+
+/** pxkGetSpatialMoment times the entry's scale. */
 PXK_API double pxkGetNormalizedSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
+
+/**
+ * The central moment out of what pxkMoments filled: the sum of (x - xb)^m (y - yb)^n s, where (xb, yb) is the centre of
+ * mass, or the middle of the measured area when the mass is 0. Reports as pxkGetSpatialMoment does.
+ */
 PXK_API double pxkGetCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
+
+/** pxkGetCentralMoment times the entry's scale. */
 PXK_API double pxkGetNormalizedCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
 
-/** One moment of an image: pxkMoments, then the function above, each with its own reports. 0 when one has failed. */
+/** One moment of an image: pxkMoments, then pxkGetSpatialMoment, each with its own reports. 0 when one has failed. */
 PXK_API double pxkSpatialMoment(PxkImage* image, int32_t m, int32_t n);
+
+/** pxkMoments, then pxkGetNormalizedSpatialMoment. 0 when one has failed. */
 PXK_API double pxkNormalizedSpatialMoment(PxkImage* image, int32_t m, int32_t n);
+
+/** pxkMoments, then pxkGetCentralMoment. 0 when one has failed. */
 PXK_API double pxkCentralMoment(PxkImage* image, int32_t m, int32_t n);
+
+/** pxkMoments, then pxkGetNormalizedCentralMoment. 0 when one has failed. */
 PXK_API double pxkNormalizedCentralMoment(PxkImage* image, int32_t m, int32_t n);
 
-/* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Norms and extrema */
+/** @} */
 
-/** Norms. The relative ones divide by the same norm of the second image. */
-#define PXK_NORM_INF 1 /**< largest of |a - b|, or of |a| */
-#define PXK_NORM_L1 2  /**< sum of |a - b|, or of |a| */
-#define PXK_NORM_L2 4  /**< square root of the sum of (a - b)^2, or of a^2 */
-#define PXK_NORM_INF_REL 9
-#define PXK_NORM_L1_REL 10
-#define PXK_NORM_L2_REL 12
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @defgroup pxk_norms Norms and extrema
+ * @{
+ */
+
+/** @name Norms
+ * @{ */
+#define PXK_NORM_INF 1     /**< largest of |a - b|, or of |a| */
+#define PXK_NORM_L1 2      /**< sum of |a - b|, or of |a| */
+#define PXK_NORM_L2 4      /**< square root of the sum of (a - b)^2, or of a^2 */
+#define PXK_NORM_INF_REL 9 /**< PXK_NORM_INF of a - b over PXK_NORM_INF of b */
+#define PXK_NORM_L1_REL 10 /**< PXK_NORM_L1 of a - b over PXK_NORM_L1 of b */
+#define PXK_NORM_L2_REL 12 /**< PXK_NORM_L2 of a - b over PXK_NORM_L2 of b */
+/** @} */
 
 /**
  * Measures an image, the difference of two images, or that difference relative to the second one, over all processed
@@ -1435,9 +1704,11 @@ PXK_API double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normTyp
  */
 PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Changes of scale and mirrors
+ * @defgroup pxk_scale Changes of scale and mirrors
  *
  * Geometry operations go on after a failed check: one call can give several reports, in the order told, and the last
  * status stands. They stop behind all checks at any negative status, be it an old one. After a null image nothing else
@@ -1448,13 +1719,16 @@ PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
  * in its new size, rounded down but at least one pixel each way. The source's mask comes into the new scale by its
  * nearest pixels, bit (0, 0) of its region on the first pixel of the work, and is joined with the destination's. Shared
  * pixels are read before they are written.
+ * @{
  */
 
-/** Interpolations: the nearest pixel, 2 by 2, 4 by 4, or the mean of the box that becomes one pixel. */
-#define PXK_INTER_NN 0
-#define PXK_INTER_LINEAR 1
-#define PXK_INTER_CUBIC 2
-#define PXK_INTER_SUPER 3
+/** @name Interpolations
+ * @{ */
+#define PXK_INTER_NN 0     /**< the nearest pixel */
+#define PXK_INTER_LINEAR 1 /**< between 2 by 2 pixels */
+#define PXK_INTER_CUBIC 2  /**< a polynomial through 4 by 4 pixels */
+#define PXK_INTER_SUPER 3  /**< the mean of the box that becomes one pixel */
+/** @} */
 
 /**
  * Enlarges: xDst at least xSrc, yDst at least ySrc. The first and last destination pixels lie on the first and last
@@ -1531,9 +1805,11 @@ PXK_API void pxkDecimateExt(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst
  */
 PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Warps, rotation, shear and remapping
+ * @defgroup pxk_warps Warps, rotation, shear and remapping
  *
  * Transforms take source coordinates to destination coordinates, both in pixels of the whole image: the first pixel's
  * centre is (0, 0), whatever the regions are. Arrays of coefficients:
@@ -1567,6 +1843,7 @@ PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis)
  * ROI is degenerate to length or point" or the same of dstImage (below 2 pixels wide or high, of the region that
  * belongs to the quadrangle); -4 "Out of memory", also for a refused source tile; -5 "Error get tile to write". Null
  * arrays are refused with -5 and texts such as "coeffs == ((void *)0)".
+ * @{
  */
 
 /** Or-ed to an interpolation of a warp: edges fade into what lies round them. */
@@ -1591,9 +1868,11 @@ PXK_API void pxkWarpBilinear(PxkImage* srcImage, PxkImage* dstImage, double coef
 PXK_API void pxkWarpBilinearQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
                               int32_t interpolate);
 
-/** The same in perspective. */
+/** pxkWarpBilinear in perspective, under the name pxkWarpPerspectiveQ. */
 PXK_API void pxkWarpPerspective(PxkImage* srcImage, PxkImage* dstImage, double coeffs[3][3], int32_t warpFlag,
                                 int32_t interpolate);
+
+/** pxkWarpBilinearQ in perspective. */
 PXK_API void pxkWarpPerspectiveQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
                                  int32_t interpolate);
 
@@ -1616,24 +1895,41 @@ PXK_API void pxkShear(PxkImage* srcImage, PxkImage* dstImage, double xShear, dou
 PXK_API void pxkGetRotateShift(double xCenter, double yCenter, double angle, double* xShift, double* yShift);
 
 /**
- * The quadrangle that a transform makes of the image's region, and its bounds { { smallest x, smallest y }, { largest
- * x, largest y } }. No result is written after "Incorrect Image" or -5 "Bad rect ROI".
+ * The quadrangle that an affine transform makes of the image's region. No result is written after "Incorrect Image" or
+ * -5 "Bad rect ROI".
  */
 PXK_API void pxkGetAffineQuad(PxkImage* image, double coeffs[2][3], double quad[4][2]);
+
+/** The bounds of the quadrangle of pxkGetAffineQuad: { { smallest x, smallest y }, { largest x, largest y } }. */
 PXK_API void pxkGetAffineBound(PxkImage* image, double coeffs[2][3], double bound[2][2]);
+
+/** pxkGetAffineQuad for a bilinear transform. */
 PXK_API void pxkGetBilinearQuad(PxkImage* image, double coeffs[2][4], double quad[4][2]);
+
+/** pxkGetAffineBound for a bilinear transform. */
 PXK_API void pxkGetBilinearBound(PxkImage* image, double coeffs[2][4], double bound[2][2]);
+
+/** pxkGetAffineQuad for a perspective transform. */
 PXK_API void pxkGetPerspectiveQuad(PxkImage* image, double coeffs[3][3], double quad[4][2]);
+
+/** pxkGetAffineBound for a perspective transform. */
 PXK_API void pxkGetPerspectiveBound(PxkImage* image, double coeffs[3][3], double bound[2][2]);
 
 /**
- * The transform that takes the image's region to a quadrangle, stored in `coeffs`. No result is written after
- * "Incorrect Image"; -5 "Quadrangle is degenerate to triangle or length or point", "Quadrangle is concave"; affine:
- * "Quadrangle is not parallelogram"; "Bad rect ROI"; "image Rectangle ROI is degenerate to length or point" (affine:
- * "srcImage Rectangle ..."), a region one pixel wide or high.
+ * The affine transform that takes the image's region to a quadrangle, stored in `coeffs`. No result is written after
+ * "Incorrect Image"; -5 "Quadrangle is degenerate to triangle or length or point", "Quadrangle is concave", "Quadrangle
+ * is not parallelogram", "Bad rect ROI"; "srcImage Rectangle ROI is degenerate to length or point", a region one pixel
+ * wide or high.
  */
 PXK_API void pxkGetAffineTransform(PxkImage* image, double coeffs[2][3], double quad[4][2]);
+
+/**
+ * pxkGetAffineTransform for a bilinear transform: any convex quadrangle, and the last text is "image Rectangle ROI is
+ * degenerate to length or point".
+ */
 PXK_API void pxkGetBilinearTransform(PxkImage* image, double coeffs[2][4], double quad[4][2]);
+
+/** pxkGetBilinearTransform for a perspective transform. */
 PXK_API void pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], double quad[4][2]);
 
 /**
@@ -1651,9 +1947,11 @@ PXK_API void pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], do
  */
 PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkImage* dstImage, int32_t interpolate);
 
+/** @} */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Fourier and cosine transforms
+ * @defgroup pxk_transforms Fourier and cosine transforms
  *
  * A packed spectrum is an image of the same size as the real one of W times H pixels, one real value a pixel. F(k, l)
  * is the complex spectrum at horizontal frequency k and vertical frequency l. A line of M values packs its spectrum S,
@@ -1668,10 +1966,29 @@ PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkIma
  *     Re F(0,1)   Re F(1,1)   Im F(1,1)   Re F(2,1)
  *     Im F(0,1)   Re F(1,2)   Im F(1,2)   Im F(2,1)
  *     F(0,2)      Re F(1,3)   Im F(1,3)   F(2,2)
+ * @{
  */
 
+/** @name Flags of the Fourier transforms
+ * A direction, scaling, arithmetic; or the release of a thread's tables.
+ * @{ */
+#define PXK_FFT_FORWARD 1    /**< negative exponent, not scaled */
+#define PXK_FFT_INVERSE 2    /**< positive exponent, scaled by 1 / (W H) */
+#define PXK_FFT_NOSCALE 4    /**< the inverse without its scale */
+#define PXK_FFT_USE_INT 16   /**< fixed-point arithmetic */
+#define PXK_FFT_USE_FLOAT 32 /**< single precision, the default */
+#define PXK_FFT_FREE 128     /**< release this thread's tables, and nothing else */
+/** @} */
+
+/** @name Flags of the cosine transform
+ * @{ */
+#define PXK_DCT_FORWARD 1 /**< from samples to coefficients */
+#define PXK_DCT_INVERSE 2 /**< from coefficients to samples */
+#define PXK_DCT_FREE 8    /**< release this thread's tables, and nothing else */
+/** @} */
+
 /**
- * pxkRealFft2D turns a real image into its packed spectrum, pxkCcsFft2D a packed spectrum into the real image.
+ * Turns a real image into its packed spectrum; pxkCcsFft2D turns a packed spectrum into the real image.
  *
  * flags has one direction. With PXK_FFT_FORWARD the exponent is -2 pi i (k m / W + l n / H), and nothing is scaled.
  * With PXK_FFT_INVERSE it is positive, and the result is multiplied by 1 / (W H) unless PXK_FFT_NOSCALE is set too. The
@@ -1701,7 +2018,7 @@ PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkIma
  */
 PXK_API void pxkRealFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
 
-/** See pxkRealFft2D. */
+/** The real image of a packed spectrum. Everything else is told at pxkRealFft2D. */
 PXK_API void pxkCcsFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
 
 /**
@@ -1740,6 +2057,8 @@ PXK_API void pxkMpyRCPack2D(PxkImage* srcA, PxkImage* srcB, PxkImage* dst);
  * images). Without memory the destination stays as it is, and nothing is reported.
  */
 PXK_API void pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */

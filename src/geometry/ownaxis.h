@@ -10,7 +10,7 @@ struct OwnRatio {
     double step() const { return static_cast<double>(from) / to; } // source pixels to a destination pixel
 };
 
-enum class OwnInterpolation { NEAREST, LINEAR, CUBIC, MEAN };
+enum class OwnRescaling { NEAREST, LINEAR, CUBIC, MEAN };
 
 // The largest integer that is at most value + 0.00001, which lets positions that fall a hair short of a pixel reach it.
 int32_t ownFloorUp(double value);
@@ -53,8 +53,8 @@ struct OwnAxis {
 
 // The taps of `count` destination pixels on `extent` source pixels; at least 2 of these for LINEAR, 4 for CUBIC. False:
 // out of memory.
-[[nodiscard]] bool ownMakeAxis(OwnAxis& axis, OwnInterpolation interpolation, int32_t extent,
-                               const OwnSampling& sampling, int32_t count, int32_t unit);
+[[nodiscard]] bool ownMakeAxis(OwnAxis& axis, OwnRescaling interpolation, int32_t extent, const OwnSampling& sampling,
+                               int32_t count, int32_t unit);
 
 // The boxes of the mean.
 [[nodiscard]] bool ownMakeBoxes(OwnAxis& axis, int32_t extent, OwnRatio ratio, int32_t count);

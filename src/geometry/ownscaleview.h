@@ -6,7 +6,7 @@
 
 // A change of scale ready to run.
 struct OwnScaling {
-    OwnInterpolation interpolation;
+    OwnRescaling interpolation;
     OwnAxis across;
     OwnAxis down;
 };

@@ -340,7 +340,7 @@ static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPa
     }
     const int64_t first = std::max<int64_t>(0, low + work.margins.left - origin);
     const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
-    constexpr int64_t fewBytes = 512;
+    constexpr int64_t fewBytes = 2048;
     const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
     const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes() >= ownBlockBytes;
     const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes() >= fewBytes);
@@ -401,6 +401,7 @@ static const uint8_t* const* ownBandRows(OwnWindowPass& pass, const OwnPartWork&
     const int64_t y = static_cast<int64_t>(rect.y) + rows.first;
     const int64_t total = static_cast<int64_t>(margins.top) + rows.count + margins.bottom;
     const ptrdiff_t step = ownMadeRowStep(pass, work.width);
+    const ptrdiff_t made = pass.rowBytes(static_cast<int64_t>(work.width) + margins.left + margins.right);
     const uint8_t** const pointers = pass.scratch.take<const uint8_t*>(total);
     // In place only two rows of constants are made.
     uint8_t* next = pass.scratch.take<uint8_t>((isInPlace ? 2 : ownMostRows(pass.work, total)) * step);
@@ -426,6 +427,8 @@ static const uint8_t* const* ownBandRows(OwnWindowPass& pass, const OwnPartWork&
             if (work.part.columns[1].count > 0) ownAddReach(pass, moves, reaches[1]);
         }
         ownMakeRow(pass, moves, place.y, next);
+        // What fills up a block is computed too: left as it was, it might be numbers that processors are slow on.
+        if (pass.work.source->depth == PXK_DEPTH_32F) memset(next + made, 0, static_cast<size_t>(step - made));
         pointers[k] = next;
         next += step;
     }
@@ -521,18 +524,13 @@ static int32_t ownBandHeight(const OwnWindowPass& pass, const OwnPartWork* parts
     return static_cast<int32_t>(std::min<int64_t>(rect.height, height));
 }
 
-static bool ownHasChannelOfInterest(const PxkImage* image)
-{
-    return image->roi != nullptr && image->roi->coi > 0;
-}
-
 static bool ownRunPiece(OwnWindowPass& pass, const OwnDestination& piece)
 {
     const OwnWindowWork& work = pass.work;
     const bool isPixelOrder = work.source->dataOrder == PXK_DATA_ORDER_PIXEL;
     // Without a channel of interest rows start at the first channel and may carry an alpha channel along.
     const bool isTogether = work.source->nChannels == 1
-        || (isPixelOrder && !ownHasChannelOfInterest(work.source) && !ownHasChannelOfInterest(work.destination));
+        || (isPixelOrder && ownChannelOfInterest(work.source) == 0 && ownChannelOfInterest(work.destination) == 0);
     pass.nChannels = isTogether ? piece.view.nChannels : 1;
     pass.step = isTogether ? work.source->nChannels : 1;
     const OwnView source = pass.source.view(pass.source.rect);

@@ -3,10 +3,10 @@
 
 #include <cstdint>
 
-struct OwnRoot {
+struct OwnTurn {
     double cosine;
     double sine;
 };
 
 // Of the angle 2 pi k / n, n positive; right to some 1e-16, and exact at multiples of a quarter turn.
-OwnRoot ownTurn(int64_t k, int64_t n);
+OwnTurn ownTurn(int64_t k, int64_t n);

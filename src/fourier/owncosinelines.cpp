@@ -18,7 +18,7 @@ static const float* ownCosineTurns(OwnTransformCaches& caches, int32_t n, int32_
     turns[0] = static_cast<float>(sqrt(1.0 / n));
     const double scale = sqrt(2.0 / n);
     for (int64_t k = 1; k < points; ++k) {
-        const OwnRoot turn = ownTurn(k, 4 * static_cast<int64_t>(n));
+        const OwnTurn turn = ownTurn(k, 4 * static_cast<int64_t>(n));
         turns[2 * k] = static_cast<float>(scale * turn.cosine);
         turns[2 * k + 1] = static_cast<float>(scale * turn.sine);
     }

@@ -309,7 +309,7 @@ bool ownFixedPlan(OwnTransformCaches& caches, int32_t n, OwnFixedPlan& plan)
             ownNewTable(caches, OwnTableKind::FIXED_LINES, n, n * static_cast<int64_t>(sizeof(OwnFixedTurn))));
         if (turns == nullptr) return false;
         for (int32_t k = 0; k < n; ++k) {
-            const OwnRoot turn = ownTurn(k, n);
+            const OwnTurn turn = ownTurn(k, n);
             turns[k] = { ownFixedFactor(turn.cosine), ownFixedFactor(turn.sine) };
         }
     }

@@ -38,7 +38,7 @@ static int32_t ownSmoothLength(int32_t n)
 
 static void ownPutTurn(float* to, int64_t k, int64_t n)
 {
-    const OwnRoot turn = ownTurn(k, n);
+    const OwnTurn turn = ownTurn(k, n);
     to[0] = static_cast<float>(turn.cosine);
     to[1] = static_cast<float>(-turn.sine);
 }
@@ -128,8 +128,8 @@ static const OwnLinePlan* ownPassPlan(OwnTransformCaches& caches, int32_t n, con
 }
 
 // Transform of `count` points `step` apart by its factors, in double: for the kernels of convolutions, computed once.
-static void ownTransformExactly(const OwnRoot* from, int32_t step, int32_t count, const OwnRoot* turns, int32_t n,
-                                OwnRoot* to)
+static void ownTransformExactly(const OwnTurn* from, int32_t step, int32_t count, const OwnTurn* turns, int32_t n,
+                                OwnTurn* to)
 {
     if (count == 1) {
         *to = *from;
@@ -139,12 +139,12 @@ static void ownTransformExactly(const OwnRoot* from, int32_t step, int32_t count
     for (int32_t leg = 0; leg < radix; ++leg)
         ownTransformExactly(from + leg * step, step * radix, part, turns, n, to + leg * part);
     for (int32_t i = 0; i < part; ++i) {
-        OwnRoot legs[5];
+        OwnTurn legs[5];
         for (int32_t leg = 0; leg < radix; ++leg) legs[leg] = to[leg * part + i];
         for (int32_t k = 0; k < radix; ++k) {
-            OwnRoot sum = { 0, 0 };
+            OwnTurn sum = { 0, 0 };
             for (int32_t leg = 0; leg < radix; ++leg) {
-                const OwnRoot& turn = turns[static_cast<int64_t>(leg) * (k * part + i) % count * (n / count)];
+                const OwnTurn& turn = turns[static_cast<int64_t>(leg) * (k * part + i) % count * (n / count)];
                 sum.cosine += legs[leg].cosine * turn.cosine + legs[leg].sine * turn.sine;
                 sum.sine += legs[leg].sine * turn.cosine - legs[leg].cosine * turn.sine;
             }
@@ -156,9 +156,9 @@ static void ownTransformExactly(const OwnRoot* from, int32_t step, int32_t count
 // The conjugate chirp, even around 0, transformed and divided by the length.
 static bool ownFillKernel(int32_t n, int32_t length, float* kernel)
 {
-    const OwnBuffer<OwnRoot> points = ownBuffer<OwnRoot>(3 * static_cast<int64_t>(length));
+    const OwnBuffer<OwnTurn> points = ownBuffer<OwnTurn>(3 * static_cast<int64_t>(length));
     if (points == nullptr) return false;
-    OwnRoot *chirp = points.get(), *turns = chirp + length, *spectrum = turns + length;
+    OwnTurn *chirp = points.get(), *turns = chirp + length, *spectrum = turns + length;
     for (int32_t i = 0; i < length; ++i) {
         turns[i] = ownTurn(i, length);
         chirp[i] = { 0, 0 };

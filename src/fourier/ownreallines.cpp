@@ -15,7 +15,7 @@ static const float* ownRealTurns(OwnTransformCaches& caches, int32_t n)
         ownNewTable(caches, OwnTableKind::REAL_LINES, n, count * ownTurnValues * static_cast<int64_t>(sizeof(float))));
     if (turns == nullptr) return nullptr;
     for (int64_t k = 0; k < count; ++k) {
-        const OwnRoot turn = ownTurn(k, n);
+        const OwnTurn turn = ownTurn(k, n);
         float* to = turns + k * ownTurnValues;
         to[0] = static_cast<float>(turn.cosine);
         to[1] = static_cast<float>(turn.sine);

@@ -59,16 +59,16 @@ static void ownSetCubic(OwnAxis& axis, ptrdiff_t i, double position, int32_t las
     }
 }
 
-static bool ownAllocateAxis(OwnAxis& axis, OwnRescaling interpolation, int32_t count)
+static bool ownAllocateAxis(OwnAxis& axis, OwnInterpolation interpolation, int32_t count)
 {
     const int64_t samples = static_cast<int64_t>(count) * axis.unit;
     axis.first = ownBuffer<int32_t>(count);
     if (axis.first == nullptr) return false;
-    if (interpolation == OwnRescaling::LINEAR) {
+    if (interpolation == OwnInterpolation::LINEAR) {
         axis.weight = ownBuffer<int16_t>(samples);
         return axis.weight != nullptr;
     }
-    if (interpolation == OwnRescaling::NEAREST) return true;
+    if (interpolation == OwnInterpolation::NEAREST) return true;
     for (OwnBuffer<float>& factors : axis.factors) {
         factors = ownBuffer<float>(samples);
         if (factors == nullptr) return false;
@@ -76,11 +76,11 @@ static bool ownAllocateAxis(OwnAxis& axis, OwnRescaling interpolation, int32_t c
     return true;
 }
 
-bool ownMakeAxis(OwnAxis& axis, OwnRescaling interpolation, int32_t extent, const OwnSampling& sampling, int32_t count,
-                 int32_t unit)
+bool ownMakeAxis(OwnAxis& axis, OwnInterpolation interpolation, int32_t extent, const OwnSampling& sampling,
+                 int32_t count, int32_t unit)
 {
-    const bool isNearest = interpolation == OwnRescaling::NEAREST;
-    axis.taps = isNearest ? 1 : interpolation == OwnRescaling::LINEAR ? 2 : 4;
+    const bool isNearest = interpolation == OwnInterpolation::NEAREST;
+    axis.taps = isNearest ? 1 : interpolation == OwnInterpolation::LINEAR ? 2 : 4;
     axis.unit = isNearest ? 1 : unit;
     if (!ownAllocateAxis(axis, interpolation, count)) return false;
     const auto set = isNearest ? ownSetNearest : axis.taps == 2 ? ownSetLinear : ownSetCubic;

@@ -52,8 +52,8 @@ struct OwnAxis {
 
 // The taps of `count` destination pixels on `extent` source pixels; at least 2 of these for LINEAR, 4 for CUBIC. False:
 // out of memory.
-[[nodiscard]] bool ownMakeAxis(OwnAxis& axis, OwnRescaling interpolation, int32_t extent, const OwnSampling& sampling,
-                               int32_t count, int32_t unit);
+[[nodiscard]] bool ownMakeAxis(OwnAxis& axis, OwnInterpolation interpolation, int32_t extent,
+                               const OwnSampling& sampling, int32_t count, int32_t unit);
 
 // The boxes of the mean.
 [[nodiscard]] bool ownMakeBoxes(OwnAxis& axis, int32_t extent, OwnRatio ratio, int32_t count);

@@ -12,7 +12,7 @@
 static bool ownMakeScaling(OwnScaling& scaling, const OwnRescale& rescale, OwnSize from, OwnSize to, int32_t unit)
 {
     scaling.interpolation = rescale.interpolation;
-    if (rescale.interpolation == OwnRescaling::MEAN) {
+    if (rescale.interpolation == OwnInterpolation::MEAN) {
         return ownMakeBoxes(scaling.across, from.width, rescale.across, to.width)
             && ownMakeBoxes(scaling.down, from.height, rescale.down, to.height);
     }
@@ -38,7 +38,7 @@ static bool ownScaleMask(const PxkImage* mask, const OwnRescale& rescale, OwnSiz
     const OwnSize size = { ownScaledCount(source.width, rescale.across, most.width),
                            ownScaledCount(source.height, rescale.down, most.height) };
     OwnRescale nearest = rescale;
-    nearest.interpolation = OwnRescaling::NEAREST;
+    nearest.interpolation = OwnInterpolation::NEAREST;
     nearest.xSampling = ownNearestSampling(source.width, rescale.across);
     nearest.ySampling = ownNearestSampling(source.height, rescale.down);
     OwnScaling scaling;
@@ -149,14 +149,14 @@ bool ownIsInterpolation(int32_t interpolate)
 }
 
 void ownRunEndToEnd(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, OwnRatio across, OwnRatio down,
-                    OwnRescaling interpolation)
+                    OwnInterpolation interpolation)
 {
     const OwnSize size = ownRegionSize(srcImage);
     const int32_t side = std::min(size.width, size.height);
     const bool isWhole = across.to == across.from && down.to == down.from; // every interpolation copies
-    if (interpolation == OwnRescaling::CUBIC && side < 4) interpolation = OwnRescaling::LINEAR;
-    if (side < 2 || isWhole || srcImage->depth == PXK_DEPTH_1U) interpolation = OwnRescaling::NEAREST;
-    const bool isNearest = interpolation == OwnRescaling::NEAREST;
+    if (interpolation == OwnInterpolation::CUBIC && side < 4) interpolation = OwnInterpolation::LINEAR;
+    if (side < 2 || isWhole || srcImage->depth == PXK_DEPTH_1U) interpolation = OwnInterpolation::NEAREST;
+    const bool isNearest = interpolation == OwnInterpolation::NEAREST;
     const auto sampling = [&](int32_t extent, OwnRatio ratio) {
         return isNearest ? ownNearestSampling(extent, ratio) : ownEndToEnd(extent, ratio);
     };
@@ -178,5 +178,5 @@ void ownScaleEndToEnd(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImag
           { down.to <= 0 || down.from <= 0, PXK_StsBadArg, "yDst <= 0 || ySrc <= 0" },
           { srcImage == dstImage, PXK_StsBadArg, "This function isn`t in-plase function" } }));
     if (pxkGetErrStatus() < 0) return;
-    ownRunEndToEnd(site, srcImage, dstImage, across, down, static_cast<OwnRescaling>(interpolate));
+    ownRunEndToEnd(site, srcImage, dstImage, across, down, static_cast<OwnInterpolation>(interpolate));
 }

@@ -12,8 +12,8 @@ struct OwnRescale {
     PxkImage* dstImage;
     OwnRatio across;
     OwnRatio down;
-    OwnRescaling interpolation; // one-bit images: NEAREST
-    OwnSampling xSampling;      // the mean needs none
+    OwnInterpolation interpolation; // one-bit images: NEAREST
+    OwnSampling xSampling;          // the mean needs none
     OwnSampling ySampling;
 };
 
@@ -40,4 +40,4 @@ void ownScaleEndToEnd(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImag
 
 // The same without the checks.
 void ownRunEndToEnd(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, OwnRatio across, OwnRatio down,
-                    OwnRescaling interpolation);
+                    OwnInterpolation interpolation);

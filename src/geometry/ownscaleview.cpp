@@ -194,13 +194,13 @@ bool ownScaleView(const OwnScaling& scaling, const OwnScalePlace& place, const O
 {
     const bool isWide = source.sampleBytes == 2;
     switch (scaling.interpolation) {
-    case OwnRescaling::LINEAR:
+    case OwnInterpolation::LINEAR:
         return isWide ? ownInterpolatedView<OwnLinear<uint16_t>>(scaling, place, source, destination, mask)
                       : ownInterpolatedView<OwnLinear<uint8_t>>(scaling, place, source, destination, mask);
-    case OwnRescaling::CUBIC:
+    case OwnInterpolation::CUBIC:
         return isWide ? ownInterpolatedView<OwnCubic<uint16_t>>(scaling, place, source, destination, mask)
                       : ownInterpolatedView<OwnCubic<uint8_t>>(scaling, place, source, destination, mask);
-    case OwnRescaling::MEAN: return ownMeanView(scaling, place, source, destination, mask);
+    case OwnInterpolation::MEAN: return ownMeanView(scaling, place, source, destination, mask);
     default: return ownNearestView(scaling, place, source, destination, mask);
     }
 }

@@ -6,7 +6,7 @@
 
 // A change of scale ready to run.
 struct OwnScaling {
-    OwnRescaling interpolation;
+    OwnInterpolation interpolation;
     OwnAxis across;
     OwnAxis down;
 };

@@ -22,9 +22,9 @@ static void ownRunDecimate(const OwnSite& site, PxkImage* srcImage, PxkImage* ds
     const bool isNearest = interpolate == PXK_INTER_NN || srcImage->depth == PXK_DEPTH_1U || isSmall || isNothing
         || (isExact && interpolate != PXK_INTER_SUPER);
     if (!isNearest && interpolate != PXK_INTER_SUPER) {
-        return ownRunEndToEnd(site, srcImage, dstImage, across, down, static_cast<OwnRescaling>(interpolate));
+        return ownRunEndToEnd(site, srcImage, dstImage, across, down, static_cast<OwnInterpolation>(interpolate));
     }
-    const OwnRescaling interpolation = isNearest ? OwnRescaling::NEAREST : OwnRescaling::MEAN;
+    const OwnInterpolation interpolation = isNearest ? OwnInterpolation::NEAREST : OwnInterpolation::MEAN;
     ownRunRescale(
         { site, srcImage, dstImage, across, down, interpolation, ownStepSampling(across), ownStepSampling(down) });
 }
@@ -51,7 +51,7 @@ static bool ownBlurRegion(const OwnSite& site, PxkImage* srcImage, OwnSize windo
     const int64_t step = ownRowStep(image.dataOrder, image.depth, image.align, image.nChannels, region.width);
     blurred.pixels = ownBuffer<uint8_t>(ownImageSize(image.dataOrder, image.nChannels, region.height, step));
     OwnScaling scaling;
-    scaling.interpolation = OwnRescaling::MEAN;
+    scaling.interpolation = OwnInterpolation::MEAN;
     if (blurred.pixels == nullptr || !ownMakeWindows(scaling.across, region.width, std::max(window.width, 1))
         || !ownMakeWindows(scaling.down, region.height, std::max(window.height, 1))) {
         ownReport(site, PXK_StsNoMem, "Out of memory");

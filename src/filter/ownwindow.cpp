@@ -379,6 +379,17 @@ static ptrdiff_t ownMadeRowStep(const OwnPass& pass, int32_t width)
     return (room + 63) & ~static_cast<ptrdiff_t>(63);
 }
 
+// Short rows of small windows are made one behind the other, without gaps, and computed as a single long one: what
+// comes out between their ends is dropped.
+static bool ownIsChained(const OwnPass& pass, const OwnPartWork& work)
+{
+    const OwnMargins& margins = pass.work.margins;
+    constexpr int32_t few = 8;
+    const bool isSmall = margins.left + margins.right <= few && margins.top + margins.bottom <= few;
+    return isSmall && !work.part.isInPlace && !pass.isBitRows() && !pass.work.inFixedBands
+        && pass.rowBytes(work.width) < ownBlockBytes;
+}
+
 // Most different rows that a band of so many rows can hold.
 static int64_t ownMostRows(const OwnWindowWork& work, int64_t total)
 {
@@ -386,8 +397,8 @@ static int64_t ownMostRows(const OwnWindowWork& work, int64_t total)
     return std::min<int64_t>(total, static_cast<int64_t>(work.sourceRect.height) + 2 * work.ring);
 }
 
-// The source rows of a band, in place or made; rows that follow each other and are the same are one. Null: out of
-// memory.
+// The source rows of a band, in place or made; rows that follow each other and are the same are one, unless rows are
+// chained. Null: out of memory.
 static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
 {
     const OwnMargins& margins = pass.work.margins;
@@ -400,11 +411,14 @@ static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work,
     const OwnReach reaches[2] = { reachOf(work.part.columns[0]), reachOf(work.part.columns[1]) };
     const int64_t y = static_cast<int64_t>(rect.y) + rows.first;
     const int64_t total = static_cast<int64_t>(margins.top) + rows.count + margins.bottom;
-    const ptrdiff_t step = ownMadeRowStep(pass, work.width);
+    const ptrdiff_t room = ownMadeRowStep(pass, work.width);
     const ptrdiff_t made = pass.rowBytes(static_cast<int64_t>(work.width) + margins.left + margins.right);
+    const bool isChained = ownIsChained(pass, work);
+    const ptrdiff_t step = isChained ? made : room;
     const uint8_t** const pointers = pass.scratch.take<const uint8_t*>(total);
     // In place only two rows of constants are made.
-    uint8_t* next = pass.scratch.take<uint8_t>((isInPlace ? 2 : ownMostRows(pass.work, total)) * step);
+    const int64_t most = isInPlace ? 2 : (isChained ? total : ownMostRows(pass.work, total));
+    uint8_t* next = pass.scratch.take<uint8_t>(most * step + (isChained ? room : 0));
     OwnMoves moves;
     if (pointers == nullptr || next == nullptr || !ownOpenMoves(pass, moves, reaches)) return nullptr;
     const ptrdiff_t column = static_cast<ptrdiff_t>(pass.work.sourceRect.x + reaches[0].first - pass.source.rect.x);
@@ -412,7 +426,9 @@ static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work,
     for (int64_t k = 0; k < total; ++k) {
         const OwnRowPlace place = ownPlaceBandRow(pass, y, k);
         if (place == last) {
-            pointers[k] = pointers[k - 1];
+            pointers[k] = isChained ? next : pointers[k - 1];
+            if (isChained) memcpy(next, pointers[k - 1], static_cast<size_t>(step));
+            if (isChained) next += step;
             continue;
         }
         last = place;
@@ -428,7 +444,7 @@ static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work,
         }
         ownMakeRow(pass, moves, place.y, next);
         // What fills up a block is computed too: left as it was, it might be numbers that processors are slow on.
-        if (pass.work.source->depth == PXK_DEPTH_32F) memset(next + made, 0, static_cast<size_t>(step - made));
+        if (pass.work.source->depth == PXK_DEPTH_32F) memset(next + made, 0, static_cast<size_t>(room - made));
         pointers[k] = next;
         next += step;
     }
@@ -489,16 +505,19 @@ static bool ownRunBand(OwnPass& pass, const OwnPartWork& work, const OwnRows& ro
     uint8_t** const out = pass.scratch.take<uint8_t*>(rows.count);
     if (sources == nullptr || out == nullptr) return false;
     const bool isStaged = ownIsStaged(pass, work);
+    const bool isChained = rows.count > 1 && ownIsChained(pass, work);
     OwnView made = ownViewPart(ownPassView(pass, work.piece), rows, work.part.columns[0]);
     if (isStaged) {
         made.width = work.width;
         made = ownMadeRows(made, { pass.step, pass.isBitRows() });
-        made.first = pass.scratch.take<uint8_t>(static_cast<int64_t>(made.rowStep) * rows.count);
+        if (isChained) made.rowStep = sources[1] - sources[0];
+        made.first = pass.scratch.take<uint8_t>(static_cast<int64_t>(made.rowStep) * rows.count + ownBlockBytes);
         if (made.first == nullptr) return false;
     }
     for (int32_t y = 0; y < rows.count; ++y) out[y] = made.first + y * made.rowStep;
-    const ptrdiff_t width = static_cast<ptrdiff_t>(work.width) * pass.step;
-    if (!pass.engine({ sources, out, width, rows.count, pass.step, pass.scratch })) return false;
+    ptrdiff_t width = static_cast<ptrdiff_t>(work.width) * pass.step;
+    if (isChained) width += (rows.count - 1) * made.rowStep / std::max(made.sampleBytes, 1);
+    if (!pass.engine({ sources, out, width, isChained ? 1 : rows.count, pass.step, pass.scratch })) return false;
     if (isStaged) ownStoreStaged(pass, work, rows, made);
     return true;
 }

@@ -147,6 +147,19 @@ static OwnRowPlace ownPlaceBandRow(const OwnPass& pass, int64_t y, int64_t k)
     return ownPlaceRow(pass.source, work.sourceRect.y + row);
 }
 
+// How many rows from row k on are pixels of the source that follow each other, where row k is.
+static int64_t ownRowsInside(const OwnPass& pass, int64_t y, int64_t k)
+{
+    const OwnWindowWork& work = pass.work;
+    const int64_t row = y - work.margins.top + k;
+    int64_t end = static_cast<int64_t>(pass.source.rect.y) + pass.source.rect.height - work.sourceRect.y;
+    if (work.ring != ownRingNone) {
+        if (row < -work.ring) return 1;
+        end = std::min(end, static_cast<int64_t>(work.sourceRect.height) + work.ring);
+    }
+    return std::max<int64_t>(end - row, 1);
+}
+
 static const uint8_t* ownSourceRow(const OwnPass& pass, int32_t y)
 {
     return pass.pixels.first + y * pass.pixels.rowStep;
@@ -192,7 +205,7 @@ static void ownChooseCopies(OwnPass& pass)
 
 // A stretch of a row that is made: `n` pixels from `to` on.
 struct OwnMove {
-    OwnPixelCopy copy;
+    OwnPixelCopy copy; // null: the bytes of the pixels as they are
     enum { SOURCE, CONSTANT, MADE } from;
     ptrdiff_t x;
     ptrdiff_t to;
@@ -228,8 +241,16 @@ static void ownAddConstant(const OwnPass& pass, OwnMoves& moves, int32_t side, p
 static void ownAddRun(const OwnPass& pass, OwnMoves& moves, const OwnBorderRun& run)
 {
     const OwnPixelCopies& copies = pass.copies;
-    const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
     const ptrdiff_t bit = pass.isBits() ? pass.pixels.bit : 0;
+    constexpr int32_t few = 4; // pixels that are quicker moved one by one
+    if (pass.isPacked() && (run.step > 0 || run.count <= few)) {
+        const int32_t n = run.step > 0 ? run.count : 1;
+        for (int32_t k = 0; k < run.count; k += n) {
+            ownAddMove(moves, { nullptr, OwnMove::SOURCE, run.from + k * run.step, moves.n, n, pass.unit });
+        }
+        return;
+    }
+    const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
     ownAddMove(moves, { copy, OwnMove::SOURCE, run.from + bit, moves.n, run.count, pass.unit });
 }
 
@@ -279,7 +300,7 @@ static void ownAddReach(const OwnPass& pass, OwnMoves& moves, const OwnReach& co
 static bool ownOpenMoves(OwnPass& pass, OwnMoves& moves, const OwnReach (&reaches)[2])
 {
     const int64_t columns = reaches[0].count + reaches[1].count;
-    moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) + 16);
+    moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) * 4 + 32);
     moves.side = -1;
     for (int32_t side = 0; side < OWN_SIDE_NONE; ++side) {
         OwnConstant& constant = moves.constants[side];
@@ -289,15 +310,23 @@ static bool ownOpenMoves(OwnPass& pass, OwnMoves& moves, const OwnReach (&reache
     return moves.moves != nullptr;
 }
 
-static void ownMakeRow(const OwnPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to)
+// Source rows y on, or rows of constants for y = -1, as `count` rows that are `step` bytes apart.
+static void ownMakeRows(const OwnPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to, ptrdiff_t step,
+                        int64_t count)
 {
     const uint8_t* const source = y >= 0 ? ownSourceRow(pass, y) : nullptr;
     for (int32_t k = 0; k < moves.count; ++k) {
         const OwnMove& move = moves.moves[k];
-        if (move.from == OwnMove::CONSTANT) {
-            move.copy(moves.constants[move.x].bytes, 0, to, move.to, move.n, move.unit);
-        } else {
-            move.copy(move.from == OwnMove::MADE ? to : source, move.x, to, move.to, move.n, move.unit);
+        const bool isConstant = move.from == OwnMove::CONSTANT;
+        const uint8_t* from = isConstant ? moves.constants[move.x].bytes : (move.from == OwnMove::MADE ? to : source);
+        const ptrdiff_t fromStep = isConstant ? 0 : (move.from == OwnMove::MADE ? step : pass.pixels.rowStep);
+        if (move.copy == nullptr) {
+            ownCopyByteRows(from + move.x * move.unit, fromStep, to + move.to * move.unit, step, move.n * move.unit,
+                            count);
+            continue;
+        }
+        for (int64_t row = 0; row < count; ++row, from += fromStep) {
+            move.copy(from, isConstant ? 0 : move.x, to + row * step, move.to, move.n, move.unit);
         }
     }
 }
@@ -397,6 +426,13 @@ static int64_t ownMostRows(const OwnWindowWork& work, int64_t total)
     return std::min<int64_t>(total, static_cast<int64_t>(work.sourceRect.height) + 2 * work.ring);
 }
 
+// Zeros behind the `made` bytes of each row.
+static void ownClearGaps(uint8_t* first, const uint8_t* end, ptrdiff_t made, ptrdiff_t step, ptrdiff_t room)
+{
+    for (uint8_t* row = first; row < end; row += step) memset(row + made, 0, static_cast<size_t>(step - made));
+    if (step == made) memset(const_cast<uint8_t*>(end), 0, static_cast<size_t>(room - made));
+}
+
 // The source rows of a band, in place or made; rows that follow each other and are the same are one, unless rows are
 // chained. Null: out of memory.
 static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
@@ -418,36 +454,41 @@ static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work,
     const uint8_t** const pointers = pass.scratch.take<const uint8_t*>(total);
     // In place only two rows of constants are made.
     const int64_t most = isInPlace ? 2 : (isChained ? total : ownMostRows(pass.work, total));
-    uint8_t* next = pass.scratch.take<uint8_t>(most * step + (isChained ? room : 0));
+    uint8_t* const first = pass.scratch.take<uint8_t>(most * step + (isChained ? room : 0));
+    uint8_t* next = first;
     OwnMoves moves;
-    if (pointers == nullptr || next == nullptr || !ownOpenMoves(pass, moves, reaches)) return nullptr;
+    if (pointers == nullptr || first == nullptr || !ownOpenMoves(pass, moves, reaches)) return nullptr;
     const ptrdiff_t column = static_cast<ptrdiff_t>(pass.work.sourceRect.x + reaches[0].first - pass.source.rect.x);
     OwnRowPlace last = { -1, -1 };
-    for (int64_t k = 0; k < total; ++k) {
+    for (int64_t k = 0; k < total;) {
         const OwnRowPlace place = ownPlaceBandRow(pass, y, k);
-        if (place == last) {
-            pointers[k] = isChained ? next : pointers[k - 1];
-            if (isChained) memcpy(next, pointers[k - 1], static_cast<size_t>(step));
-            if (isChained) next += step;
+        if (place == last && !isChained) {
+            pointers[k] = pointers[k - 1];
+            ++k;
             continue;
         }
-        last = place;
-        if (isInPlace && place.y >= 0) {
-            pointers[k] = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
-            continue;
-        }
-        if (moves.side != place.side) {
+        const bool isInside = place.side == OWN_SIDE_NONE;
+        const int64_t count = isInside ? std::min(ownRowsInside(pass, y, k), total - k) : 1;
+        last = { place.side, place.y + static_cast<int32_t>(count) - 1 };
+        const bool isMade = !isInPlace || place.y < 0;
+        if (isMade && moves.side != place.side) {
             moves.side = place.side;
             moves.n = moves.count = 0;
             ownAddReach(pass, moves, reaches[0]);
             if (work.part.columns[1].count > 0) ownAddReach(pass, moves, reaches[1]);
         }
-        ownMakeRow(pass, moves, place.y, next);
-        // What fills up a block is computed too: left as it was, it might be numbers that processors are slow on.
-        if (pass.work.source->depth == PXK_DEPTH_32F) memset(next + made, 0, static_cast<size_t>(room - made));
-        pointers[k] = next;
-        next += step;
+        const uint8_t* row = next;
+        if (isMade) {
+            ownMakeRows(pass, moves, place.y, next, step, count);
+            next += count * step;
+        } else {
+            row = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
+        }
+        const ptrdiff_t rowStep = isMade ? step : pass.pixels.rowStep;
+        for (const int64_t end = k + count; k < end; ++k, row += rowStep) pointers[k] = row;
     }
+    // What fills up a block is computed too: left as it was, it might be numbers that processors are slow on.
+    if (pass.work.source->depth == PXK_DEPTH_32F) ownClearGaps(first, next, made, step, room);
     return pointers;
 }
 
@@ -485,16 +526,22 @@ static bool ownIsStaged(const OwnPass& pass, const OwnPartWork& work)
 static void ownStoreStaged(const OwnPass& pass, const OwnPartWork& work, const OwnRows& rows, const OwnView& staged)
 {
     const OwnView all = ownPassView(pass, work.piece);
+    const bool isPlain = work.piece.mask == nullptr && ownLieAsMade(all, { pass.step, pass.isBitRows() });
     int32_t at = 0;
     for (const OwnColumns& columns : work.part.columns) {
         if (columns.count == 0) continue;
         const OwnRows allRows = { 0, rows.count };
         const OwnView views[2] = { ownViewPart(staged, allRows, { at, columns.count }),
                                    ownViewPart(all, rows, columns) };
+        at += columns.count + pass.work.margins.left + pass.work.margins.right;
+        if (isPlain) {
+            ownCopyByteRows(views[0].first, views[0].rowStep, views[1].first, views[1].rowStep,
+                            columns.count * views[1].pixelStep, rows.count);
+            continue;
+        }
         OwnBits mask;
         if (work.piece.mask != nullptr) mask = ownBitsAt(*work.piece.mask, columns.first, rows.first);
-        ownRunViews(views, 2, 1, work.piece.mask != nullptr ? &mask : nullptr, OwnCopyRow { staged.sampleBytes });
-        at += columns.count + pass.work.margins.left + pass.work.margins.right;
+        ownCopyView(views[0], views[1], work.piece.mask != nullptr ? &mask : nullptr);
     }
 }
 

@@ -255,7 +255,11 @@ void separableFP(const Call& i)
 
 // One table for up to four channels.
 struct Tables {
-    int32_t key[3] = { 0, 128, 256 }, value[3] = { 10, 200, 0 }, factor[3] = { 1, 0, 0 };
+    explicit Tables(int32_t levels)
+        : key { 0, levels / 2, levels }
+    {
+    }
+    int32_t key[3], value[3] = { 10, 200, 0 }, factor[3] = { 1, 0, 0 };
     PxkLUT lut = { 3, key, value, factor, 1 };
     PxkLUT* luts[4] = { &lut, &lut, &lut, &lut };
 };
@@ -396,12 +400,14 @@ const std::vector<Function>& functions()
             pxkApplyColorTwist(i[0], i[1], twist, 0); pxkDeleteColorTwist(twist)),
         TWO(pxkColorTwistFP, "pxkColorTwistFP(src, dst, twist), twist 0 0 1 0 / 0 1 0 5 / 1 0 0 0",
             pxkColorTwistFP(i[0], i[1], twistFP)),
-        ONE(pxkComputeHisto, "pxkComputeHisto(image, luts), keys 0 128 256", Tables t; pxkComputeHisto(i[0], t.luts);
-            *i.found = "value " + numberText(t.value[0]) + " " + numberText(t.value[1])),
+        ONE(pxkComputeHisto, "pxkComputeHisto(image, luts), keys 0 128 256",
+            Tables t(i[0]->depth == PXK_DEPTH_1U ? 2 : 256);
+            pxkComputeHisto(i[0], t.luts); *i.found = "value " + numberText(t.value[0]) + " " + numberText(t.value[1])),
         TWO(pxkContrastStretch, "pxkContrastStretch(src, dst, luts), keys 0 128 256, values 10 200, factors 1 0, ramps",
-            Tables t;
+            Tables t(i[0]->depth == PXK_DEPTH_1U ? 2 : 256);
             pxkContrastStretch(i[0], i[1], t.luts)),
-        TWO(pxkHistoEqualize, "pxkHistoEqualize(src, dst, luts), keys 0 128 256, values 10 200", Tables t;
+        TWO(pxkHistoEqualize, "pxkHistoEqualize(src, dst, luts), keys 0 128 256, values 10 200",
+            Tables t(i[0]->depth == PXK_DEPTH_1U ? 2 : 256);
             pxkHistoEqualize(i[0], i[1], t.luts)),
         ONE(pxkMoments, "pxkMoments(image, &state)", PxkMomentState s = {}; pxkMoments(i[0], &s);
             *i.found = "moments[0][0].value " + numberText(s.moments[0][0].value) + ", moments[1][0].value "

@@ -1,5 +1,6 @@
-# Fails unless PAGE shows the file CODE, character by character, in a C block behind a line "<!-- NAME.c -->", or in its
-# first C block where there is no such line; but for the licence in the file's first line. With WRITE the block is replaced by the file.
+# Fails unless PAGE shows the file CODE, character by character but for the licence in its first line, in a C block behind
+# a line "<!-- NAME.c -->", or in the page's first C block where there is no such line. With WRITE the block is replaced
+# by the file.
 file(READ ${PAGE} page)
 file(READ ${CODE} code)
 string(REGEX REPLACE "^/\\* SPDX-[^\n]*\n" "" code "${code}")

@@ -1,5 +1,7 @@
 # What `cmake --install` puts where, and the packages that `cpack` makes of it: three components.
 
+include(CMakePackageConfigHelpers)
+
 install(TARGETS pxk EXPORT pxkTargets
         RUNTIME COMPONENT runtime
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT development

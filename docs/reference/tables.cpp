@@ -1,4 +1,4 @@
-// What each function takes, found out by calling it: pxk_tables >docs/reference/tables.dox
+// What each function takes, found out by calling it: pxk_tables include/pxk/pxk.h >docs/reference/tables.dox
 //
 // Every function of images is called on each pair of depths, and where that is taken, on the whole product of data
 // orders, region, channel of interest, alpha, masks, tiles and calls in place. What is told of one axis must hold in
@@ -616,6 +616,32 @@ Outcome run(const Function& f, const Trial& t, const Way& way, int32_t width = 1
     return outcome;
 }
 
+// ---- declarations --------------------------------------------------------------------------------------------------
+
+std::map<std::string, std::string> declarations; // by name
+
+bool readDeclarations(const char* header)
+{
+    FILE* file = fopen(header, "r");
+    if (file == nullptr) return false;
+    std::string text;
+    for (int c = fgetc(file); c != EOF; c = fgetc(file)) text += char(c);
+    fclose(file);
+    const std::string mark = "\nPXK_API ";
+    for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + 1)) {
+        std::string declaration;
+        for (size_t k = at + mark.size(); k < text.size() && text[k] != ';'; ++k) {
+            const bool isBlank = text[k] == ' ' || text[k] == '\n';
+            if (!isBlank || declaration.back() != ' ') declaration += isBlank ? ' ' : text[k];
+        }
+        const size_t convention = declaration.find("PXK_CALL ");
+        if (convention != std::string::npos) declaration.erase(convention, strlen("PXK_CALL "));
+        const size_t end = declaration.find('('), begin = declaration.rfind(' ', end) + 1;
+        declarations[declaration.substr(begin, end - begin)] = declaration;
+    }
+    return true;
+}
+
 // ---- what is taken -------------------------------------------------------------------------------------------------
 
 enum Axis { PLANE, MIXED, REGION, COI, ALPHA, MASK_FIRST, MASK_LAST, TILES, IN_PLACE, axisCount };
@@ -896,7 +922,7 @@ void printFunction(const Function& f)
         fprintf(stderr, "%s takes nothing\n", f.name);
         exit(1);
     }
-    printf("/**\n * @fn %s\n * @par Takes\n", f.name);
+    printf("/**\n * @fn %s\n * @par Takes\n", declarations.at(f.name).c_str());
     const bool hasSecond = f.count > 1;
     printf(" * | depth | pixels | planes |%s region | channel of interest | alpha |%s tiles |%s\n",
            hasSecond ? " mixed |" : "", hasSecond ? " mask of first | mask of last |" : " mask |",
@@ -992,7 +1018,8 @@ bool isBitmapTaken(const char* name, const Kind& kind, const Target& target, int
 
 void printBitmapFunction(const char* name)
 {
-    printf("/**\n * @fn %s\n * @par Takes\n * In pixel order and in planes:\n *\n * | bits a pixel |", name);
+    printf("/**\n * @fn %s\n * @par Takes\n * In pixel order and in planes:\n *\n * | bits a pixel |",
+           declarations.at(name).c_str());
     for (const Target& target : targets) printf(" %s |", target.name);
     printf("\n * |---|---|---|---|---|---|---|---|\n");
     for (const Kind& kind : kinds) {
@@ -1008,8 +1035,9 @@ void printBitmapFunction(const char* name)
 
 void printTranslation()
 {
-    printf("/**\n * @fn pxkTranslateDIB\n * @par Gives\n * With a gray ramp as table below 16 bits:\n *\n"
-           " * | bits a pixel | channels | depth | order | pixels |\n * |---|---|---|---|---|\n");
+    printf("/**\n * @fn %s\n * @par Gives\n * With a gray ramp as table below 16 bits:\n *\n"
+           " * | bits a pixel | channels | depth | order | pixels |\n * |---|---|---|---|---|\n",
+           declarations.at("pxkTranslateDIB").c_str());
     for (const Kind& kind : kinds) {
         Bitmap bitmap(kind);
         int32_t isClone = 0;
@@ -1028,8 +1056,8 @@ void printTranslation()
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        fprintf(stderr, "usage: pxk_tables exports.txt >tables.dox\n");
+    if (argc != 2 || !readDeclarations(argv[1])) {
+        fprintf(stderr, "usage: pxk_tables include/pxk/pxk.h >docs/reference/tables.dox\n");
         return 2;
     }
     pxkSetErrMode(PXK_ErrModeSilent);
@@ -1047,10 +1075,8 @@ int main(int argc, char** argv)
     printTranslation();
     told.insert("pxkTranslateDIB");
     // The others have no such table; a section of their own makes them a place to link to.
-    char name[100];
-    FILE* exports = fopen(argv[1], "r");
-    while (exports != nullptr && fscanf(exports, "%99s", name) == 1)
-        if (told.insert(name).second) printf("/**\n * @fn %s\n * @see @ref pxk_rules\n */\n\n", name);
-    if (exports != nullptr) fclose(exports);
-    return exports == nullptr;
+    for (const auto& [name, declaration] : declarations)
+        if (told.insert(name).second)
+            printf("/**\n * @fn %s\n * @details See also @ref pxk_rules.\n */\n\n", declaration.c_str());
+    return 0;
 }

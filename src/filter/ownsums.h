@@ -85,28 +85,45 @@ inline void ownSumFew(const Sum* from, Sum* spare, Sum* sums, ptrdiff_t width, p
 }
 
 // Wide windows: the sums of all samples in front, of which windows are differences. One chain of additions would wait
-// for itself; rows of one channel are cut into four, which take turns.
+// for itself; so rows are cut into four parts, which take turns, as the channels do.
+template <int32_t STEP, class Column, class Sum> inline void ownSumInFrontBy(const Column* from, Sum* to, ptrdiff_t n)
+{
+    constexpr int32_t parts = 4;
+    const ptrdiff_t part = n / (parts * STEP) * STEP;
+    Sum sum[parts][STEP] = {};
+    Sum* const sums = to + STEP;
+    for (ptrdiff_t i = 0; i < STEP; ++i) to[i] = 0;
+    for (ptrdiff_t i = 0; i < part; i += STEP) {
+        for (int32_t k = 0; k < parts; ++k) {
+            for (int32_t c = 0; c < STEP; ++c) {
+                const ptrdiff_t at = k * part + i + c;
+                sums[at] = sum[k][c] = static_cast<Sum>(sum[k][c] + from[at]);
+            }
+        }
+    }
+    for (int32_t k = 1; k < parts && part > 0; ++k) {
+        Sum* const own = sums + k * part;
+        Sum base[STEP];
+        for (int32_t c = 0; c < STEP; ++c) base[c] = own[c - STEP];
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < part; i += STEP) {
+            for (int32_t c = 0; c < STEP; ++c) own[i + c] = static_cast<Sum>(own[i + c] + base[c]);
+        }
+    }
+    for (ptrdiff_t i = parts * part; i < n; ++i) sums[i] = static_cast<Sum>(to[i] + from[i]);
+}
+
 template <class Column, class Sum> inline void ownSumInFront(const Column* from, Sum* to, ptrdiff_t n, ptrdiff_t step)
 {
+    switch (step) {
+    case 1: return ownSumInFrontBy<1>(from, to, n);
+    case 2: return ownSumInFrontBy<2>(from, to, n);
+    case 3: return ownSumInFrontBy<3>(from, to, n);
+    case 4: return ownSumInFrontBy<4>(from, to, n);
+    default: break;
+    }
     for (ptrdiff_t i = 0; i < step; ++i) to[i] = 0;
-    if (step > 1) {
-        for (ptrdiff_t i = 0; i < n; ++i) to[i + step] = static_cast<Sum>(to[i] + from[i]);
-        return;
-    }
-    const ptrdiff_t part = n / 4;
-    Sum sum[4] = {};
-    Sum* const sums = to + 1;
-    for (ptrdiff_t i = 0; i < part; ++i) {
-        for (ptrdiff_t k = 0; k < 4; ++k) sums[k * part + i] = sum[k] = static_cast<Sum>(sum[k] + from[k * part + i]);
-    }
-    Sum base = sum[0];
-    for (ptrdiff_t k = 1; k < 4; ++k) {
-        Sum* const own = sums + k * part;
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < part; ++i) own[i] = static_cast<Sum>(own[i] + base);
-        base = static_cast<Sum>(base + sum[k]);
-    }
-    for (ptrdiff_t i = 4 * part; i < n; ++i) sums[i] = base = static_cast<Sum>(base + from[i]);
+    for (ptrdiff_t i = 0; i < n; ++i) to[i + step] = static_cast<Sum>(to[i] + from[i]);
 }
 
 // Windows of so many columns are summed by their neighbours.

@@ -1,4 +1,3 @@
-#include "bitmaps.h"
 #include "gallery.h"
 #include "page.h"
 #include "pictures.h"
@@ -8,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <utility>
 
@@ -21,18 +21,10 @@ namespace fs = std::filesystem;
 
 namespace gallery {
 
-const Family* const families[] = {
-    &frameFamily,   &tilesFamily,   &arithFamily,       &scalarFamily, //
-    &bitFamily,     &compareFamily, &alphaFamily,       &ditherFamily, //
-    &bitmapFamily,  &convertFamily, &convolutionFamily, &fixedFamily,  //
-    &borderFamily,  &rankFamily,    &morphologyFamily,  &statsFamily,  //
-    &fourierFamily, &colourFamily,  &scaleFamily,       &warpFamily,
-};
-
 constexpr int32_t leastSide = 32;
-constexpr int32_t mostSide = 1024;           // larger pictures are shown at a fraction of their size
-constexpr double millisecondsEach = 60;      // an exhibit is repeated for about so long,
-constexpr int leastRuns = 3, usualRuns = 20; // but so often at least and at most
+constexpr int32_t mostSide =
+    400; // larger pictures are shown at a fraction of their size: the page has room for so many
+constexpr int usualRuns = 20;
 
 struct Options {
     std::string picture; // empty: the shipped one
@@ -41,11 +33,11 @@ struct Options {
     int mostRuns = usualRuns;
 };
 
-static const char* const usage = "usage: gallery [-o FOLDER] [-p PHOTOS] [-r RUNS] [PICTURE.bmp]\n"
+static const char* const usage = "usage: gallery [-o FOLDER] [-p PHOTOS] [-r RUNS] [PICTURE]\n"
                                  "  FOLDER   where the page goes, made when missing (default: gallery-page)\n"
                                  "  PHOTOS   where the photographs that come with pxk are\n"
                                  "  RUNS     how often an exhibit is run at most, to time it (default: 20)\n"
-                                 "  PICTURE  the bitmap to show (default: one of them)\n";
+                                 "  PICTURE  the BMP, PNG or JPEG file to show (default: one of them)\n";
 
 static bool isTerminal()
 {
@@ -59,19 +51,18 @@ static bool isTerminal()
 // On a terminal one line that is written over; elsewhere a line for each family.
 class Progress {
 public:
-    Progress()
+    explicit Progress(const std::vector<Family>& families)
     {
-        for (const Family* family : families) total_ += family->count;
+        for (const Family& family : families) total_ += family.exhibits.size();
     }
 
-    void step(const Family& family, const char* title)
+    void step(const Family& family, const std::string& title)
     {
         ++done_;
         if (onTerminal_)
-            std::fprintf(stderr, "\r[%2zu/%zu] %-70.70s", done_, total_,
-                         (std::string(family.title) + ": " + title).c_str());
+            std::fprintf(stderr, "\r[%2zu/%zu] %-70.70s", done_, total_, (family.title + ": " + title).c_str());
         else if (last_ != &family)
-            std::fprintf(stderr, "[%2zu/%zu] %s\n", done_, total_, family.title);
+            std::fprintf(stderr, "[%2zu/%zu] %s\n", done_, total_, family.title.c_str());
         std::fflush(stderr);
         last_ = &family;
     }
@@ -86,23 +77,6 @@ private:
     const Family* last_ = nullptr;
     size_t done_ = 0, total_ = 0;
 };
-
-// Runs an exhibit several times and keeps the fastest run.
-static Result perform(const Exhibit& exhibit, const Inputs& inputs, int mostRuns)
-{
-    Result best;
-    double spent = 0;
-    for (int run = 0; run < mostRuns && (run < leastRuns || spent < millisecondsEach); ++run) {
-        Stage stage(inputs);
-        exhibit.run(stage, stage.photo, stage.like(stage.photo));
-        stage.result.reports = takeReports();
-        spent += stage.result.milliseconds;
-        const bool failed = !stage.result.reports.empty();
-        if (run == 0 || failed || stage.result.milliseconds < best.milliseconds) best = std::move(stage.result);
-        if (failed) break;
-    }
-    return best;
-}
 
 // The largest size of the same shape that is not above the limit, with both sides long enough for the exhibits.
 static std::pair<int32_t, int32_t> shownSize(int32_t width, int32_t height)
@@ -122,10 +96,10 @@ static bool fail(const std::string& message)
     return false;
 }
 
-static Image readOrSay(const fs::path& path)
+static ImagePtr readOrSay(const fs::path& path)
 {
     std::string why;
-    Image image = readPicture(path.string(), why);
+    ImagePtr image = readPicture(path.string(), why);
     if (!image) fail(path.string() + ": " + why);
     return image;
 }
@@ -134,8 +108,8 @@ static bool readInputs(const Options& options, Inputs& inputs, Page& page)
 {
     const fs::path photos = options.photos;
     const fs::path picture = options.picture.empty() ? photos / "astronaut-24.bmp" : fs::path(options.picture);
-    const Image whole = readOrSay(picture), second = readOrSay(photos / "chelsea-pal8.bmp"),
-                writing = readOrSay(photos / "text-1bit.bmp");
+    const ImagePtr whole = readOrSay(picture), second = readOrSay(photos / "chelsea-pal8.bmp"),
+                   writing = readOrSay(photos / "text-1bit.bmp");
     if (!whole || !second || !writing) return false;
 
     const auto [w, h] = shownSize(whole->width, whole->height);
@@ -152,14 +126,15 @@ static bool readInputs(const Options& options, Inputs& inputs, Page& page)
     inputs.rings = makeRings(w, h);
     inputs.ellipse = makeEllipse(w, h);
     if (inputs.photo) inputs.gray = toGray(*inputs.photo);
-    if (const Image ink = toGray(*writing)) inputs.writing = makeInk(*ink, 128);
+    if (inputs.gray) page.detail = findDetail(*inputs.gray);
+    if (const ImagePtr ink = toGray(*writing)) inputs.writing = makeInk(*ink, 128);
     return inputs.photo && inputs.gray && inputs.other && inputs.ramp && inputs.rings && inputs.ellipse
         && inputs.writing;
 }
 
 static bool save(const fs::path& folder, const std::string& name, PxkImage& image, Shot& shot)
 {
-    shot = { name + ".bmp", image.width, image.height };
+    shot = { name + pictureSuffix, image.width, image.height };
     std::string why;
     return writePicture((folder / shot.file).string(), image, why) || fail((folder / shot.file).string() + ": " + why);
 }
@@ -168,7 +143,7 @@ static bool saveStarts(const Inputs& inputs, const fs::path& folder, Page& page)
 {
     const struct {
         const char *name, *sentence;
-        const Image& image;
+        const ImagePtr& image;
     } starts[] = {
         { "photo", "the picture, 8 bits a channel, in the order blue, green, red", inputs.photo },
         { "gray", "the same with one channel", inputs.gray },
@@ -186,23 +161,41 @@ static bool saveStarts(const Inputs& inputs, const fs::path& folder, Page& page)
     return true;
 }
 
-// False when a file could not be written; an exhibit that failed is counted.
-static bool performAll(const Options& options, const Inputs& inputs, const fs::path& folder, Page& page, int& nFailed)
+static bool saveText(const fs::path& path, const std::string& text)
 {
-    Progress progress;
-    for (const Family* family : families) {
-        page.sections.push_back({ family, {} });
-        for (size_t i = 0; i < family->count; ++i) {
-            const Exhibit& exhibit = family->exhibits[i];
-            progress.step(*family, exhibit.title);
-            Card card = { exhibit.title, exhibit.sentence, perform(exhibit, inputs, options.mostRuns), {} };
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    file.close();
+    return file.good() || fail(path.string() + ": can't be written");
+}
+
+// The picture on the left of a pair: one to start from, or what an exhibit before it gave.
+static Shot shotBefore(const Page& page, const std::string& name)
+{
+    for (const Start& start : page.starts)
+        if (start.name == name) return start.shot;
+    for (const Section& section : page.sections)
+        for (const Card& card : section.cards)
+            if (card.exhibit->name == name) return card.shot;
+    return {};
+}
+
+// False when a file could not be written; an exhibit that failed is counted.
+static bool performAll(const Options& options, const std::vector<Family>& families, const Inputs& inputs,
+                       const fs::path& folder, Page& page, int& nFailed)
+{
+    Progress progress(families);
+    for (const Family& family : families) {
+        page.sections.push_back({ &family, {} });
+        for (const Exhibit& exhibit : family.exhibits) {
+            progress.step(family, exhibit.title);
+            Card card = { &exhibit, perform(exhibit, inputs, options.mostRuns), {}, shotBefore(page, exhibit.before) };
             if (!card.result.reports.empty()) {
                 ++nFailed;
-                fail(std::string(exhibit.title) + ": " + card.result.reports);
+                fail(exhibit.title + ": " + card.result.reports);
             }
-            if (card.result.picture
-                && !save(folder, family->name + ("-" + std::to_string(i + 1)), *card.result.picture, card.shot))
-                return false;
+            if (!saveText(folder / programFile(exhibit), exhibit.program)) return false;
+            if (card.result.picture && !save(folder, exhibit.name, *card.result.picture, card.shot)) return false;
             card.result.picture.reset();
             page.sections.back().cards.push_back(std::move(card));
         }
@@ -231,8 +224,8 @@ static bool readOptions(int argc, char** argv, Options& options)
 
 int run(const Options& options)
 {
-    pxkRedirectError(keepReport);
     pxkSetErrMode(PXK_ErrModeParent);
+    pxkRedirectError(pxkStdErrReport);
 
     Page page;
     Inputs inputs;
@@ -240,11 +233,14 @@ int run(const Options& options)
 
     const fs::path folder = options.folder;
     std::error_code error;
-    fs::create_directories(folder, error);
+    fs::create_directories(folder / "code", error);
     if (error) return fail(options.folder + ": " + error.message()), 1;
 
+    const std::vector<Family> families = readFamilies();
     int nFailed = 0;
-    if (!saveStarts(inputs, folder, page) || !performAll(options, inputs, folder, page, nFailed)) return 1;
+    if (!saveText(folder / "code" / "try.h", tryHeader()) || !saveStarts(inputs, folder, page)
+        || !performAll(options, families, inputs, folder, page, nFailed))
+        return 1;
     const fs::path index = folder / "index.html";
     if (!writePage(page, index.string())) return fail(index.string() + ": can't be written"), 1;
 

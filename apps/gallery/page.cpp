@@ -1,5 +1,6 @@
 #include "page.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
@@ -7,55 +8,65 @@
 namespace gallery {
 
 static const char* const style = R"css(
-:root { color-scheme: light dark; --back: #f4f4f2; --card: #fff; --ink: #1d1f21; --soft: #5d6166; --line: #dcdcd8;
-    --mark: #0b63a5; --code: #f0f2f4; }
-@media (prefers-color-scheme: dark) {
-:root { --back: #191a1c; --card: #232527; --ink: #e6e6e3; --soft: #a0a4a8; --line: #36393c; --mark: #74b8ee;
-        --code: #1b1d1f; }
-}
+:root { color-scheme: light dark; --back: #fbfbfa; --ink: #17191c; --soft: #575c63; --line: #e2e2de; --mark: #0a5c9c;
+    --code: #f1f2f1; --ground: #e9e9e6; --bad: #b3261e; --head: 0px;
+    --mono: ui-monospace, "SF Mono", "DejaVu Sans Mono", Consolas, monospace; }
+@media (prefers-color-scheme: dark) { :root { --back: #141517; --ink: #e9e9e6; --soft: #a3a8ae; --line: #2c2f33;
+    --mark: #7dbdf0; --code: #1d1f22; --ground: #0c0d0e; --bad: #ff8a80; } }
 * { box-sizing: border-box; }
-body { margin: 0; background: var(--back); color: var(--ink); font: 15px/1.5 system-ui, sans-serif; }
-header, main, footer { max-width: 1320px; margin: 0 auto; padding: 0 24px; }
-header { display: flex; gap: 32px; align-items: flex-end; padding-top: 40px; padding-bottom: 24px; flex-wrap: wrap; }
-header > div { flex: 1 1 420px; }
-header img { width: auto; height: auto; max-width: 240px; max-height: 240px; border-radius: 8px; }
-h1 { margin: 0 0 6px; font-size: 34px; line-height: 1.15; letter-spacing: -0.01em; }
-header p { margin: 0 0 8px; max-width: 68ch; color: var(--soft); }
-dl { display: grid; grid-template-columns: max-content 1fr; gap: 2px 16px; margin: 14px 0 0; }
-dt { color: var(--soft); } dd { margin: 0; }
-nav { position: sticky; top: 0; z-index: 1; background: var(--back); border-bottom: 1px solid var(--line); }
-nav div { max-width: 1320px; margin: 0 auto; padding: 8px 24px; display: flex; gap: 6px 18px; flex-wrap: wrap; }
+html { scroll-padding-top: calc(var(--head) + 16px); -webkit-text-size-adjust: 100%; }
+body { margin: 0; background: var(--back); color: var(--ink); font: 15px/1.55 system-ui, "Liberation Sans", sans-serif; }
 a { color: var(--mark); text-decoration: none; } a:hover { text-decoration: underline; }
-nav span { color: var(--soft); font-size: 13px; }
-section { padding-top: 28px; scroll-margin-top: 44px; }
-h2 { margin: 0 0 2px; font-size: 22px; } h3 { margin: 0; font-size: 15px; }
-section > p { margin: 0 0 14px; max-width: 80ch; color: var(--soft); }
-.grid { display: grid; grid-template-columns: repeat(auto-fill, minmax(280px, 1fr)); gap: 18px; align-items: start; }
-.small { grid-template-columns: repeat(auto-fill, minmax(150px, 1fr)); gap: 14px; }
-figure { margin: 0; background: var(--card); border: 1px solid var(--line); border-radius: 8px; overflow: hidden;
-     scroll-margin-top: 60px; }
-figure > a { display: block; background: var(--code); cursor: zoom-in; }
-figure img { display: block; width: 100%; height: auto; max-height: 560px; object-fit: contain; }
-figcaption { padding: 10px 12px 12px; }
-figcaption p { margin: 2px 0 8px; color: var(--soft); font-size: 14px; }
-.small figcaption { padding: 7px 10px 9px; } .small p { margin: 0; font-size: 13px; line-height: 1.35; }
-pre { margin: 0; padding: 8px 10px; background: var(--code); border-radius: 5px; white-space: pre-wrap;
-  overflow-wrap: anywhere;
-  font: 11.5px/1.5 ui-monospace, "DejaVu Sans Mono", Consolas, monospace; }
-.time { display: flex; justify-content: space-between; margin-top: 7px; color: var(--soft); font-size: 13px;
-    font-variant-numeric: tabular-nums; }
-.wide { grid-column: span 2; }
-.words { margin-top: 8px; background: none; border: 1px solid var(--line); color: var(--soft); }
-.failed { border-color: #c33; }
-.box { display: none; position: fixed; inset: 0; z-index: 2; background: rgba(12, 13, 14, .93); color: #eee; }
-.box:target { display: grid; grid-template-rows: 1fr auto; }
-.box > a { display: flex; align-items: center; justify-content: center; min-height: 0; padding: 20px; cursor: zoom-out; }
-.box img { max-width: 100%; max-height: 100%; object-fit: contain; }
-.box div { padding: 0 20px 18px; text-align: center; }
-.box div a { color: #8cc8f5; margin: 0 10px; }
-.box code { font: 13px ui-monospace, "DejaVu Sans Mono", monospace; color: #bbb; }
-footer { padding-top: 34px; padding-bottom: 48px; color: var(--soft); font-size: 13.5px; }
-@media (max-width: 640px) { .wide { grid-column: auto; } }
+a:focus-visible { outline: 2px solid var(--mark); outline-offset: 2px; }
+nav { position: sticky; top: 0; z-index: 1; background: var(--back); border-bottom: 1px solid var(--line); }
+nav ul { margin: 0; padding: 0 16px; list-style: none; display: flex; gap: 20px; overflow-x: auto; white-space: nowrap;
+    scrollbar-width: none; }
+nav a { display: block; padding: 9px 0 10px; color: var(--soft); font-size: 14px; }
+nav span { float: right; margin-left: 8px; font-size: 12.5px; font-variant-numeric: tabular-nums; }
+main { padding: 0 16px; max-width: 1240px; }
+header { padding: 36px 0 8px; display: grid; gap: 28px; }
+header img { display: block; max-width: 100%; height: auto; border-radius: 3px; }
+h1 { margin: 0 0 10px; font-size: 32px; line-height: 1.15; letter-spacing: -.02em; font-weight: 650; }
+h2 { margin: 0 0 4px; font-size: 23px; letter-spacing: -.01em; font-weight: 650; }
+h3 { margin: 0; font-size: 16px; font-weight: 650; } h3 a { color: inherit; }
+p { margin: 0 0 10px; max-width: 68ch; } .soft, .card p, section > p { color: var(--soft); }
+dl { display: grid; grid-template-columns: max-content 1fr; gap: 3px 18px; margin: 18px 0 0; font-size: 14px; }
+dt { color: var(--soft); } dd { margin: 0; overflow-wrap: anywhere; }
+section { padding: 44px 0 0; }
+.starts { display: grid; grid-template-columns: repeat(auto-fill, minmax(132px, 1fr)); gap: 18px; margin-top: 16px; }
+.starts img { width: 100%; aspect-ratio: 4 / 3; height: auto; object-fit: cover; display: block; border-radius: 3px;
+    background: var(--ground); }
+.starts p { margin: 2px 0 0; font-size: 13px; line-height: 1.4; color: var(--soft); }
+.strip { display: flex; flex-wrap: wrap; gap: 5px; margin: 14px 0 22px; }
+.strip a { display: block; border-radius: 3px; overflow: hidden; } .strip a:hover { outline: 2px solid var(--mark); }
+.strip img { display: block; width: 62px; height: 62px; object-fit: cover; background: var(--ground); }
+.card { display: grid; gap: 16px 32px; padding: 26px 0; border-top: 1px solid var(--line); align-items: start;
+    grid-template-columns: minmax(0, 1fr); }
+.shown { display: grid; gap: 8px; grid-template-columns: minmax(0, 1fr); }
+.shown.two { grid-template-columns: minmax(0, 1fr) minmax(0, 1fr); }
+.shown a { display: block; cursor: zoom-in; overflow: hidden; border-radius: 3px; background: var(--ground); }
+.shown img { display: block; width: auto; height: auto; max-width: 100%; max-height: 460px; margin: 0 auto; }
+.shown img.part { width: 100%; height: 300px; max-height: none; object-fit: none; image-rendering: pixelated; }
+figure { margin: 0; } figcaption { margin-top: 4px; font-size: 12.5px; color: var(--soft); }
+.text { min-width: 0; } .text p { margin: 2px 0 12px; }
+code, pre { font: 12.5px/1.6 var(--mono); }
+pre { margin: 0; padding: 12px 14px; overflow: auto; max-height: 420px; background: var(--code); color: var(--soft);
+    border-radius: 4px; tab-size: 4; }
+pre b { font-weight: 600; color: var(--ink); } pre.words { color: var(--ink); background: none; max-height: none;
+    border: 1px solid var(--line); white-space: pre-wrap; overflow-wrap: anywhere; }
+.foot { display: flex; justify-content: space-between; gap: 16px; margin: 8px 0 0 !important; max-width: none;
+    font-size: 13.5px; font-variant-numeric: tabular-nums; }
+.failed h3 { color: var(--bad); }
+footer { padding: 30px 0 60px; margin-top: 20px; border-top: 1px solid var(--line); color: var(--soft); font-size: 13.5px; }
+@media (max-width: 999px) { :root { --head: 43px; } nav span { display: none; } }
+@media (min-width: 700px) { header { grid-template-columns: minmax(0, 1fr) auto; align-items: start; }
+    header img { max-width: 250px; max-height: 250px; } main { padding: 0 28px; } nav ul { padding: 0 28px; } }
+@media (min-width: 1000px) {
+    body { display: grid; grid-template-columns: 236px minmax(0, 1fr); }
+    nav { height: 100vh; overflow-y: auto; border-bottom: 0; border-right: 1px solid var(--line); }
+    nav ul { display: block; padding: 32px 20px; white-space: normal; } nav a { padding: 3.5px 0; line-height: 1.35; }
+    main { padding: 0 44px; } header { padding-top: 48px; }
+    .card { grid-template-columns: 400px minmax(0, 1fr); } .wide { grid-template-columns: minmax(0, 1fr); } }
 )css";
 
 static std::string escape(const std::string& text)
@@ -76,168 +87,176 @@ static std::string escape(const std::string& text)
     return out;
 }
 
-// Code as it came from the preprocessor is one line. Statements get lines of their own and blocks are indented; a
-// loop's head and an initialiser stay together.
-static std::string breakLines(const std::string& code)
+// Three digits, in the unit that suits them.
+static std::string timeOf(double milliseconds)
 {
-    std::string out;
-    int round = 0, blocks = 0, lists = 0;
-    const auto newLine = [&] {
-        while (!out.empty() && out.back() == ' ') out.pop_back();
-        out += '\n' + std::string(static_cast<size_t>(4 * blocks), ' ');
-    };
-    for (size_t i = 0; i < code.size(); ++i) {
-        const char c = code[i];
-        if (c == ' ' && !out.empty() && (out.back() == ' ' || out.back() == '\n')) continue;
-        const bool opensBlock = c == '{' && round == 0 && out.size() > 1 && out[out.size() - 2] == ')';
-        if (c == '}' && lists == 0) {
-            --blocks;
-            newLine();
-        }
-        out += c;
-        round += c == '(' ? 1 : c == ')' ? -1 : 0;
-        blocks += opensBlock;
-        lists += c == '{' && !opensBlock ? 1 : c == '}' && lists > 0 ? -1 : 0;
-        const size_t next = code.find_first_not_of(' ', i + 1);
-        const bool ends = c == ';' && round == 0 && next != std::string::npos && code[next] != '}';
-        if (opensBlock || ends) newLine();
-    }
-    return out.empty() || out.back() == ';' || out.back() == '}' ? out : out + ';';
-}
-
-static std::string number(const char* format, double value)
-{
+    const bool isShort = milliseconds < 1;
+    const double value = isShort ? 1000 * milliseconds : milliseconds;
     char text[64];
-    std::snprintf(text, sizeof text, format, value);
+    std::snprintf(text, sizeof text, "%.*f %s", value < 10 ? 2 : value < 100 ? 1 : 0, value, isShort ? "µs" : "ms");
     return text;
 }
 
-static std::string timeOf(const Result& result)
+static std::string idOf(const Exhibit& exhibit)
 {
-    const double ms = result.milliseconds;
-    return number(ms < 0.1 ? "%.4f" : ms < 10 ? "%.3f" : "%.1f", ms) + " ms";
+    std::string id = exhibit.name;
+    std::replace(id.begin(), id.end(), '_', '-');
+    return id;
 }
 
-static std::string rateOf(const Result& result)
+std::string programFile(const Exhibit& exhibit)
 {
-    const double rate = result.milliseconds > 0 ? result.pixels / result.milliseconds / 1000 : 0;
-    return number(rate < 10 ? "%.1f" : "%.0f", rate) + " Mpixel/s";
+    return "code/" + idOf(exhibit) + ".c";
 }
 
-static void writeImage(std::ostream& out, const Shot& shot, const std::string& title)
+static void writeImage(std::ostream& out, const Shot& shot, const std::string& title, const std::string& rest = "")
 {
     out << "<img loading=\"lazy\" src=\"" << escape(shot.file) << "\" width=\"" << shot.width << "\" height=\""
-        << shot.height << "\" alt=\"" << escape(title) << "\">";
+        << shot.height << "\" alt=\"" << escape(title) << "\"" << rest << '>';
 }
 
-static std::string idOf(const Section& section, size_t i)
+static void writeShown(std::ostream& out, const Shot& shot, const std::string& title, const std::string& rest,
+                       const std::string& caption)
 {
-    return section.family->name + ("-" + std::to_string(i + 1));
+    out << "<figure><a href=\"" << escape(shot.file) << "\">";
+    writeImage(out, shot, title, rest);
+    out << "</a>";
+    if (!caption.empty()) out << "<figcaption>" << caption << "</figcaption>";
+    out << "</figure>";
 }
 
-static void writeCard(std::ostream& out, const Section& section, size_t i)
+// Pixels as they are: the part round the detail, which the picture's frame cuts out.
+static std::string partOf(const Page& page)
 {
-    const Card& card = section.cards[i];
-    const std::string id = idOf(section, i);
-    const bool failed = !card.result.reports.empty();
-    const bool isWide = card.shot.file.empty() || card.shot.width >= 3 * card.shot.height;
-    out << "<figure id=\"" << id << "\" class=\"" << (isWide ? "wide" : "") << (failed ? " failed" : "") << "\">";
-    if (!card.shot.file.empty()) {
-        out << "<a href=\"#" << id << "-large\">";
-        writeImage(out, card.shot, card.title);
+    char text[120];
+    std::snprintf(text, sizeof text, " class=\"part\" style=\"object-position:%.1f%% %.1f%%\"", 100 * page.detail.x,
+                  100 * page.detail.y);
+    return text;
+}
+
+static void writeResult(std::ostream& out, const Page& page, const Card& card)
+{
+    const std::string& title = card.exhibit->title;
+    const bool isPair = !card.before.file.empty();
+    out << "<div class=\"shown" << (isPair ? " two" : "") << "\">";
+    if (isPair) {
+        writeShown(out, card.before, "before: " + title, partOf(page), "before, pixel for pixel");
+        writeShown(out, card.shot, title, partOf(page), "after");
+    } else if (!card.shot.file.empty()) {
+        const bool isPart = card.exhibit->view == View::detail;
+        writeShown(out, card.shot, title, isPart ? partOf(page) : "", isPart ? "a part, pixel for pixel" : "");
+    }
+    if (!card.result.text.empty()) out << "<pre class=\"words\">" << escape(card.result.text) << "</pre>";
+    out << "</div>";
+}
+
+static void writeCode(std::ostream& out, const std::vector<Line>& code)
+{
+    out << "<pre tabindex=\"0\">";
+    for (size_t i = 0; i < code.size(); ++i) {
+        if (code[i].isTimed && (i == 0 || !code[i - 1].isTimed)) out << "<b>";
+        out << escape(code[i].text);
+        if (code[i].isTimed && (i + 1 == code.size() || !code[i + 1].isTimed)) out << "</b>";
+        out << '\n';
+    }
+    out << "</pre>";
+}
+
+static void writeCard(std::ostream& out, const Page& page, const Card& card)
+{
+    const Exhibit& exhibit = *card.exhibit;
+    const bool isFailed = !card.result.reports.empty();
+    const bool isWide = card.shot.width > 2 * card.shot.height && exhibit.view == View::picture;
+    const std::string id = idOf(exhibit);
+    out << "<article class=\"card" << (isWide ? " wide" : "") << (isFailed ? " failed" : "") << "\" id=\"" << id
+        << "\">";
+    writeResult(out, page, card);
+    out << "<div class=\"text\"><h3><a href=\"#" << id << "\">" << escape(exhibit.title) << "</a></h3><p>"
+        << escape(exhibit.sentence) << "</p>";
+    writeCode(out, exhibit.code);
+    if (isFailed) out << "<pre class=\"words\">" << escape(card.result.reports) << "</pre>";
+    out << "<p class=\"foot\"><span>" << timeOf(card.result.milliseconds) << "</span><a href=\"" << programFile(exhibit)
+        << "\">the whole program</a></p></div></article>\n";
+}
+
+static void writeSection(std::ostream& out, const Page& page, const Section& section)
+{
+    out << "<section id=\"" << section.family->name << "\"><h2>" << escape(section.family->title) << "</h2><p>"
+        << escape(section.family->sentence) << "</p><div class=\"strip\">";
+    for (const Card& card : section.cards) {
+        if (card.shot.file.empty()) continue;
+        out << "<a href=\"#" << idOf(*card.exhibit) << "\" title=\"" << escape(card.exhibit->title) << "\">";
+        writeImage(out, card.shot, card.exhibit->title);
         out << "</a>";
     }
-    if (failed) out << "<pre class=\"words\">Failed: " << escape(card.result.reports) << "</pre>";
-    out << "<figcaption><h3>" << escape(card.title) << "</h3><p>" << escape(card.sentence) << "</p><pre><code>"
-        << escape(breakLines(card.result.code)) << "</code></pre>";
-    if (!card.result.text.empty()) out << "<pre class=\"words\">" << escape(card.result.text) << "</pre>";
-    if (!card.shot.file.empty())
-        out << "<div class=\"time\"><span>" << timeOf(card.result) << "</span><span>" << rateOf(card.result)
-            << "</span></div>";
-    out << "</figcaption></figure>\n";
+    out << "</div>\n";
+    for (const Card& card : section.cards) writeCard(out, page, card);
+    out << "</section>\n";
 }
 
-// The enlarged picture, shown while the address names it: a click on the picture goes back to the card.
-static void writeLarge(std::ostream& out, const Section& section, size_t i)
+static size_t countExhibits(const Page& page)
 {
-    const Card& card = section.cards[i];
-    if (card.shot.file.empty()) return;
-    const std::string id = idOf(section, i);
-    out << "<div class=\"box\" id=\"" << id << "-large\"><a href=\"#" << id << "\">";
-    writeImage(out, card.shot, card.title);
-    out << "</a><div>";
-    if (i > 0 && !section.cards[i - 1].shot.file.empty())
-        out << "<a href=\"#" << idOf(section, i - 1) << "-large\">&larr; back</a>";
-    out << "<b>" << escape(card.title) << "</b>";
-    if (i + 1 < section.cards.size() && !section.cards[i + 1].shot.file.empty())
-        out << "<a href=\"#" << idOf(section, i + 1) << "-large\">next &rarr;</a>";
-    out << "<br><code>" << escape(card.result.code) << "</code></div></div>\n";
+    size_t count = 0;
+    for (const Section& section : page.sections) count += section.cards.size();
+    return count;
 }
 
-static void writeHeader(std::ostream& out, const Page& page, size_t nExhibits)
+static void writeHeader(std::ostream& out, const Page& page)
 {
     const PxkLibVersion* const version = pxkGetLibVersion();
-    out << "<header><div><h1>What pxk does to a picture</h1>"
-           "<p>Each picture below was made by the code under it, run by the program that wrote this page. The "
-           "names in "
-           "the code are those of the pictures to start from; <code>out</code> is a new image, black before the "
-           "call, "
-           "or a copy of the picture to be changed; <code>w</code> and <code>h</code> are a width and a height. "
-           "Border modes are "
-           "<code>PXK_EDGE_CLAMP</code> where nothing else is said. Click a picture to enlarge it.</p><dl>"
+    out << "<header><div><h1>What pxk does to a picture</h1><p>Each picture below was made by the C code beside it, as "
+           "it stands, run by the program that wrote this page. The time is that of the lines in bold: the shortest of "
+           "several runs, on one thread of this machine.</p><dl>"
         << "<dt>Library</dt><dd>pxk " << version->major << '.' << version->minor << '.' << version->build
         << "</dd><dt>Picture</dt><dd>" << escape(page.input) << ", " << page.size << "</dd><dt>Exhibits</dt><dd>"
-        << nExhibits << " in " << page.sections.size() << " families</dd>"
-        << "<dt>Times</dt><dd>of the code shown, the shortest of several runs, one thread, on this machine</dd>"
-        << "</dl></div>";
+        << countExhibits(page) << " in " << page.sections.size() << " families</dd></dl></div>";
     writeImage(out, page.starts.front().shot, page.input);
     out << "</header>\n";
 }
 
 static void writeStarts(std::ostream& out, const Page& page)
 {
-    out << "<section id=\"start\"><h2>The pictures to start from</h2><div class=\"grid small\">\n";
+    out << "<section id=\"start\"><h2>To start from</h2><p>The code uses these names. <code>w</code> and "
+           "<code>h</code> are the width and height of <code>photo</code>, which all but <code>writing</code> have. "
+           "<code>out</code> is black and like <code>photo</code>, unless the code puts another image there: it is "
+           "what "
+           "is shown. <code>newImage</code> makes a black image of so many channels, of a depth, a width and a height. "
+           "Beyond the edges of a picture its last pixels go on (<code>PXK_EDGE_CLAMP</code>).</p>"
+           "<div class=\"starts\">\n";
     for (const Start& start : page.starts) {
-        out << "<figure id=\"start-" << start.name << "\"><a href=\"#start-" << start.name << "-large\">";
+        out << "<div><a href=\"" << start.shot.file << "\">";
         writeImage(out, start.shot, start.name);
-        out << "</a><figcaption><h3><code>" << start.name << "</code></h3><p>" << escape(start.sentence)
-            << "</p></figcaption></figure>\n";
+        out << "</a><p><code>" << start.name << "</code><br>" << escape(start.sentence) << "</p></div>\n";
     }
-    out << "</div></section>\n";
-    for (const Start& start : page.starts) {
-        out << "<div class=\"box\" id=\"start-" << start.name << "-large\"><a href=\"#start-" << start.name << "\">";
-        writeImage(out, start.shot, start.name);
-        out << "</a><div><b>" << start.name << "</b></div></div>\n";
-    }
+    out << "</div></section>\n<section id=\"run\"><h2>To run one</h2><p>The folder <code>code</code> beside this page "
+           "holds each exhibit as a whole program, with <a href=\"code/try.h\">try.h</a>, which reads these pictures "
+           "and writes <code>out.png</code>. With pxk and libpng installed:</p><pre tabindex=\"0\"><b>cd code\n"
+           "cc arith-add.c $(pkg-config --cflags --libs pxk libpng) -lm &amp;&amp; ./a.out</b></pre></section>\n";
+}
+
+static void writeNavigation(std::ostream& out, const Page& page)
+{
+    out << "<nav aria-label=\"Families\"><ul><li><a href=\"#start\">To start from</a></li>"
+           "<li><a href=\"#run\">To run one</a></li>";
+    for (const Section& section : page.sections)
+        out << "<li><a href=\"#" << section.family->name << "\"><span>" << section.cards.size() << "</span>"
+            << escape(section.family->title) << "</a></li>";
+    out << "</ul></nav>";
 }
 
 bool writePage(const Page& page, const std::string& path)
 {
-    size_t nExhibits = 0;
-    for (const Section& section : page.sections) nExhibits += section.cards.size();
-
     std::ostringstream out;
     out << "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
-        << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"><title>pxk: " << escape(page.input)
-        << "</title><style>" << style << "</style></head><body>\n";
-    writeHeader(out, page, nExhibits);
-    out << "<nav><div><a href=\"#start\">Pictures</a>";
-    for (const Section& section : page.sections)
-        out << "<a href=\"#" << section.family->name << "\">" << escape(section.family->title) << " <span>"
-            << section.cards.size() << "</span></a>";
-    out << "</div></nav><main>\n";
+        << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"><link rel=\"icon\" href=\"data:,\">"
+        << "<title>pxk: " << escape(page.input) << "</title><style>" << style << "</style></head><body>\n";
+    writeNavigation(out, page);
+    out << "<main>\n";
+    writeHeader(out, page);
     writeStarts(out, page);
-    for (const Section& section : page.sections) {
-        out << "<section id=\"" << section.family->name << "\"><h2>" << escape(section.family->title) << "</h2><p>"
-            << escape(section.family->sentence) << "</p><div class=\"grid\">\n";
-        for (size_t i = 0; i < section.cards.size(); ++i) writeCard(out, section, i);
-        out << "</div></section>\n";
-    }
-    for (const Section& section : page.sections)
-        for (size_t i = 0; i < section.cards.size(); ++i) writeLarge(out, section, i);
-    out << "</main><footer>Written by <code>gallery</code>. The photographs that come with pxk are in the public "
-           "domain "
-           "or CC0; tests/photos/README.md names their sources.</footer></body></html>\n";
+    for (const Section& section : page.sections) writeSection(out, page, section);
+    out << "<footer>Written by <code>gallery</code>. The photographs that come with pxk are in the public domain or "
+           "CC0; tests/photos/README.md names their sources.</footer></main></body></html>\n";
 
     std::ofstream file(path, std::ios::binary);
     file << out.str();

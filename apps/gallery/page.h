@@ -2,6 +2,7 @@
 #pragma once
 
 #include "gallery.h"
+#include "pictures.h"
 
 #include <string>
 #include <vector>
@@ -15,9 +16,9 @@ struct Shot {
 };
 
 struct Card {
-    std::string title, sentence;
+    const Exhibit* exhibit;
     Result result;
-    Shot shot; // file empty: show result.text
+    Shot shot, before; // file empty: there is none
 };
 
 struct Section {
@@ -27,16 +28,20 @@ struct Section {
 
 // One of the pictures that exhibits start from.
 struct Start {
-    std::string name, sentence; // the name that the captions use
+    std::string name, sentence; // the name that the code uses
     Shot shot;
 };
 
 struct Page {
     std::string input; // file name of the photograph
-    std::string size;  // such as "512 x 512"
+    std::string size;  // such as "512 × 512"
+    Detail detail;     // what to show of pictures that are not shown whole
     std::vector<Start> starts;
     std::vector<Section> sections;
 };
+
+// Where the program of an exhibit is, beside the page.
+std::string programFile(const Exhibit& exhibit);
 
 // False when the file can't be written.
 bool writePage(const Page& page, const std::string& path);

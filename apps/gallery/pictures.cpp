@@ -16,9 +16,9 @@ static void setBit(uint8_t* row, int32_t x)
 }
 
 // Fills a three-channel picture with gray levels.
-template <class Level> static Image drawLevels(int32_t width, int32_t height, Level level)
+template <class Level> static ImagePtr drawLevels(int32_t width, int32_t height, Level level)
 {
-    Image image = makeImage(3, PXK_DEPTH_8U, width, height, 0);
+    ImagePtr image = makeImage(3, PXK_DEPTH_8U, width, height);
     for (int32_t y = 0; image && y < height; ++y) {
         uint8_t* row = rowOf(*image, y);
         for (int32_t x = 0; x < width; ++x) std::fill_n(row + 3 * x, 3, level(x, y));
@@ -26,63 +26,28 @@ template <class Level> static Image drawLevels(int32_t width, int32_t height, Le
     return image;
 }
 
-// The mean of a box of one channel.
-static uint8_t boxMean(const PxkImage& image, int32_t x0, int32_t x1, int32_t y0, int32_t y1, int32_t c)
-{
-    int64_t sum = 0;
-    for (int32_t y = y0; y < y1; ++y)
-        for (int32_t x = x0; x < x1; ++x) sum += sampleAt(image, x, y, c);
-    const int64_t n = static_cast<int64_t>(x1 - x0) * (y1 - y0);
-    return static_cast<uint8_t>((sum + n / 2) / n);
-}
-
-Image makeImage(int32_t nChannels, int32_t depth, int32_t width, int32_t height, int32_t fill, int32_t dataOrder,
-                int32_t alphaChannel)
+ImagePtr makeImage(int32_t nChannels, int32_t depth, int32_t width, int32_t height, int32_t dataOrder)
 {
     const char* const model = nChannels == 1 ? "GRAY" : nChannels == 4 ? "RGBA" : "RGB";
-    const char* const sequence = nChannels == 1 ? "G\0\0" : nChannels == 4 ? "BGRA" : "BGR";
-    Image image(pxkCreateImageHeader(nChannels, alphaChannel, depth, model, sequence, dataOrder, 0, 32, width, height,
-                                     nullptr, nullptr, nullptr, nullptr));
+    const char* const sequence = nChannels == 1 ? "G" : nChannels == 4 ? "BGRA" : "BGR";
+    ImagePtr image(pxkCreateImageHeader(nChannels, nChannels == 4 ? 4 : 0, depth, model, sequence, dataOrder, 0, 32,
+                                        width, height, nullptr, nullptr, nullptr, nullptr));
     if (!image) return nullptr;
     if (depth == PXK_DEPTH_32F)
-        pxkAllocateImageFP(image.get(), 1, static_cast<float>(fill));
+        pxkAllocateImageFP(image.get(), 1, 0.0f);
     else
-        pxkAllocateImage(image.get(), 1, fill);
-    if (!image->imageData) return nullptr;
-    return image;
+        pxkAllocateImage(image.get(), 1, 0);
+    return image->imageData ? std::move(image) : nullptr;
 }
 
-uint8_t sampleAt(const PxkImage& image, int32_t x, int32_t y, int32_t c)
+void clearEdges(PxkImage* image)
 {
-    const uint8_t* row = rowOf(image, image.origin == 0 ? y : image.height - 1 - y);
-    if (image.depth == PXK_DEPTH_1U) return row[x / 8] & 0x80 >> x % 8 ? 255 : 0;
-    if (image.dataOrder == PXK_DATA_ORDER_PIXEL) return row[static_cast<ptrdiff_t>(x) * image.nChannels + c];
-    return row[static_cast<ptrdiff_t>(c) * image.height * image.widthStep + x];
+    pxkSetBorderMode(image, PXK_EDGE_CLAMP, PXK_SIDE_TOP | PXK_SIDE_BOTTOM | PXK_SIDE_LEFT | PXK_SIDE_RIGHT, 0);
 }
 
-Image toColour(const PxkImage& image)
+ImagePtr toGray(const PxkImage& colour)
 {
-    Image colour = makeImage(3, PXK_DEPTH_8U, image.width, image.height, 0);
-    for (int32_t y = 0; colour && y < image.height; ++y) {
-        uint8_t* out = rowOf(*colour, y);
-        for (int32_t x = 0; x < image.width; ++x)
-            for (int32_t c = 0; c < 3; ++c) *out++ = sampleAt(image, x, y, image.nChannels < 3 ? 0 : c);
-    }
-    return colour;
-}
-
-Image toPlanes(const PxkImage& colour)
-{
-    Image planes = makeImage(3, PXK_DEPTH_8U, colour.width, colour.height, 0, PXK_DATA_ORDER_PLANE);
-    for (int32_t y = 0; planes && y < 3 * colour.height; ++y)
-        for (int32_t x = 0; x < colour.width; ++x)
-            rowOf(*planes, y)[x] = sampleAt(colour, x, y % colour.height, y / colour.height);
-    return planes;
-}
-
-Image toGray(const PxkImage& colour)
-{
-    Image gray = makeImage(1, PXK_DEPTH_8U, colour.width, colour.height, 0);
+    ImagePtr gray = makeImage(1, PXK_DEPTH_8U, colour.width, colour.height);
     for (int32_t y = 0; gray && y < colour.height; ++y) {
         const uint8_t* in = rowOf(colour, y);
         uint8_t* out = rowOf(*gray, y);
@@ -93,41 +58,35 @@ Image toGray(const PxkImage& colour)
     return gray;
 }
 
-Image fitTo(const PxkImage& colour, int32_t width, int32_t height)
+ImagePtr fitTo(PxkImage& colour, int32_t width, int32_t height)
 {
-    Image fitted = makeImage(3, PXK_DEPTH_8U, width, height, 0);
-    // The part of the source with the wanted shape.
+    ImagePtr fitted = makeImage(3, PXK_DEPTH_8U, width, height);
+    // The side of the part with the wanted shape.
     const auto part = [](int32_t side, int32_t across, int32_t wanted, int32_t wantedAcross) {
         const int64_t fitting = std::max<int64_t>(1, static_cast<int64_t>(across) * wanted / wantedAcross);
         return static_cast<int32_t>(std::min<int64_t>(side, fitting));
     };
     const int32_t w = part(colour.width, colour.height, width, height);
     const int32_t h = part(colour.height, colour.width, height, width);
-    const int32_t left = (colour.width - w) / 2, top = (colour.height - h) / 2;
-    const auto edge = [](int32_t i, int32_t from, int32_t to) {
-        return static_cast<int32_t>(static_cast<int64_t>(i) * from / to);
-    };
-    for (int32_t y = 0; fitted && y < height; ++y) {
-        const int32_t y0 = top + edge(y, h, height);
-        const int32_t y1 = std::max(y0 + 1, top + edge(y + 1, h, height));
-        uint8_t* out = rowOf(*fitted, y);
-        for (int32_t x = 0; x < width; ++x) {
-            const int32_t x0 = left + edge(x, w, width);
-            const int32_t x1 = std::max(x0 + 1, left + edge(x + 1, w, width));
-            for (int32_t c = 0; c < 3; ++c) *out++ = boxMean(colour, x0, x1, y0, y1, c);
-        }
-    }
+    PxkROI middle = { 0, (colour.width - w) / 2, (colour.height - h) / 2, w, h };
+    colour.roi = &middle;
+    if (fitted && w == width && h == height)
+        pxkCopy(&colour, fitted.get());
+    else if (fitted)
+        pxkResize(&colour, fitted.get(), width, w, height, h,
+                  w >= width && h >= height ? PXK_INTER_SUPER : PXK_INTER_CUBIC);
+    colour.roi = nullptr;
     return fitted;
 }
 
-Image makeRamp(int32_t width, int32_t height)
+ImagePtr makeRamp(int32_t width, int32_t height)
 {
     return drawLevels(width, height, [=](int32_t x, int32_t) {
         return static_cast<uint8_t>(static_cast<int64_t>(x) * 255 / std::max(1, width - 1));
     });
 }
 
-Image makeRings(int32_t width, int32_t height)
+ImagePtr makeRings(int32_t width, int32_t height)
 {
     // The phase grows with the square of the distance: 8 rings up to half the shorter side.
     const double half = std::min(width, height) / 2.0;
@@ -138,9 +97,9 @@ Image makeRings(int32_t width, int32_t height)
     });
 }
 
-Image makeEllipse(int32_t width, int32_t height)
+ImagePtr makeEllipse(int32_t width, int32_t height)
 {
-    Image mask = makeImage(1, PXK_DEPTH_1U, width, height, 0);
+    ImagePtr mask = makeImage(1, PXK_DEPTH_1U, width, height);
     const double a = width * 0.36, b = height * 0.45;
     for (int32_t y = 0; mask && y < height; ++y)
         for (int32_t x = 0; x < width; ++x) {
@@ -150,13 +109,32 @@ Image makeEllipse(int32_t width, int32_t height)
     return mask;
 }
 
-Image makeInk(const PxkImage& gray, int32_t level)
+ImagePtr makeInk(const PxkImage& gray, int32_t level)
 {
-    Image ink = makeImage(1, PXK_DEPTH_1U, gray.width, gray.height, 0);
+    ImagePtr ink = makeImage(1, PXK_DEPTH_1U, gray.width, gray.height);
     for (int32_t y = 0; ink && y < gray.height; ++y)
         for (int32_t x = 0; x < gray.width; ++x)
             if (sampleAt(gray, x, y, 0) < level) setBit(rowOf(*ink, y), x);
     return ink;
+}
+
+Detail findDetail(const PxkImage& gray)
+{
+    constexpr int32_t side = 96, step = 16;
+    Detail best = { 0.5, 0.5 };
+    int64_t most = -1;
+    for (int32_t top = 0; top + side <= gray.height; top += step)
+        for (int32_t left = 0; left + side <= gray.width; left += step) {
+            int64_t steps = 0;
+            for (int32_t y = top + 1; y < top + side; ++y)
+                for (int32_t x = left + 1; x < left + side; ++x)
+                    steps += std::abs(sampleAt(gray, x, y, 0) - sampleAt(gray, x - 1, y, 0))
+                        + std::abs(sampleAt(gray, x, y, 0) - sampleAt(gray, x, y - 1, 0));
+            if (steps <= most) continue;
+            most = steps;
+            best = { (left + side / 2.0) / gray.width, (top + side / 2.0) / gray.height };
+        }
+    return best;
 }
 
 } // namespace gallery

@@ -15,7 +15,7 @@ static constexpr int64_t ownBandBytes = 128 * 1024;
 static constexpr int64_t ownFixedBandBytes = 256 * 1024;
 
 // One pass of an engine: all channels of pixel-ordered images together, or a single channel.
-struct OwnPass {
+struct OwnWindowPass {
     const OwnWindowWork& work;
     OwnBandEngine engine;
     OwnScratch& scratch;
@@ -137,7 +137,7 @@ static OwnRowPlace ownPlaceRow(const OwnSource& source, int64_t y)
 }
 
 // The place of row k of those that output rows from `y` of the work on depend on.
-static OwnRowPlace ownPlaceBandRow(const OwnPass& pass, int64_t y, int64_t k)
+static OwnRowPlace ownPlaceBandRow(const OwnWindowPass& pass, int64_t y, int64_t k)
 {
     const OwnWindowWork& work = pass.work;
     int64_t row = y - work.margins.top + k;
@@ -148,7 +148,7 @@ static OwnRowPlace ownPlaceBandRow(const OwnPass& pass, int64_t y, int64_t k)
 }
 
 // How many rows from row k on are pixels of the source that follow each other, where row k is.
-static int64_t ownRowsInside(const OwnPass& pass, int64_t y, int64_t k)
+static int64_t ownRowsInside(const OwnWindowPass& pass, int64_t y, int64_t k)
 {
     const OwnWindowWork& work = pass.work;
     const int64_t row = y - work.margins.top + k;
@@ -160,7 +160,7 @@ static int64_t ownRowsInside(const OwnPass& pass, int64_t y, int64_t k)
     return std::max<int64_t>(end - row, 1);
 }
 
-static const uint8_t* ownSourceRow(const OwnPass& pass, int32_t y)
+static const uint8_t* ownSourceRow(const OwnWindowPass& pass, int32_t y)
 {
     return pass.pixels.first + y * pass.pixels.rowStep;
 }
@@ -187,7 +187,7 @@ static void ownCopyChannel(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdif
     for (ptrdiff_t i = 0; i < n; ++i) memcpy(to + i * bytes, from + i * STEP * pixelStep, sizeof(T));
 }
 
-static void ownChooseCopies(OwnPass& pass)
+static void ownChooseCopies(OwnWindowPass& pass)
 {
     pass.unit = pass.pixelBytes();
     if (pass.isBits() && !pass.isBitRows()) {
@@ -229,7 +229,7 @@ static void ownAddMove(OwnMoves& moves, const OwnMove& move)
     moves.n += move.n;
 }
 
-static void ownAddConstant(const OwnPass& pass, OwnMoves& moves, int32_t side, ptrdiff_t n)
+static void ownAddConstant(const OwnWindowPass& pass, OwnMoves& moves, int32_t side, ptrdiff_t n)
 {
     const OwnConstant& constant = moves.constants[side];
     ownAddMove(moves,
@@ -238,7 +238,7 @@ static void ownAddConstant(const OwnPass& pass, OwnMoves& moves, int32_t side, p
     moves.n -= n * (pass.step - 1);
 }
 
-static void ownAddRun(const OwnPass& pass, OwnMoves& moves, const OwnBorderRun& run)
+static void ownAddRun(const OwnWindowPass& pass, OwnMoves& moves, const OwnBorderRun& run)
 {
     const OwnPixelCopies& copies = pass.copies;
     const ptrdiff_t bit = pass.isBits() ? pass.pixels.bit : 0;
@@ -255,7 +255,7 @@ static void ownAddRun(const OwnPass& pass, OwnMoves& moves, const OwnBorderRun& 
 }
 
 // The image's columns from x to before `end`, inside it and outside.
-static void ownAddColumns(const OwnPass& pass, OwnMoves& moves, int64_t x, int64_t end)
+static void ownAddColumns(const OwnWindowPass& pass, OwnMoves& moves, int64_t x, int64_t end)
 {
     const OwnSource& source = pass.source;
     const int64_t left = source.rect.x;
@@ -281,7 +281,7 @@ static void ownAddColumns(const OwnPass& pass, OwnMoves& moves, int64_t x, int64
 }
 
 // Columns, and what repeats their ends.
-static void ownAddReach(const OwnPass& pass, OwnMoves& moves, const OwnReach& columns)
+static void ownAddReach(const OwnWindowPass& pass, OwnMoves& moves, const OwnReach& columns)
 {
     const ptrdiff_t first = moves.n;
     const ptrdiff_t before = static_cast<ptrdiff_t>(columns.before);
@@ -297,7 +297,7 @@ static void ownAddReach(const OwnPass& pass, OwnMoves& moves, const OwnReach& co
 }
 
 // Room for the moves of any row. False: out of memory.
-static bool ownOpenMoves(OwnPass& pass, OwnMoves& moves, const OwnReach (&reaches)[2])
+static bool ownOpenMoves(OwnWindowPass& pass, OwnMoves& moves, const OwnReach (&reaches)[2])
 {
     const int64_t columns = reaches[0].count + reaches[1].count;
     moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) * 4 + 32);
@@ -311,7 +311,7 @@ static bool ownOpenMoves(OwnPass& pass, OwnMoves& moves, const OwnReach (&reache
 }
 
 // Source rows y on, or rows of constants for y = -1, as `count` rows that are `step` bytes apart.
-static void ownMakeRows(const OwnPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to, ptrdiff_t step,
+static void ownMakeRows(const OwnWindowPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to, ptrdiff_t step,
                         int64_t count)
 {
     const uint8_t* const source = y >= 0 ? ownSourceRow(pass, y) : nullptr;
@@ -347,7 +347,7 @@ struct OwnPart {
     bool isInPlace;
 };
 
-static int32_t ownPartWidth(const OwnPass& pass, const OwnPart& part)
+static int32_t ownPartWidth(const OwnWindowPass& pass, const OwnPart& part)
 {
     const OwnColumns& second = part.columns[1];
     const int32_t between = second.count > 0 ? pass.work.margins.left + pass.work.margins.right : 0;
@@ -356,7 +356,7 @@ static int32_t ownPartWidth(const OwnPass& pass, const OwnPart& part)
 
 // Cuts a piece into the columns that can be read in place and the others. Few columns in place are not worth a pass of
 // their own.
-static int32_t ownCutPiece(const OwnPass& pass, const OwnRect& rect, OwnPart (&parts)[2])
+static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPart (&parts)[2])
 {
     const OwnWindowWork& work = pass.work;
     const OwnRect& held = pass.source.rect;
@@ -400,7 +400,7 @@ struct OwnPartWork {
 };
 
 // Bytes of a row that is made.
-static ptrdiff_t ownMadeRowStep(const OwnPass& pass, int32_t width)
+static ptrdiff_t ownMadeRowStep(const OwnWindowPass& pass, int32_t width)
 {
     const int64_t overlap = static_cast<int64_t>(pass.work.margins.left) + pass.work.margins.right;
     const ptrdiff_t bytes = pass.rowBytes(width + overlap);
@@ -410,7 +410,7 @@ static ptrdiff_t ownMadeRowStep(const OwnPass& pass, int32_t width)
 
 // Short rows of small windows are made one behind the other, without gaps, and computed as a single long one: what
 // comes out between their ends is dropped.
-static bool ownIsChained(const OwnPass& pass, const OwnPartWork& work)
+static bool ownIsChained(const OwnWindowPass& pass, const OwnPartWork& work)
 {
     const OwnMargins& margins = pass.work.margins;
     constexpr int32_t few = 8;
@@ -435,7 +435,7 @@ static void ownClearGaps(uint8_t* first, const uint8_t* end, ptrdiff_t made, ptr
 
 // The source rows of a band, in place or made; rows that follow each other and are the same are one, unless rows are
 // chained. Null: out of memory.
-static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
+static const uint8_t* const* ownBandRows(OwnWindowPass& pass, const OwnPartWork& work, const OwnRows& rows)
 {
     const OwnMargins& margins = pass.work.margins;
     const OwnRect& rect = work.piece.rect;
@@ -506,7 +506,7 @@ static OwnView ownViewPart(OwnView view, const OwnRows& rows, const OwnColumns& 
 }
 
 // The pass's channels of the piece.
-static OwnView ownPassView(const OwnPass& pass, const OwnDestination& piece)
+static OwnView ownPassView(const OwnWindowPass& pass, const OwnDestination& piece)
 {
     OwnView view = piece.view;
     view.first += pass.channel * view.channelStep;
@@ -516,14 +516,15 @@ static OwnView ownPassView(const OwnPass& pass, const OwnDestination& piece)
 
 // Output rows are made where they belong, or are staged: under a mask, with gaps between samples or stretches, and
 // where a row has less than a block.
-static bool ownIsStaged(const OwnPass& pass, const OwnPartWork& work)
+static bool ownIsStaged(const OwnWindowPass& pass, const OwnPartWork& work)
 {
     const OwnRowForm form = { pass.step, pass.isBitRows() };
     return work.piece.mask != nullptr || work.part.columns[1].count > 0 || pass.rowBytes(work.width) < ownBlockBytes
         || !ownLieAsMade(ownPassView(pass, work.piece), form);
 }
 
-static void ownStoreStaged(const OwnPass& pass, const OwnPartWork& work, const OwnRows& rows, const OwnView& staged)
+static void ownStoreStaged(const OwnWindowPass& pass, const OwnPartWork& work, const OwnRows& rows,
+                           const OwnView& staged)
 {
     const OwnView all = ownPassView(pass, work.piece);
     const bool isPlain = work.piece.mask == nullptr && ownLieAsMade(all, { pass.step, pass.isBitRows() });
@@ -545,7 +546,7 @@ static void ownStoreStaged(const OwnPass& pass, const OwnPartWork& work, const O
     }
 }
 
-static bool ownRunBand(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
+static bool ownRunBand(OwnWindowPass& pass, const OwnPartWork& work, const OwnRows& rows)
 {
     pass.scratch.restart();
     const uint8_t* const* const sources = ownBandRows(pass, work, rows);
@@ -571,7 +572,7 @@ static bool ownRunBand(OwnPass& pass, const OwnPartWork& work, const OwnRows& ro
 
 // Output rows of a band: all of them where nothing is copied; otherwise enough that the rows which bands share weigh
 // little, few enough that what one part brings into the cache is there for the next.
-static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork* parts, int32_t nParts)
+static int32_t ownBandHeight(const OwnWindowPass& pass, const OwnPartWork* parts, int32_t nParts)
 {
     const OwnWindowWork& work = pass.work;
     const OwnRect& rect = parts[0].piece.rect;
@@ -589,18 +590,13 @@ static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork* parts, int3
     return static_cast<int32_t>(std::min<int64_t>(rect.height, height));
 }
 
-static bool ownHasChannelOfInterest(const PxkImage* image)
-{
-    return image->roi != nullptr && image->roi->coi > 0;
-}
-
-static bool ownRunPiece(OwnPass& pass, const OwnDestination& piece)
+static bool ownRunPiece(OwnWindowPass& pass, const OwnDestination& piece)
 {
     const OwnWindowWork& work = pass.work;
     const bool isPixelOrder = work.source->dataOrder == PXK_DATA_ORDER_PIXEL;
     // Without a channel of interest rows start at the first channel and may carry an alpha channel along.
     const bool isTogether = work.source->nChannels == 1
-        || (isPixelOrder && !ownHasChannelOfInterest(work.source) && !ownHasChannelOfInterest(work.destination));
+        || (isPixelOrder && ownChannelOfInterest(work.source) == 0 && ownChannelOfInterest(work.destination) == 0);
     pass.nChannels = isTogether ? piece.view.nChannels : 1;
     pass.step = isTogether ? work.source->nChannels : 1;
     const OwnView source = pass.source.view(pass.source.rect);
@@ -630,7 +626,7 @@ bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
     const bool isSourceTiled = work.source->tileInfo != nullptr;
     const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
     OwnScratch scratch;
-    OwnPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0 };
+    OwnWindowPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0 };
     if (isInPlace || (isSourceTiled && !isReadByPiece)) {
         if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {

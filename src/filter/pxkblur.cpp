@@ -59,21 +59,22 @@ struct OwnMeanSmall {
 };
 
 // As long as 2 sum + n fits 31 bits: the quotient of single precision is off by at most one, which the remainder tells.
+// Sums behind a row's end may be of any size; they are not stored, and wrap.
 struct OwnMeanNarrow {
     using Sum = uint32_t;
-    int32_t n;
+    uint32_t n;
     float inverse;
     explicit OwnMeanNarrow(int64_t count)
-        : n(static_cast<int32_t>(count))
+        : n(static_cast<uint32_t>(count))
         , inverse(1.0f / static_cast<float>(2 * count))
     {
     }
     int32_t operator()(uint32_t sum) const
     {
-        const int32_t dividend = static_cast<int32_t>(2 * sum) + n;
+        const int32_t dividend = static_cast<int32_t>(2 * sum + n);
         const int32_t quotient = static_cast<int32_t>(static_cast<float>(dividend) * inverse);
-        const int32_t rest = dividend - quotient * 2 * n;
-        return quotient + static_cast<int32_t>(rest >= 2 * n) - static_cast<int32_t>(rest < 0);
+        const int32_t rest = static_cast<int32_t>(2 * sum + n - static_cast<uint32_t>(quotient) * 2 * n);
+        return quotient + static_cast<int32_t>(rest >= static_cast<int32_t>(2 * n)) - static_cast<int32_t>(rest < 0);
     }
 };
 

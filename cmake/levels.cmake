@@ -9,6 +9,10 @@ set(PXK_LEVEL_FLAGS_baseline "")
 set(PXK_LEVEL_FLAGS_v3 -march=x86-64-v3)
 set(PXK_LEVEL_FLAGS_v4 -march=x86-64-v4)
 
+# Vectors of 64 bytes leave up to 63 bytes of a row to a scalar loop, which costs these files more than the wider
+# vectors bring. All others are quicker with them, by a seventh in the mean.
+set(PXK_LEVEL_NARROW_v4 stats/pxkthres.cpp)
+
 # Names of the list that are defined in some sources.
 function(pxk_exports_of RESULT SOURCES)
     set(found "")
@@ -125,6 +129,9 @@ namespace pxk_@LEVEL@ {
 } // namespace pxk_@LEVEL@
 ")
         list(APPEND wrapped ${folder}/${source})
+        if(source IN_LIST PXK_LEVEL_NARROW_${LEVEL})
+            set_source_files_properties(${folder}/${source} PROPERTIES COMPILE_OPTIONS -mprefer-vector-width=256)
+        endif()
     endforeach()
     set(${RESULT} ${wrapped} PARENT_SCOPE)
 endfunction()

@@ -126,6 +126,20 @@ inline PxkBitmapInfoHeader fuzzHeader(FuzzInput* input)
 
 // ---- images --------------------------------------------------------------------------------------------------------
 
+// Bytes of a row and of all rows.
+struct FuzzSizes {
+    int64_t row;
+    int64_t image;
+};
+
+inline FuzzSizes fuzzSizes(const PxkImage& image)
+{
+    const bool isPixelOrder = image.dataOrder == PXK_DATA_ORDER_PIXEL;
+    const int64_t samples = static_cast<int64_t>(image.width) * (isPixelOrder ? image.nChannels : 1);
+    const int64_t row = ((samples * (image.depth & 63) + 7) / 8 + image.align - 1) / image.align * image.align;
+    return { row, row * image.height * (isPixelOrder ? 1 : image.nChannels) };
+}
+
 inline PxkImage fuzzImage(FuzzInput* input, int32_t width, int32_t height)
 {
     static const char words[][5] = { "G\0\0", "GRAY", "BGR", "BGRA", "RGB", "RGBA", "XYZ", "BGR" };
@@ -144,10 +158,8 @@ inline PxkImage fuzzImage(FuzzInput* input, int32_t width, int32_t height)
     image.align = 4 << input->below(4);
     image.width = width;
     image.height = height;
-    const int64_t samples = static_cast<int64_t>(width) * (image.dataOrder == 0 ? image.nChannels : 1);
-    const int64_t step = ((samples * (image.depth & 63) + 7) / 8 + image.align - 1) / image.align * image.align;
-    const int64_t size = step * height * (image.dataOrder == 0 ? 1 : image.nChannels);
-    image.widthStep = step <= INT32_MAX ? static_cast<int32_t>(step) : INT32_MAX;
-    image.imageSize = size <= INT32_MAX ? static_cast<int32_t>(size) : INT32_MAX;
+    const FuzzSizes sizes = fuzzSizes(image);
+    image.widthStep = sizes.row <= INT32_MAX ? static_cast<int32_t>(sizes.row) : INT32_MAX;
+    image.imageSize = sizes.image <= INT32_MAX ? static_cast<int32_t>(sizes.image) : INT32_MAX;
     return image;
 }

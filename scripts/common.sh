@@ -19,7 +19,7 @@ as_root() {
 }
 
 apt() {
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600 "$@"
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600 -o Dpkg::Use-Pty=0 "$@"
 }
 
 is_installed() {
@@ -38,8 +38,14 @@ install_packages() {
     done
     [ ${#missing[@]} -gt 0 ] || return 0
     echo "Installing ${missing[*]}"
-    apt update >/dev/null || true # an index that can't be had may not be needed
-    apt install -y --no-install-recommends "${missing[@]}" >/dev/null
+    mkdir -p build
+    as_root true # asks for a password, if at all, before the progress starts
+    with_progress build/apt.log apt update || true # an index that can't be had may not be needed
+    if ! with_progress build/apt.log apt install -y --no-install-recommends "${missing[@]}"; then
+        tail -n 20 build/apt.log
+        echo "Installing failed. Run next, as root: apt-get install ${missing[*]}" >&2
+        return 1
+    fi
 }
 
 # CMake 3.25 is in Debian 12 and in Ubuntu from 23.04 on.
@@ -59,19 +65,33 @@ last_step() {
 
 # with_progress LOG COMMAND...: output goes to the log; a terminal shows its last line, other outputs a line now and then.
 with_progress() {
-    local log=$1 seconds=0 worker
+    local log=$1 start=$SECONDS told=$SECONDS worker
     shift
     "$@" >"$log" 2>&1 </dev/null &
     worker=$!
     while kill -0 "$worker" 2>/dev/null; do
         sleep 1
-        seconds=$((seconds + 1))
         if [ -t 1 ]; then
-            printf '\r  %4d s  %-100s' "$seconds" "$(last_step "$log" 100)"
-        elif [ $((seconds % 30)) -eq 0 ]; then
-            printf '  %4d s  %s\n' "$seconds" "$(last_step "$log" 100)"
+            printf '\r  %4d s  %-100s' $((SECONDS - start)) "$(last_step "$log" 100)"
+        elif [ $((SECONDS - told)) -ge 8 ]; then
+            printf '  %4d s  %s\n' $((SECONDS - start)) "$(last_step "$log" 100)"
+            told=$SECONDS
         fi
     done
     if [ -t 1 ]; then printf '\r%-112s\r' ''; fi
     wait "$worker"
+}
+
+# What went wrong, out of a log of CMake, Ninja, `ctest --verbose` or any other program.
+show_failure() { # LOG
+    local log=$1
+    if grep -aqE '^ *[0-9]+/[0-9]+ Test +#[0-9]+:' "$log"; then
+        tr -d '\r' <"$log" | awk -f scripts/failures.awk
+    elif grep -aq '^FAILED: ' "$log"; then
+        sed -n '/^FAILED: /,$p' "$log" | grep -avE '^(: && )?[^ ]*/(ccache|cc|c\+\+|gcc|g\+\+|clang[^ ]*) ' | head -n 30
+    elif grep -aq 'CMake Error' "$log"; then
+        sed -n '/CMake Error/,$p' "$log" | head -n 30
+    else
+        tail -n 30 "$log"
+    fi | cut -c 1-240 | sed 's/^/  | /'
 }

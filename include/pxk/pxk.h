@@ -1,11 +1,44 @@
 /**
- * pxk: operations on two-dimensional images, with a plain C interface.
+ * @file
+ * @brief pxk: operations on two-dimensional images, with a plain C interface.
  *
  * Every operation works on one picture of an image, the PxkImage header: 1, 8, 16 or 32 bits a channel, signed,
  * unsigned or float; channels interleaved or in planes; pixels in memory, or delivered tile by tile through a function
  * of the caller; restricted by a rectangular region, a channel of interest and a one-bit mask image.
  *
- * What holds for all operations
+ * What holds for all operations stands next, then a group for each family.
+ */
+#ifndef PXK_PXK_H
+#define PXK_PXK_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+/** @cond */
+#if defined(_WIN32) && !defined(PXK_STATIC) && !defined(PXK_BUILD)
+#define PXK_API __declspec(dllimport)
+#elif defined(__GNUC__) && !defined(_WIN32)
+#define PXK_API __attribute__((visibility("default")))
+#else
+#define PXK_API
+#endif
+/** @endcond */
+
+/** The calling convention of the library's functions, and of those that it calls: whatever a compiler's default is. */
+#ifdef _WIN32
+#define PXK_CALL __cdecl
+#else
+#define PXK_CALL
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @defgroup pxk_rules Rules for all operations
+ *
  * - Pointers to records are the caller's and stay the caller's. Nothing is freed but what a comment says.
  * - An operation that fails reports through pxkError: a status, its own name, a message (mostly the failed condition),
  *   file and line. The report goes to the thread's handler; the caller reads the outcome with pxkGetErrStatus.
@@ -22,136 +55,74 @@
  *   rows, and the padding of rows where it works on whole images.
  * - A call takes up to 128 KiB of its thread's stack, besides what the tile function and the report handler take.
  */
-#ifndef PXK_PXK_H
-#define PXK_PXK_H
-
-#include <stddef.h>
-#include <stdint.h>
-
-#if defined(_WIN32) && !defined(PXK_STATIC) && !defined(PXK_BUILD)
-#define PXK_API __declspec(dllimport)
-#elif defined(__GNUC__) && !defined(_WIN32)
-#define PXK_API __attribute__((visibility("default")))
-#else
-#define PXK_API
-#endif
-
-#ifdef __cplusplus
-extern "C" {
-#endif
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Constants */
+/**
+ * @defgroup pxk_image Images
+ *
+ * An image is a PxkImage header, which tells where the samples lie and what they mean, and its pixels, in memory or
+ * delivered in tiles by a function of the caller. A PxkROI limits operations to a part of it, a mask image to some of
+ * its pixels.
+ * @{
+ */
 
-/** Flag of the signed integer depths. */
-#define PXK_DEPTH_SIGN ((int32_t)0x80000000u)
-/** Depths: bits a channel. 32 is always float, and there is no unsigned 32-bit depth. */
-#define PXK_DEPTH_1U 1
-#define PXK_DEPTH_8U 8
-#define PXK_DEPTH_16U 16
-#define PXK_DEPTH_32F 32
-#define PXK_DEPTH_8S (PXK_DEPTH_SIGN | 8)
-#define PXK_DEPTH_16S (PXK_DEPTH_SIGN | 16)
-#define PXK_DEPTH_32S (PXK_DEPTH_SIGN | 32)
+/** @name Depths
+ * Bits a channel. 32 is always float, and there is no unsigned 32-bit depth.
+ * @{ */
+#define PXK_DEPTH_SIGN ((int32_t)0x80000000u) /**< flag of the signed integer depths */
+#define PXK_DEPTH_1U 1                        /**< bits, eight a byte, the first pixel highest; one channel */
+#define PXK_DEPTH_8U 8                        /**< 0 to 255 */
+#define PXK_DEPTH_16U 16                      /**< 0 to 65535 */
+#define PXK_DEPTH_32F 32                      /**< IEEE 754 single precision */
+#define PXK_DEPTH_8S (PXK_DEPTH_SIGN | 8)     /**< -128 to 127 */
+#define PXK_DEPTH_16S (PXK_DEPTH_SIGN | 16)   /**< -32768 to 32767 */
+#define PXK_DEPTH_32S (PXK_DEPTH_SIGN | 32)   /**< -2147483648 to 2147483647 */
+/** @} */
 
-/** Data orders: channels interleaved within a row, or each channel a whole plane. */
-#define PXK_DATA_ORDER_PIXEL 0
-#define PXK_DATA_ORDER_PLANE 1
+/** @name Data orders
+ * @{ */
+#define PXK_DATA_ORDER_PIXEL 0 /**< channels interleaved within a row */
+#define PXK_DATA_ORDER_PLANE 1 /**< each channel a whole plane, one behind the other */
+/** @} */
 
-/** Sides of an image, bits of a mask for pxkSetBorderMode. */
-#define PXK_SIDE_TOP 1
-#define PXK_SIDE_BOTTOM 2
-#define PXK_SIDE_LEFT 4
-#define PXK_SIDE_RIGHT 8
+/** @name Sides of an image
+ * Bits of a mask for pxkSetBorderMode.
+ * @{ */
+#define PXK_SIDE_TOP 1    /**< rows above the first one */
+#define PXK_SIDE_BOTTOM 2 /**< rows below the last one */
+#define PXK_SIDE_LEFT 4   /**< columns before the first one */
+#define PXK_SIDE_RIGHT 8  /**< columns behind the last one */
+/** @} */
 
-/** What lies beyond an image's edge: a constant, the edge sample, the image mirrored (edge doubled) or repeated. */
-#define PXK_EDGE_CONST 0
-#define PXK_EDGE_CLAMP 1
-#define PXK_EDGE_MIRROR 2
-#define PXK_EDGE_WRAP 3
+/** @name Border modes
+ * What lies beyond an image's edge, for operations that look there. Of a row a b c d:
+ * @{ */
+#define PXK_EDGE_CONST 0  /**< a constant k of that side: k k k | a b c d | k k k */
+#define PXK_EDGE_CLAMP 1  /**< the edge sample: a a a | a b c d | d d d */
+#define PXK_EDGE_MIRROR 2 /**< the image mirrored, edge doubled: c b a | a b c d | d c b */
+#define PXK_EDGE_WRAP 3   /**< the image repeated: b c d | a b c d | a b c */
+/** @} */
 
-/** What pxkDeallocate releases, bits of a mask. */
-#define PXK_FREE_HEADER 1
-#define PXK_FREE_DATA 2
-#define PXK_FREE_ROI 4
-#define PXK_FREE_TILE 8
-#define PXK_FREE_MASK 16
+/** @name What pxkDeallocate releases
+ * Bits of a mask.
+ * @{ */
+#define PXK_FREE_HEADER 1 /**< the header itself */
+#define PXK_FREE_DATA 2   /**< pixels that pxkAllocateImage took */
+#define PXK_FREE_ROI 4    /**< the region record */
+#define PXK_FREE_TILE 8   /**< the tile record */
+#define PXK_FREE_MASK 16  /**< the mask image, with its header, pixels, region and tile record */
+/** @} */
 
-/** What the library wants of a tile, the last argument of a PxkTileCallBack. */
-#define PXK_TILE_READ 1
-#define PXK_TILE_WRITE 2
-#define PXK_TILE_RELEASE 4
-
-/** Alpha composition: the fractions Fa of image a and Fb of image b. */
-#define PXK_COMPOSITE_OVER 0 /**< 1, 1 - alphaA */
-#define PXK_COMPOSITE_IN 1   /**< alphaB, 0 */
-#define PXK_COMPOSITE_OUT 2  /**< 1 - alphaB, 0 */
-#define PXK_COMPOSITE_ATOP 3 /**< alphaB, 1 - alphaA */
-#define PXK_COMPOSITE_XOR 4  /**< 1 - alphaB, 1 - alphaA */
-#define PXK_COMPOSITE_PLUS 5 /**< 1, 1 */
-
-/** Flags of the Fourier transforms: direction, scaling, arithmetic; or the release of a thread's tables. */
-#define PXK_FFT_FORWARD 1
-#define PXK_FFT_INVERSE 2
-#define PXK_FFT_NOSCALE 4
-#define PXK_FFT_USE_INT 16
-#define PXK_FFT_USE_FLOAT 32
-#define PXK_FFT_FREE 128
-
-/** Flags of the cosine transform. */
-#define PXK_DCT_FORWARD 1
-#define PXK_DCT_INVERSE 2
-#define PXK_DCT_FREE 8
-
-/** Error modes: the error ends the application, is the caller's to handle, or is not shown at all. */
-#define PXK_ErrModeLeaf 0
-#define PXK_ErrModeParent 1
-#define PXK_ErrModeSilent 2
-
-/** Status codes. Texts come from pxkErrorStr. A fault of a mask image is the code of the header less 100. */
-#define PXK_StsOk 0
-#define PXK_StsBackTrace (-1)
-#define PXK_StsInternal (-3)
-#define PXK_StsNoMem (-4)
-#define PXK_StsBadArg (-5)
-#define PXK_StsBadFunc (-6)
-#define PXK_StsNoConv (-7)
-#define PXK_StsAutoTrace (-8)
-#define PXK_StsNullHeader (-9)
-#define PXK_StsBadImageSize (-10)
-#define PXK_StsBadRoiOffset (-11)
-#define PXK_StsBadDataPointers (-12)
-#define PXK_StsBadWidthStep (-13)
-#define PXK_StsBadColorModel (-14)
-#define PXK_StsBadChannels (-15)
-#define PXK_StsBadChannels1U (-16)
-#define PXK_StsBadDepth (-17)
-#define PXK_StsBadAlphaChannel (-18)
-#define PXK_StsBadDataOrder (-19)
-#define PXK_StsBadOrigin (-20)
-#define PXK_StsBadAlign (-21)
-#define PXK_StsNullCallBack (-22)
-#define PXK_StsBadTileSize (-23)
-#define PXK_StsBadCOI (-24)
-#define PXK_StsBadRoiSize (-25)
-#define PXK_StsMaskTiled (-26)
-#define PXK_StsMaskBadImageSize (-110)
-#define PXK_StsMaskBadRoiOffset (-111)
-#define PXK_StsMaskBadDataPointers (-112)
-#define PXK_StsMaskBadWidthStep (-113)
-#define PXK_StsMaskBadColorModel (-114)
-#define PXK_StsMaskBadChannels (-115)
-#define PXK_StsMaskBadDepth (-117)
-#define PXK_StsMaskBadAlphaChannel (-118)
-#define PXK_StsMaskBadDataOrder (-119)
-#define PXK_StsMaskBadOrigin (-120)
-#define PXK_StsMaskBadAlign (-121)
-#define PXK_StsMaskBadCOI (-124)
-#define PXK_StsMaskBadRoiSize (-125)
+/** @name Modes of a tile function
+ * What the library wants of a tile, the last argument of a PxkTileCallBack.
+ * @{ */
+#define PXK_TILE_READ 1    /**< its samples */
+#define PXK_TILE_WRITE 2   /**< its samples, which will be changed */
+#define PXK_TILE_RELEASE 4 /**< nothing any more: it is given back */
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Records */
-
+/** The header of an image: see struct PxkImage. */
 typedef struct PxkImage PxkImage;
 
 /** A region of an image: part of its pixels, and all its channels or one. */
@@ -176,7 +147,7 @@ typedef struct PxkROI {
  * handed out for that tile. `image` is the caller's header or a private copy with the same tileInfo; nothing in it may
  * be changed. The result is ignored. The function runs on the calling thread, inside the operation.
  */
-typedef int32_t (*PxkTileCallBack)(PxkImage* image, int32_t xIndex, int32_t yIndex, int32_t mode);
+typedef int32_t(PXK_CALL* PxkTileCallBack)(PxkImage* image, int32_t xIndex, int32_t yIndex, int32_t mode);
 
 /** How a tiled image is reached. */
 typedef struct PxkTileInfo {
@@ -218,68 +189,169 @@ struct PxkImage {
     void* imageDataBase;    /**< the block that pxkAllocateImage took; null when the pixels are the caller's */
 };
 
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/**
+ * @defgroup pxk_status Status and reports
+ *
+ * A call that fails stores a status and hands a report to a handler. Status, mode and handler belong to the thread; a
+ * new thread starts with status 0, PXK_ErrModeLeaf and pxkGuiBoxReport.
+ * @{
+ */
+
+/** @name Error modes
+ * What the library's report handlers do.
+ * @{ */
+#define PXK_ErrModeLeaf 0   /**< an error ends the application, or asks whether to */
+#define PXK_ErrModeParent 1 /**< it is the caller's to handle */
+#define PXK_ErrModeSilent 2 /**< it is not shown at all */
+/** @} */
+
+/** @name Status codes
+ * With the texts that pxkErrorStr gives. A fault of a mask image is the code of the header less 100.
+ * @{ */
+/** "No Error": nothing has failed */
+#define PXK_StsOk 0
+/** "Backtrace": a report that names the caller of what has failed; not stored */
+#define PXK_StsBackTrace (-1)
+/** "Internal error (bad state)": what should work did not */
+#define PXK_StsInternal (-3)
+/** "Out of memory": no memory, or for some operations a tile that was refused */
+#define PXK_StsNoMem (-4)
+/** "Bad argument": an argument, mostly told by the failed condition */
+#define PXK_StsBadArg (-5)
+/** "Unsupported function": not reported by this version */
+#define PXK_StsBadFunc (-6)
+/** "Iteration convergence failed": not reported by this version */
+#define PXK_StsNoConv (-7)
+/** "Autotrace call": as PXK_StsBackTrace */
+#define PXK_StsAutoTrace (-8)
+/** "Null pointer to an image header" */
+#define PXK_StsNullHeader (-9)
+/** "Incorrect image size": width, height, imageSize, or pixels of 2^31 bytes and more */
+#define PXK_StsBadImageSize (-10)
+/** "Incorrect offset of ROI of the image": negative, or outside the image */
+#define PXK_StsBadRoiOffset (-11)
+/** "One from two pointers should be null, and other should be not null, imageData or tileInfo" */
+#define PXK_StsBadDataPointers (-12)
+/** "Incorrect widthStep of the image": below 1 */
+#define PXK_StsBadWidthStep (-13)
+/** "Incorrect Color model or channel sequence of the image" */
+#define PXK_StsBadColorModel (-14)
+/** "Incorrect number of channels in the image": below 1, or unlike numbers */
+#define PXK_StsBadChannels (-15)
+/** "Number of channels for 1U depth image must be one" */
+#define PXK_StsBadChannels1U (-16)
+/** "Incorrect depth value in the image header": none of the seven, or one that an operation does not take */
+#define PXK_StsBadDepth (-17)
+/** "Incorrect alpha channel number in the image header": neither 0 nor nChannels */
+#define PXK_StsBadAlphaChannel (-18)
+/** "Incorrect data order value in the image header" */
+#define PXK_StsBadDataOrder (-19)
+/** "Incorrect data origin value in the image header": neither 0 nor 1 */
+#define PXK_StsBadOrigin (-20)
+/** "Incorrect data alignment value in the image header": not 4, 8, 16 or 32 */
+#define PXK_StsBadAlign (-21)
+/** "Null pointer to callback function" */
+#define PXK_StsNullCallBack (-22)
+/** "Incorrect size of the tile": not a positive multiple of 8, or a tile of 2^31 bytes and more */
+#define PXK_StsBadTileSize (-23)
+/** "Incorrect COI of the image": below 0 or above nChannels */
+#define PXK_StsBadCOI (-24)
+/** "Incorrect size of ROI in the image header": below 1 */
+#define PXK_StsBadRoiSize (-25)
+/** "Mask image is taled": a mask must lie in memory */
+#define PXK_StsMaskTiled (-26)
+/** "Mask. Incorrect image size" */
+#define PXK_StsMaskBadImageSize (-110)
+/** "Mask. Incorrect offset of ROI of the image" */
+#define PXK_StsMaskBadRoiOffset (-111)
+/** "Mask. One from two pointers should be null, and other should be not null, imageData or tileInfo" */
+#define PXK_StsMaskBadDataPointers (-112)
+/** "Mask. Incorrect widthStep of the image" */
+#define PXK_StsMaskBadWidthStep (-113)
+/** "Mask. Incorrect Color model or channel sequence of the image" */
+#define PXK_StsMaskBadColorModel (-114)
+/** "Mask. Incorrect number of channels in the image" */
+#define PXK_StsMaskBadChannels (-115)
+/** "Mask. Incorrect depth value in the image header" */
+#define PXK_StsMaskBadDepth (-117)
+/** "Mask. Incorrect alpha channel number in the image header" */
+#define PXK_StsMaskBadAlphaChannel (-118)
+/** "Mask. Incorrect data order value in the image header" */
+#define PXK_StsMaskBadDataOrder (-119)
+/** "Mask. Incorrect data origin value in the image header" */
+#define PXK_StsMaskBadOrigin (-120)
+/** "Mask. Incorrect data alignment value in the image header" */
+#define PXK_StsMaskBadAlign (-121)
+/** "Mask. Incorrect COI of the image" */
+#define PXK_StsMaskBadCOI (-124)
+/** "Mask. Incorrect size of ROI in the image header" */
+#define PXK_StsMaskBadRoiSize (-125)
+/** @} */
+
 /** The version of the library. */
 typedef struct PxkLibVersion {
-    int32_t major;
-    int32_t minor;
-    int32_t build;
-    const char* fileName;
-    const char* versionText;
-    const char* buildText;
-    const char* buildDate;
-    const char* linkage;
+    int32_t major;           /**< changes with the interface */
+    int32_t minor;           /**< grows with additions */
+    int32_t build;           /**< grows with corrections */
+    const char* fileName;    /**< of the library */
+    const char* versionText; /**< the three numbers, with a "v" in front */
+    const char* buildText;   /**< name and purpose */
+    const char* buildDate;   /**< day of the release */
+    const char* linkage;     /**< how it was linked */
 } PxkLibVersion;
 
 /**
  * Takes a report: the status, the name of the reporting function, the failed condition or a message, source file and
  * line. Its result becomes the result of pxkError.
  */
-typedef int32_t (*PxkErrorCallBack)(int32_t status, const char* func, const char* context, const char* file,
-                                    int32_t line);
-
-/* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Status and reports. All of it is per thread; a new thread starts with status 0, PXK_ErrModeLeaf and the box.
- */
+typedef int32_t(PXK_CALL* PxkErrorCallBack)(int32_t status, const char* func, const char* context, const char* file,
+                                            int32_t line);
 
 /**
  * The status that this thread stored last. Operations that succeed store nothing (the morphology stores 0 on entry),
  * and a later failure replaces an earlier one, except for reports with PXK_StsBackTrace and PXK_StsAutoTrace, which are
  * not stored.
  */
-PXK_API int32_t pxkGetErrStatus(void);
+PXK_API int32_t PXK_CALL pxkGetErrStatus(void);
 
 /** Stores any status, unchecked, and calls no handler. */
-PXK_API void pxkSetErrStatus(int32_t status);
+PXK_API void PXK_CALL pxkSetErrStatus(int32_t status);
 
 /** This thread's error mode. */
-PXK_API int32_t pxkGetErrMode(void);
+PXK_API int32_t PXK_CALL pxkGetErrMode(void);
 
 /** Stores any mode, unchecked: PXK_ErrModeLeaf, PXK_ErrModeParent, PXK_ErrModeSilent, or a value the caller's handler
  * knows. */
-PXK_API void pxkSetErrMode(int32_t mode);
+PXK_API void PXK_CALL pxkSetErrMode(int32_t mode);
 
 /** Makes `handler` this thread's report handler, null for pxkGuiBoxReport, and returns the one before. */
-PXK_API PxkErrorCallBack pxkRedirectError(PxkErrorCallBack handler);
+PXK_API PxkErrorCallBack PXK_CALL pxkRedirectError(PxkErrorCallBack handler);
 
 /**
  * Stores `status` and hands the report to the handler, in every mode. PXK_StsBackTrace and PXK_StsAutoTrace are handed
  * on but not stored, so that the first failure of a chain stays. A status of 0 is stored and nothing else happens.
  * Returns what the handler returns; 0 for status 0. Texts may be null.
  */
-PXK_API int32_t pxkError(int32_t status, const char* func, const char* context, const char* file, int32_t line);
+PXK_API int32_t PXK_CALL pxkError(int32_t status, const char* func, const char* context, const char* file,
+                                  int32_t line);
 
 /** A constant text for any status, never null: "Unknown error or status code" where there is none of its own. */
-PXK_API const char* pxkErrorStr(int32_t status);
+PXK_API const char* PXK_CALL pxkErrorStr(int32_t status);
 
 /** Handler: ends the process with exit code 1 in PXK_ErrModeLeaf, whatever the status; otherwise returns `status`. */
-PXK_API int32_t pxkNulDevReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
+PXK_API int32_t PXK_CALL pxkNulDevReport(int32_t status, const char* func, const char* context, const char* file,
+                                         int32_t line);
 
 /**
  * Handler: writes the report to the standard-error stream, unless the mode is PXK_ErrModeSilent or the process was
  * started without such a stream. In PXK_ErrModeLeaf it then ends the process with exit code 1. Otherwise returns
  * `status`.
  */
-PXK_API int32_t pxkStdErrReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
+PXK_API int32_t PXK_CALL pxkStdErrReport(int32_t status, const char* func, const char* context, const char* file,
+                                         int32_t line);
 
 /**
  * Handler, the default one: shows the report in a modal box, which asks in PXK_ErrModeLeaf whether to end the
@@ -288,28 +360,41 @@ PXK_API int32_t pxkStdErrReport(int32_t status, const char* func, const char* co
  * to the terminal, if standard input and standard error are one, and what was typed before it is no answer; without a
  * terminal the text goes to standard error and the process goes on.
  */
-PXK_API int32_t pxkGuiBoxReport(int32_t status, const char* func, const char* context, const char* file, int32_t line);
+PXK_API int32_t PXK_CALL pxkGuiBoxReport(int32_t status, const char* func, const char* context, const char* file,
+                                         int32_t line);
 
 /** The version record, the same at every call. */
-PXK_API const PxkLibVersion* pxkGetLibVersion(void);
+PXK_API const PxkLibVersion* PXK_CALL pxkGetLibVersion(void);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Memory, headers, regions and tile records */
+/**
+ * @defgroup pxk_memory Headers and memory
+ *
+ * Headers, pixels, regions and tile records come from here and go back through here, or are plain records of the
+ * caller. A block of the pxkMalloc family starts at a multiple of 32 bytes.
+ * @{
+ */
 
 /**
- * Takes `length` items of 1 (pxkMalloc), 2 (pxkwMalloc), 4 (pxkiMalloc, pxksMalloc) or 8 bytes (pxkdMalloc). The block
+ * Takes `length` bytes; pxkwMalloc, pxkiMalloc, pxksMalloc and pxkdMalloc take items of 2, 4, 4 and 8 bytes. The block
  * starts at a multiple of 32 bytes, is not cleared, and has at least 33 spare bytes behind it (in builds with
  * AddressSanitizer they must not be touched). Give it back with pxkFree. Null when out of memory or when `length` is
  * negative or too large; nothing is reported.
  */
-PXK_API void* pxkMalloc(int32_t length);
-PXK_API void* pxkwMalloc(int32_t length);
-PXK_API void* pxkiMalloc(int32_t length);
-PXK_API void* pxksMalloc(int32_t length);
-PXK_API void* pxkdMalloc(int32_t length);
+PXK_API void* PXK_CALL pxkMalloc(int32_t length);
+/** pxkMalloc for `length` 16-bit integers. */
+PXK_API void* PXK_CALL pxkwMalloc(int32_t length);
+/** pxkMalloc for `length` 32-bit integers. */
+PXK_API void* PXK_CALL pxkiMalloc(int32_t length);
+/** pxkMalloc for `length` floats. */
+PXK_API void* PXK_CALL pxksMalloc(int32_t length);
+/** pxkMalloc for `length` doubles. */
+PXK_API void* PXK_CALL pxkdMalloc(int32_t length);
 
 /** Gives back a block of the pxkMalloc family; null is ignored. */
-PXK_API void pxkFree(void* block);
+PXK_API void PXK_CALL pxkFree(void* block);
 
 /**
  * Makes a header without pixels, border mode PXK_EDGE_CONST with 0 on all sides. `colorModel` and `channelSeq` are the
@@ -321,10 +406,10 @@ PXK_API void pxkFree(void* block);
  * depth 1, tiled, or bad). With tileInfo, widthStep and imageSize are 0 where 31 bits can't hold them. Returns null
  * without a report when out of memory.
  */
-PXK_API PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t depth, const char* colorModel,
-                                       const char* channelSeq, int32_t dataOrder, int32_t origin, int32_t align,
-                                       int32_t width, int32_t height, PxkROI* roi, PxkImage* maskROI, void* userTag,
-                                       PxkTileInfo* tileInfo);
+PXK_API PxkImage* PXK_CALL pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, int32_t depth,
+                                                const char* colorModel, const char* channelSeq, int32_t dataOrder,
+                                                int32_t origin, int32_t align, int32_t width, int32_t height,
+                                                PxkROI* roi, PxkImage* maskROI, void* userTag, PxkTileInfo* tileInfo);
 
 /**
  * Allocates the pixels of an integer image, and with `doFill` not 0 fills rows and padding with `fillValue`, cut to the
@@ -332,41 +417,43 @@ PXK_API PxkImage* pxkCreateImageHeader(int32_t nChannels, int32_t alphaChannel, 
  * )"), and "Incorrect data-ins" as pxkCreateImageHeader does. When out of memory, imageData stays null and nothing is
  * reported. The pixels are the header's: release them with pxkDeallocate or pxkDeallocateImage.
  */
-PXK_API void pxkAllocateImage(PxkImage* image, int32_t doFill, int32_t fillValue);
+PXK_API void PXK_CALL pxkAllocateImage(PxkImage* image, int32_t doFill, int32_t fillValue);
 
 /** The same for an image of depth 32F; any other depth reports -5 "( image->depth != 32 )". */
-PXK_API void pxkAllocateImageFP(PxkImage* image, int32_t doFill, float fillValue);
+PXK_API void PXK_CALL pxkAllocateImageFP(PxkImage* image, int32_t doFill, float fillValue);
 
 /**
  * Releases what `flag` says (PXK_FREE_...), in the order region, mask (with its header, pixels, region and tile record,
  * but not its own mask), tile record, pixels, header, and sets the released pointers to null. Pixels that the library
  * did not allocate (imageDataBase null) are left alone, imageData with them. A null image is ignored.
  */
-PXK_API void pxkDeallocate(PxkImage* image, int32_t flag);
+PXK_API void PXK_CALL pxkDeallocate(PxkImage* image, int32_t flag);
 
 /** pxkDeallocate with PXK_FREE_HEADER: the header alone. */
-PXK_API void pxkDeallocateHeader(PxkImage* image);
+PXK_API void PXK_CALL pxkDeallocateHeader(PxkImage* image);
 
 /** Releases the pixels that the library allocated, and clears imageData in any case. `image` must not be null. */
-PXK_API void pxkDeallocateImage(PxkImage* image);
+PXK_API void PXK_CALL pxkDeallocateImage(PxkImage* image);
 
 /** Makes a region record from unchecked values; null when out of memory. Release it with pxkDeleteROI. */
-PXK_API PxkROI* pxkCreateROI(int32_t coi, int32_t xOffset, int32_t yOffset, int32_t width, int32_t height);
+PXK_API PxkROI* PXK_CALL pxkCreateROI(int32_t coi, int32_t xOffset, int32_t yOffset, int32_t width, int32_t height);
 
 /** Stores the values in `roi`, unchecked; null is ignored. */
-PXK_API void pxkSetROI(PxkROI* roi, int32_t coi, int32_t xOffset, int32_t yOffset, int32_t width, int32_t height);
+PXK_API void PXK_CALL pxkSetROI(PxkROI* roi, int32_t coi, int32_t xOffset, int32_t yOffset, int32_t width,
+                                int32_t height);
 
 /** Releases a region record; null is ignored. */
-PXK_API void pxkDeleteROI(PxkROI* roi);
+PXK_API void PXK_CALL pxkDeleteROI(PxkROI* roi);
 
 /** Makes a tile record with tileData null; null when out of memory. Release it with pxkDeleteTileInfo. */
-PXK_API PxkTileInfo* pxkCreateTileInfo(PxkTileCallBack callBack, int32_t id, int32_t width, int32_t height);
+PXK_API PxkTileInfo* PXK_CALL pxkCreateTileInfo(PxkTileCallBack callBack, int32_t id, int32_t width, int32_t height);
 
 /** Stores the values in `tileInfo` and sets tileData to null; a null record is ignored. */
-PXK_API void pxkSetTileInfo(PxkTileInfo* tileInfo, PxkTileCallBack callBack, int32_t id, int32_t width, int32_t height);
+PXK_API void PXK_CALL pxkSetTileInfo(PxkTileInfo* tileInfo, PxkTileCallBack callBack, int32_t id, int32_t width,
+                                     int32_t height);
 
 /** Releases a tile record; null is ignored. */
-PXK_API void pxkDeleteTileInfo(PxkTileInfo* tileInfo);
+PXK_API void PXK_CALL pxkDeleteTileInfo(PxkTileInfo* tileInfo);
 
 /**
  * Tests a header as every operation does on entry. Returns 0, or stores and returns the first failure without a report:
@@ -378,7 +465,7 @@ PXK_API void pxkDeleteTileInfo(PxkTileInfo* tileInfo);
  * is tested likewise; the ninth of them, and so every ring of masks, is refused with -112 less 100 for each mask above
  * it.
  */
-PXK_API int32_t pxkCheckImageHeader(PxkImage* image);
+PXK_API int32_t PXK_CALL pxkCheckImageHeader(PxkImage* image);
 
 /**
  * Makes a copy of an image with its own pixels and region, and without mask, tag and tile record. The padding of rows
@@ -387,17 +474,19 @@ PXK_API int32_t pxkCheckImageHeader(PxkImage* image);
  * could not be allocated, and returns null. Release the clone with pxkDeallocate(clone, PXK_FREE_HEADER | PXK_FREE_DATA
  * | PXK_FREE_ROI).
  */
-PXK_API PxkImage* pxkCloneImage(PxkImage* image);
+PXK_API PxkImage* PXK_CALL pxkCloneImage(PxkImage* image);
 
 /**
  * Stores a border mode and its constant, cut to the depth's range, for every side whose bit is set in `sides`. The mode
  * is not checked. For depth 32F the constant is an integer too, and the top side's serves all four sides.
  */
-PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int32_t constant);
+PXK_API void PXK_CALL pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int32_t constant);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Copy, set and exchange
+ * @defgroup pxk_copy Copy, set and exchange
  *
  * On the common size of the regions and of the masks of all images; only pixels that all masks select change. These
  * stop silently, after their argument checks, when the stored status is negative.
@@ -408,6 +497,7 @@ PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int3
  * text, which leaves the stored status as it is, maybe 0, and the second image's tile, and those of the first one that
  * were handed out in one row with a refused one, are not released. The same report comes when masks can't be combined,
  * and once more, behind every failure in tiles, from copy and set of one-bit images under a mask.
+ * @{
  */
 
 /**
@@ -417,27 +507,32 @@ PXK_API void pxkSetBorderMode(PxkImage* image, int32_t mode, int32_t sides, int3
  * then, where regions and masks leave something to do, -5 "Number of processed channels of srcImage != Number of
  * processed channels of dstImage".
  */
-PXK_API void pxkCopy(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkCopy(PxkImage* srcImage, PxkImage* dstImage);
 
 /**
  * Sets the processed channels to `fillValue`, limited to the depth's range. Reports "Incorrect Image"; -17 "You should
  * use pxkSetFP for this image" at depth 32F.
  */
-PXK_API void pxkSet(PxkImage* image, int32_t fillValue);
+PXK_API void PXK_CALL pxkSet(PxkImage* image, int32_t fillValue);
 
 /**
  * Sets the processed channels of an image of depth 32F. Reports -5 "dstImage==0"; -17 "You should use pxkSet for this
  * image"; "Incorrect Image" under the name pxkSet and then -1 with an empty text, also for a status that was negative
  * on entry.
  */
-PXK_API void pxkSetFP(PxkImage* image, float fillValue);
+PXK_API void PXK_CALL pxkSetFP(PxkImage* image, float fillValue);
 
 /** Exchanges the processed channels of two regions. Reports as pxkCopy does, ImageA as source and ImageB as
  * destination. */
-PXK_API void pxkExchange(PxkImage* ImageA, PxkImage* ImageB);
+PXK_API void PXK_CALL pxkExchange(PxkImage* ImageA, PxkImage* ImageB);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Pixels and the generated test image */
+/**
+ * @defgroup pxk_pixels Single pixels and the test image
+ * @{
+ */
 
 /**
  * Copies pixel (x, y) to `pixel`: all samples, alpha included, one behind the other in the depth's type; at depth 1 one
@@ -446,13 +541,13 @@ PXK_API void pxkExchange(PxkImage* ImageA, PxkImage* ImageB);
  * returned for a report: "Incorrect Image"; -5 "((x>width-1) || (x<0))", "((y>height-1) || (y<0))", "pixel==0"; -2
  * "Error get tile to read" for a refused tile.
  */
-PXK_API int32_t pxkGetPixel(PxkImage* image, int32_t x, int32_t y, void* pixel);
+PXK_API int32_t PXK_CALL pxkGetPixel(PxkImage* image, int32_t x, int32_t y, void* pixel);
 
 /**
  * The reverse: copies `pixel` into the image. At depth 1 the lowest bit of its one byte counts. A tile is asked for
  * with PXK_TILE_WRITE; a refused one is reported as -2 "Error get tile to write".
  */
-PXK_API int32_t pxkPutPixel(PxkImage* image, int32_t x, int32_t y, void* pixel);
+PXK_API int32_t PXK_CALL pxkPutPixel(PxkImage* image, int32_t x, int32_t y, void* pixel);
 
 /**
  * Makes an image of rings that narrow towards the edge: one channel "GRAY", pixel order, align 8. With s the sine of
@@ -462,17 +557,19 @@ PXK_API int32_t pxkPutPixel(PxkImage* image, int32_t x, int32_t y, void* pixel);
  * header for ImageJaehne" or "Not enough memory to allocate imageData for ImageJaehne". Release the image with
  * pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA).
  */
-PXK_API PxkImage* pxkCreateImageJaehne(int32_t depth, int32_t width, int32_t height);
+PXK_API PxkImage* PXK_CALL pxkCreateImageJaehne(int32_t depth, int32_t width, int32_t height);
 
 /**
  * The processor's time-stamp counter as it stands, neither scaled nor serialised; on processors without one,
  * nanoseconds of a monotonic clock.
  */
-PXK_API uint64_t pxkGetKestriumCounter(void);
+PXK_API uint64_t PXK_CALL pxkGetKestriumCounter(void);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Arithmetic and logic of two images
+ * @defgroup pxk_dyadic Arithmetic and logic of two images
  *
  * Sample by sample on the common size of the regions; only pixels selected by all masks of the three images change. The
  * destination may be a source. These operations run on whatever status is stored. Whole images of one shape are handled
@@ -483,25 +580,32 @@ PXK_API uint64_t pxkGetKestriumCounter(void);
  * "(srcImageA->tileInfo->tileData == ((void*)(0)))", or the same of another image, for a refused tile.
  * pxkAdd and pxkMultiply also report -5 "srcImageA==0" and, on unlike data orders,
  * "(srcImageA->dataOrder != dstImage->dataOrder)" or the same of srcImageB; the others take images of unlike order.
+ * @{
  */
 
 /** a + b limited to the depth's range; plain float addition at 32F. At depth 1 it is pxkOr. */
-PXK_API void pxkAdd(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkAdd(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
 
 /** a - b limited to the depth's range; plain float subtraction at 32F; a and not b at depth 1. */
-PXK_API void pxkSubtract(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkSubtract(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
 
 /** a b limited to the depth's range; plain float multiplication at 32F. At depth 1 it is pxkAnd. */
-PXK_API void pxkMultiply(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkMultiply(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
 
-/** Bitwise and, or, exclusive or. 32F reports -5 "This function does not support depth 32F". */
-PXK_API void pxkAnd(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
-PXK_API void pxkOr(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
-PXK_API void pxkXor(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+/** a and b, bit by bit. 32F reports -5 "This function does not support depth 32F". */
+PXK_API void PXK_CALL pxkAnd(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** a or b, bit by bit. 32F is refused as by pxkAnd. */
+PXK_API void PXK_CALL pxkOr(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** Either a or b, bit by bit. 32F is refused as by pxkAnd. */
+PXK_API void PXK_CALL pxkXor(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Arithmetic and logic with a constant
+ * @defgroup pxk_scalar Arithmetic and logic with a constant
  *
  * One image and a constant, or one image alone, sample by sample on the common size of both regions; only pixels
  * selected by the masks of both images change. The destination may be the source. Except pxkAbs, these operations run
@@ -513,60 +617,74 @@ PXK_API void pxkXor(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage
  * tile. A constant that makes the operation another one makes that one report: pxkAddS at 8 and 16 bits is
  * pxkSubtractS, a shift by 0 is pxkXorS, one that leaves nothing is pxkAndS, as is pxkMultiplyS by 0 or less at 8U and
  * 16U.
+ * @{
  */
 
 /**
  * a + value, limited to the depth's range, for any value. At depth 1 it is pxkOrS.
  * Reports -5 "srcImage==0" and, at depth 32F, "For processing depth 32F use function pxkAddSFP".
  */
-PXK_API void pxkAddS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+PXK_API void PXK_CALL pxkAddS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
 
 /**
  * a - value, or value - a when flip is not 0, limited to the depth's range. At depth 1 the lowest bit of the value
  * counts: a - 0 is a, 1 - a is not a, the other two are 0. Takes images of unlike data order.
  * Reports -5 "For processing depth 32F use function pxkSubtractSFP" at depth 32F.
  */
-PXK_API void pxkSubtractS(PxkImage* srcImage, PxkImage* dstImage, int32_t value, int32_t flip);
+PXK_API void PXK_CALL pxkSubtractS(PxkImage* srcImage, PxkImage* dstImage, int32_t value, int32_t flip);
 
 /**
  * a times value, limited to the depth's range. At depth 1 it is pxkAndS.
  * Reports -5 "srcImage==0" and, at depth 32F, "For processing depth 32F use function pxkMultiplySFP".
  */
-PXK_API void pxkMultiplyS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+PXK_API void PXK_CALL pxkMultiplyS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
 
 /**
- * Bitwise and, or, exclusive or of every sample with the low bits of the value: as many as the depth has, so one at
- * depth 1. At depth 32F they report -5 "This function does not support depth 32F".
+ * Every sample and the low bits of the value, bit by bit: as many as the depth has, so one at depth 1. Depth 32F
+ * reports -5 "This function does not support depth 32F".
  */
-PXK_API void pxkAndS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
-PXK_API void pxkOrS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
-PXK_API void pxkXorS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+PXK_API void PXK_CALL pxkAndS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** Every sample or the low bits of the value, bit by bit. Otherwise as pxkAndS. */
+PXK_API void PXK_CALL pxkOrS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** Every sample exclusive or the low bits of the value, bit by bit. Otherwise as pxkAndS. */
+PXK_API void PXK_CALL pxkXorS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
 
 /**
- * a + value, a - value (value - a when flip is not 0) and a times value at depth 32F, in plain float arithmetic.
- * Report -5 "srcImage==0" and, at any other depth, "For processing this depth use function pxkAddS" (pxkSubtractS,
- * pxkMultiplyS).
+ * a + value at depth 32F, in plain float arithmetic. Reports -5 "srcImage==0" and, at any other depth, "For processing
+ * this depth use function pxkAddS".
  */
-PXK_API void pxkAddSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
-PXK_API void pxkSubtractSFP(PxkImage* srcImage, PxkImage* dstImage, float value, int32_t flip);
-PXK_API void pxkMultiplySFP(PxkImage* srcImage, PxkImage* dstImage, float value);
+PXK_API void PXK_CALL pxkAddSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
+
+/**
+ * a - value, or value - a when flip is not 0, at depth 32F, in plain float arithmetic. Reports -5 "srcImage==0" and, at
+ * any other depth, "For processing this depth use function pxkSubtractS".
+ */
+PXK_API void PXK_CALL pxkSubtractSFP(PxkImage* srcImage, PxkImage* dstImage, float value, int32_t flip);
+
+/**
+ * a times value at depth 32F, in plain float arithmetic. Reports -5 "srcImage==0" and, at any other depth, "For
+ * processing this depth use function pxkMultiplyS".
+ */
+PXK_API void PXK_CALL pxkMultiplySFP(PxkImage* srcImage, PxkImage* dstImage, float value);
 
 /**
  * Shifts every sample left by nShift bits; bits that leave the sample are lost, and 0 comes in. A shift by the depth's
  * bits or more, and a negative one, gives 0. Depth 32F reports -5 "This function does not support depth 32F"; a null
  * source -5 "srcImage==0".
  */
-PXK_API void pxkLShiftS(PxkImage* srcImage, PxkImage* dstImage, int32_t nShift);
+PXK_API void PXK_CALL pxkLShiftS(PxkImage* srcImage, PxkImage* dstImage, int32_t nShift);
 
 /**
  * Shifts every sample right by nShift bits: signed ones arithmetically, towards minus infinity. A shift by the depth's
  * bits or more, and a negative one, gives 0, and at signed depths -1 for negative samples. Depth 32F reports -5 "This
  * function does not support depth 32F".
  */
-PXK_API void pxkRShiftS(PxkImage* srcImage, PxkImage* dstImage, int32_t nShift);
+PXK_API void PXK_CALL pxkRShiftS(PxkImage* srcImage, PxkImage* dstImage, int32_t nShift);
 
 /** Inverts every bit: pxkXorS with all bits set, which makes the reports. */
-PXK_API void pxkNot(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkNot(PxkImage* srcImage, PxkImage* dstImage);
 
 /**
  * The magnitude of every sample; that of the most negative integer is the largest one. Stops silently when the stored
@@ -575,14 +693,16 @@ PXK_API void pxkNot(PxkImage* srcImage, PxkImage* dstImage);
  * Reports -5 "srcImage==0", "dstImage==0" (both when both are null), "(nChSrcCoi != nChDstCoi)", "(srcImage->nChannels
  * != dstImage->nChannels)", and for a refused tile of the source "(srcImage->tileInfo->tileData != ((void*)(0)))".
  */
-PXK_API void pxkAbs(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkAbs(PxkImage* srcImage, PxkImage* dstImage);
 
 /** The square of every sample, limited to the depth's range; at depth 1 the sample itself. */
-PXK_API void pxkSquare(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkSquare(PxkImage* srcImage, PxkImage* dstImage);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Device-independent bitmaps
+ * @defgroup pxk_bitmaps Device-independent bitmaps
  *
  * A bitmap is a PxkBitmapInfoHeader of 40 bytes, a colour table of four-byte entries and the bits, in one block; the
  * Sep forms take the bits by a pointer of their own. Colours stand between header and bits as follows: biClrUsed, or
@@ -600,18 +720,23 @@ PXK_API void pxkSquare(PxkImage* srcImage, PxkImage* dstImage);
  * Nothing tells these functions how long a block is. An uncompressed bitmap is read in its rows only, but nothing ends
  * run-length bits except what they say: put bits from an unknown source into a zero-filled buffer of at least
  * (2 biWidth + 2) (|biHeight| + 1) + 260 bytes, and the decoder cannot read past it, whatever the bits hold.
+ * @{
  */
 
-/** Values of biCompression: none, run-length coded (8 or 4 bits a pixel, bottom row first), masks (16 or 32 bits). */
-#define PXK_BI_RGB 0
-#define PXK_BI_RLE8 1
-#define PXK_BI_RLE4 2
-#define PXK_BI_BITFIELDS 3
+/** @name Values of biCompression
+ * @{ */
+#define PXK_BI_RGB 0       /**< none */
+#define PXK_BI_RLE8 1      /**< run-length coded, 8 bits a pixel, bottom row first */
+#define PXK_BI_RLE4 2      /**< run-length coded, 4 bits a pixel, bottom row first */
+#define PXK_BI_BITFIELDS 3 /**< three masks tell the bits of red, green and blue, 16 or 32 bits a pixel */
+/** @} */
 
-/** What pxkConvertToDIB does with the colour table: leaves it, stores a fixed one, computes one from the image. */
-#define PXK_PALETTE_KEEP 0
-#define PXK_PALETTE_FIXED 1
-#define PXK_PALETTE_MEDCUT 2
+/** @name What pxkConvertToDIB does with the colour table
+ * @{ */
+#define PXK_PALETTE_KEEP 0   /**< leaves it as it is */
+#define PXK_PALETTE_FIXED 1  /**< stores a fixed one */
+#define PXK_PALETTE_MEDCUT 2 /**< computes one from the image, by the median cut of P. Heckbert, 1982 */
+/** @} */
 
 /** The header of a bitmap, in the published layout; where the system has a BITMAPINFOHEADER, pointers may be cast. */
 typedef struct PxkBitmapInfoHeader {
@@ -622,8 +747,8 @@ typedef struct PxkBitmapInfoHeader {
     uint16_t biBitCount;     /**< bits a pixel: 1, 4, 8, 16, 24 or 32 */
     uint32_t biCompression;  /**< PXK_BI_... */
     uint32_t biSizeImage;    /**< bytes of the bits; only written, when run-length coding succeeds */
-    int32_t biXPelsPerMeter; /**< not looked at, nor is the next one */
-    int32_t biYPelsPerMeter;
+    int32_t biXPelsPerMeter; /**< not looked at */
+    int32_t biYPelsPerMeter; /**< not looked at */
     uint32_t biClrUsed;      /**< entries of the colour table, 0 for 2^biBitCount; written by the median cut */
     uint32_t biClrImportant; /**< not looked at */
 } PxkBitmapInfoHeader;
@@ -647,7 +772,7 @@ typedef struct PxkBitmapInfoHeader {
  * when the conversion has failed. pxkConvertFromDIB stops silently when the stored status is negative on entry; the
  * result is then a black image.
  */
-PXK_API PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
+PXK_API PxkImage* PXK_CALL pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
 
 /**
  * Fills an image from a bitmap. Rows and columns of the bitmap go to the top left of the image, which may be larger;
@@ -668,8 +793,10 @@ PXK_API PxkImage* pxkTranslateDIB(PxkBitmapInfoHeader* dib, int32_t* cloneData);
  * decoder's own report, -4 or -5 under the name ownDecompressRLE or ownDecompressRLESep, behind which pxkConvertFromDIB
  * reports -3 "Impossible to decompress RLE DIB". "<unknown>" is not reported while a negative status is stored.
  */
-PXK_API void pxkConvertFromDIB(PxkBitmapInfoHeader* dib, PxkImage* image);
-PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibData, PxkImage* image);
+PXK_API void PXK_CALL pxkConvertFromDIB(PxkBitmapInfoHeader* dib, PxkImage* image);
+
+/** pxkConvertFromDIB with the bits apart from the header. Told there. */
+PXK_API int32_t PXK_CALL pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibData, PxkImage* image);
 
 /**
  * Fills a bitmap from an image. The header says what is wanted; the block has room for colour table and uncompressed
@@ -698,13 +825,18 @@ PXK_API int32_t pxkConvertFromDIBSep(PxkBitmapInfoHeader* dibHeader, void* dibDa
  * unsupport", -5 "dib->biBitCount is bad" (Sep: "dibHeader->biBitCount is bad"), -5 "Bit-field mask is zero"; -4 when
  * the encoder is out of memory; -3 "<unknown>" for a tiled image.
  */
-PXK_API void pxkConvertToDIB(PxkImage* image, PxkBitmapInfoHeader* dib, int32_t dither, int32_t paletteConversion);
-PXK_API int32_t pxkConvertToDIBSep(PxkImage* image, PxkBitmapInfoHeader* dibHeader, void* dibData, int32_t dither,
-                                   int32_t paletteConversion);
+PXK_API void PXK_CALL pxkConvertToDIB(PxkImage* image, PxkBitmapInfoHeader* dib, int32_t dither,
+                                      int32_t paletteConversion);
+
+/** pxkConvertToDIB with the bits apart from the header. Told there. */
+PXK_API int32_t PXK_CALL pxkConvertToDIBSep(PxkImage* image, PxkBitmapInfoHeader* dibHeader, void* dibData,
+                                            int32_t dither, int32_t paletteConversion);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Depth conversion
+ * @defgroup pxk_depth Depth conversion
  *
  * Sample by sample on the common size of the regions; only pixels selected by the masks of both images change. Channels
  * that are not processed, row padding and bits beside one-bit rows keep their values. Source and destination have the
@@ -715,6 +847,7 @@ PXK_API int32_t pxkConvertToDIBSep(PxkImage* image, PxkBitmapInfoHeader* dibHead
  * "(srcChannels != dstChannels)"; -4 "Out of memory" when masks can't be combined; -5 with
  * "(srcImage->tileInfo->tileData == NULL)", or the same of dstImage, for a refused tile, with the work done so far left
  * in place. What is reported is returned, except that pxkScale and pxkScaleFP return -5 for an incorrect image.
+ * @{
  */
 
 /**
@@ -729,7 +862,7 @@ PXK_API int32_t pxkConvertToDIBSep(PxkImage* image, PxkBitmapInfoHeader* dibHead
  * 0)", "(srcImage->roi->coi == 0)"; otherwise "srcImage->nChannels != dstImage->nChannels", "((srcImage->depth == 1) &&
  * (srcImage->depth != dstImage->depth))".
  */
-PXK_API int32_t pxkConvert(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API int32_t PXK_CALL pxkConvert(PxkImage* srcImage, PxkImage* dstImage);
 
 /**
  * Maps the whole range of one integer depth onto the whole range of another, lowest value to lowest, highest to
@@ -741,7 +874,7 @@ PXK_API int32_t pxkConvert(PxkImage* srcImage, PxkImage* dstImage);
  * "(dstImage->depth == 1)", "(dstImage->depth == 32)", "((srcImage->dataOrder != dstImage->dataOrder)&&
  * ((srcImage->nChannels != 1)&&(dstImage->nChannels != 1)))", "(srcImage->origin != dstImage->origin)".
  */
-PXK_API int32_t pxkScale(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API int32_t PXK_CALL pxkScale(PxkImage* srcImage, PxkImage* dstImage);
 
 /**
  * Maps the interval from minVal to maxVal of a 32F image onto the whole range of an integer depth other than 1U, or
@@ -752,7 +885,7 @@ PXK_API int32_t pxkScale(PxkImage* srcImage, PxkImage* dstImage);
  * (dstImage->depth == 32))", "((srcImage->depth == 1)|| (dstImage->depth == 1))", data orders and origins as pxkScale,
  * "((maxVal - minVal) <= 0.0f)".
  */
-PXK_API int32_t pxkScaleFP(PxkImage* srcImage, PxkImage* dstImage, float minVal, float maxVal);
+PXK_API int32_t PXK_CALL pxkScaleFP(PxkImage* srcImage, PxkImage* dstImage, float minVal, float maxVal);
 
 /**
  * Makes an 8, 16 or 32-bit integer image from a one-bit image: ZeroScale where the bit is 0, OneScale where it is 1.
@@ -763,11 +896,13 @@ PXK_API int32_t pxkScaleFP(PxkImage* srcImage, PxkImage* dstImage, float minVal,
  * level outside the range of depth 8S, 8U, 16S or 16U, such as "((dstImage->depth == (0x80000000| 8)) && (ZeroScale >
  * 127))", "((dstImage->depth == 16) && (OneScale < 0))": ZeroScale too high, too low, then OneScale.
  */
-PXK_API int32_t pxkBitonalToGray(PxkImage* srcImage, PxkImage* dstImage, int32_t ZeroScale, int32_t OneScale);
+PXK_API int32_t PXK_CALL pxkBitonalToGray(PxkImage* srcImage, PxkImage* dstImage, int32_t ZeroScale, int32_t OneScale);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Comparison
+ * @defgroup pxk_comparison Comparison
  *
  * The destination is a one-bit image, ready to be hung on another image as its maskROI: a bit is 1 where the relation
  * holds in all processed channels. A NaN compares false in all of them. Bits outside the region, or under a 0 of the
@@ -777,60 +912,94 @@ PXK_API int32_t pxkBitonalToGray(PxkImage* srcImage, PxkImage* dstImage, int32_t
  * All report "Incorrect Image"; -5 "(srcImageA->depth != srcImageB->depth)" (two sources), "(dstImage->depth != 1)",
  * "(nChSrcA != nChSrcB)" (two sources), then what the function says; -4 "Out of memory" when masks can't be combined;
  * -5 with "(srcImageA->tileInfo->tileData == ((void*)(0)))", or the same of another image, for a refused tile.
+ * @{
  */
 
-/** a < b, a > b, a = b on samples of two images of one depth, any of the seven. */
-PXK_API void pxkLess(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
-PXK_API void pxkGreater(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
-PXK_API void pxkEqual(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+/** a < b, on samples of two images of one depth, any of the seven. */
+PXK_API void PXK_CALL pxkLess(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
 
-/**
- * a < value, a > value, a = value at every depth but 32F. The value is taken as it stands, not limited to the depth:
- * 300 is above every 8U sample. 32F reports -5 "For processing depth 32F use function pxkLessSFP", or the same with
- * pxkGreaterSFP, pxkEqualSFP.
- */
-PXK_API void pxkLessS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
-PXK_API void pxkGreaterS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
-PXK_API void pxkEqualS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+/** a > b, on samples of two images of one depth, any of the seven. */
+PXK_API void PXK_CALL pxkGreater(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/** a = b, on samples of two images of one depth, any of the seven. */
+PXK_API void PXK_CALL pxkEqual(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
 
 /**
- * The same at 32F. Other depths report -5 "For processing this depth use function pxkLessS", or the same with
- * pxkGreaterS, pxkEqualS.
+ * a < value at every depth but 32F. The value is taken as it stands, not limited to the depth: 300 is above every 8U
+ * sample. 32F reports -5 "For processing depth 32F use function pxkLessSFP".
  */
-PXK_API void pxkLessSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
-PXK_API void pxkGreaterSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
-PXK_API void pxkEqualSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
+PXK_API void PXK_CALL pxkLessS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** a > value. Otherwise as pxkLessS; the text names pxkGreaterSFP. */
+PXK_API void PXK_CALL pxkGreaterS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** a = value. Otherwise as pxkLessS; the text names pxkEqualSFP. */
+PXK_API void PXK_CALL pxkEqualS(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** a < value at 32F. Other depths report -5 "For processing this depth use function pxkLessS". */
+PXK_API void PXK_CALL pxkLessSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
+
+/** a > value at 32F. Other depths report -5 "For processing this depth use function pxkGreaterS". */
+PXK_API void PXK_CALL pxkGreaterSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
+
+/** a = value at 32F. Other depths report -5 "For processing this depth use function pxkEqualS". */
+PXK_API void PXK_CALL pxkEqualSFP(PxkImage* srcImage, PxkImage* dstImage, float value);
 
 /**
- * The absolute difference, of two samples or of a sample and `value`, is at most `epsilon`; 32F only. The difference is
- * formed in double; that of two equal infinities is no number, so they do not compare equal. Other depths report -5
- * "(srcImageA->depth != 32)" or "(srcImage->depth != 32)"; then -5 "(epsilon < 0)".
+ * |a - b| is at most `epsilon`; 32F only. The difference is formed in double; that of two equal infinities is no
+ * number, so they do not compare equal. Other depths report -5 "(srcImageA->depth != 32)"; then -5 "(epsilon < 0)".
  */
-PXK_API void pxkEqualFPEps(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, float epsilon);
-PXK_API void pxkEqualSFPEps(PxkImage* srcImage, PxkImage* dstImage, float value, float epsilon);
+PXK_API void PXK_CALL pxkEqualFPEps(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, float epsilon);
+
+/** |a - value| is at most `epsilon`. Otherwise as pxkEqualFPEps; the text is "(srcImage->depth != 32)". */
+PXK_API void PXK_CALL pxkEqualSFPEps(PxkImage* srcImage, PxkImage* dstImage, float value, float epsilon);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Scaled products */
+/**
+ * @defgroup pxk_products Scaled products
+ *
+ * Samples count as fractions from 0 to 1: M, the largest sample of the depth, stands for 1.
+ * @{
+ */
 
 /**
- * a b / M rounded to nearest, M being the depth's largest value, so that samples count as fractions from 0 to 1; 8U and
- * 16U. The second form takes a constant, limited to 0 and M. Region, channels, masks and tiles as in pxkMultiply, but
- * padding bytes stay as they are. Report "Incorrect Image"; -5 "(srcImageA->depth != 8) && (srcImageA->depth != 16)"
- * or "(srcImage->depth != 8) && (srcImage->depth != 16)"; then depths, data orders and channels as pxkMultiply and
- * pxkMultiplyS do.
+ * a b / M rounded to nearest; 8U and 16U. Region, channels, masks and tiles as in pxkMultiply, but padding bytes stay
+ * as they are. Reports "Incorrect Image"; -5 "(srcImageA->depth != 8) && (srcImageA->depth != 16)"; then depths, data
+ * orders and channels as pxkMultiply does.
  */
-PXK_API void pxkMultiplyScale(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
-PXK_API void pxkMultiplySScale(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+PXK_API void PXK_CALL pxkMultiplyScale(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage);
+
+/**
+ * a value / M rounded to nearest, `value` limited to 0 and M; 8U and 16U. Otherwise as pxkMultiplyScale, with reports
+ * of pxkMultiplyS behind "(srcImage->depth != 8) && (srcImage->depth != 16)".
+ */
+PXK_API void PXK_CALL pxkMultiplySScale(PxkImage* srcImage, PxkImage* dstImage, int32_t value);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Alpha
+ * @defgroup pxk_alpha Alpha
  *
  * Alpha is the last channel of an image whose alphaChannel is not 0. M is the depth's largest value and stands for
  * opaque. Under a channel of interest only that channel of the destination changes; when it is the alpha channel, it
  * takes the alpha that the whole operation would have left there. Only pixels selected by all masks change. These
  * operations run on whatever status is stored.
+ * @{
  */
+
+/** @name Composition
+ * The fractions Fa of image a and Fb of image b, after T. Porter and T. Duff, Compositing Digital Images, 1984.
+ * @{ */
+#define PXK_COMPOSITE_OVER 0 /**< a over b: 1, 1 - alphaA */
+#define PXK_COMPOSITE_IN 1   /**< a where b is: alphaB, 0 */
+#define PXK_COMPOSITE_OUT 2  /**< a where b is not: 1 - alphaB, 0 */
+#define PXK_COMPOSITE_ATOP 3 /**< a where b is, over b: alphaB, 1 - alphaA */
+#define PXK_COMPOSITE_XOR 4  /**< each where the other is not: 1 - alphaB, 1 - alphaA */
+#define PXK_COMPOSITE_PLUS 5 /**< both: 1, 1 */
+/** @} */
 
 /**
  * Multiplies colour by alpha in place; 8U, 16U, 32F. With alphaValue below 0 every colour sample is multiplied by its
@@ -839,7 +1008,7 @@ PXK_API void pxkMultiplySScale(PxkImage* srcImage, PxkImage* dstImage, int32_t v
  * it counts as M. Reports "Incorrect Image"; -5 "(image->depth != 8) && (image->depth != 16) && (image->depth != 32)",
  * "(image->alphaChannel == 0)" (alphaValue below 0 only), "(image->tileInfo->tileData == ((void*)(0)))".
  */
-PXK_API void pxkPreMultiplyAlpha(PxkImage* image, int32_t alphaValue);
+PXK_API void PXK_CALL pxkPreMultiplyAlpha(PxkImage* image, int32_t alphaValue);
 
 /**
  * Composes a and b: result alpha is alphaA Fa + alphaB Fb with the fractions of compositeType (PXK_COMPOSITE_...), and
@@ -848,46 +1017,61 @@ PXK_API void pxkPreMultiplyAlpha(PxkImage* image, int32_t alphaValue);
  * alpha, 0 where that is 0. The whole pixel is computed exactly, with one rounding at the end, to nearest. A
  * destination that has an alpha channel receives the result's alpha. The destination may be a source.
  *
- * The first form takes alpha from the sources' alpha channels; the second from alphaA and alphaB, each limited to 0 and
- * M, whatever the sources hold.
+ * Alpha comes from the sources' alpha channels.
  *
- * Report "Incorrect Image"; -5 with depths and data orders as pxkAdd does, "(srcImageA->depth != 8) &&
- * (srcImageA->depth != 16)", "(srcImageA->alphaChannel == 0)" and "(srcImageB->alphaChannel == 0)" (first form only),
+ * Reports "Incorrect Image"; -5 with depths and data orders as pxkAdd does, "(srcImageA->depth != 8) &&
+ * (srcImageA->depth != 16)", "(srcImageA->alphaChannel == 0)" and "(srcImageB->alphaChannel == 0)" (not from
+ * pxkAlphaCompositeC),
  * "(nChSrcA != nChDst)", "(nChSrcB != nChDst)" on the colour channels, "(compositeType < 0) || (compositeType > 5)";
  * -4 "Out of memory" when masks can't be combined; -5 for a refused tile as pxkAdd does.
  */
-PXK_API void pxkAlphaComposite(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, int32_t compositeType,
-                               int32_t premultiplied);
-PXK_API void pxkAlphaCompositeC(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage, int32_t compositeType,
-                                int32_t alphaA, int32_t alphaB, int32_t premultiplied);
+PXK_API void PXK_CALL pxkAlphaComposite(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage,
+                                        int32_t compositeType, int32_t premultiplied);
+
+/**
+ * pxkAlphaComposite with the alphas alphaA and alphaB, each limited to 0 and M, whatever the sources hold. Reports as
+ * told there.
+ */
+PXK_API void PXK_CALL pxkAlphaCompositeC(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage,
+                                         int32_t compositeType, int32_t alphaA, int32_t alphaB, int32_t premultiplied);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Convolution */
+/**
+ * @defgroup pxk_convolution Convolution, fixed filters and blur
+ *
+ * Weighted sums of the pixels round each pixel. Beyond the image the border modes of the source hold
+ * (pxkSetBorderMode); the edge of a region is none.
+ * @{
+ */
 
-/** How the results of several kernels are combined. */
-#define PXK_CONV_SUM 0
-#define PXK_CONV_SUMSQ 1
-#define PXK_CONV_SUMSQROOT 2
-#define PXK_CONV_MAX 3
-#define PXK_CONV_MIN 4
+/** @name How the results of several kernels are combined
+ * @{ */
+#define PXK_CONV_SUM 0       /**< their sum */
+#define PXK_CONV_SUMSQ 1     /**< the sum of their squares */
+#define PXK_CONV_SUMSQROOT 2 /**< the square root of the sum of their squares */
+#define PXK_CONV_MAX 3       /**< the largest */
+#define PXK_CONV_MIN 4       /**< the smallest */
+/** @} */
 
 /** A kernel of integers: held reversed, anchors mirrored. Make it with pxkCreateConvKernel. */
 typedef struct PxkConvKernel {
-    int32_t nCols;
-    int32_t nRows;
+    int32_t nCols;   /**< coefficients a row */
+    int32_t nRows;   /**< rows */
     int32_t anchorX; /**< nCols - 1 - the caller's anchor */
     int32_t anchorY; /**< nRows - 1 - the caller's anchor */
     int32_t* values; /**< nRows rows of nCols coefficients, in reverse of the caller's order */
     int32_t nShiftR; /**< each sum is shifted right by it, towards minus infinity */
 } PxkConvKernel;
 
-/** A kernel of floats. */
+/** A kernel of floats, held as a PxkConvKernel is. Make it with pxkCreateConvKernelFP. */
 typedef struct PxkConvKernelFP {
-    int32_t nCols;
-    int32_t nRows;
-    int32_t anchorX;
-    int32_t anchorY;
-    float* values;
+    int32_t nCols;   /**< coefficients a row */
+    int32_t nRows;   /**< rows */
+    int32_t anchorX; /**< nCols - 1 - the caller's anchor */
+    int32_t anchorY; /**< nRows - 1 - the caller's anchor */
+    float* values;   /**< nRows rows of nCols coefficients, in reverse of the caller's order */
 } PxkConvKernelFP;
 
 /**
@@ -896,31 +1080,38 @@ typedef struct PxkConvKernelFP {
  * "(values == 0)",
  * "(nRows<=0 || nCols<=0)", "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)" or -4 "Allocation failure".
  */
-PXK_API PxkConvKernel* pxkCreateConvKernel(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
-                                           const int32_t* values, int32_t nShiftR);
-/** The same from 8-bit signed coefficients. */
-PXK_API PxkConvKernel* pxkCreateConvKernelChar(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
-                                               const int8_t* values, int32_t nShiftR);
-/** The same for floats. */
-PXK_API PxkConvKernelFP* pxkCreateConvKernelFP(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
-                                               const float* values);
+PXK_API PxkConvKernel* PXK_CALL pxkCreateConvKernel(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                                    const int32_t* values, int32_t nShiftR);
+
+/** pxkCreateConvKernel from 8-bit signed coefficients. */
+PXK_API PxkConvKernel* PXK_CALL pxkCreateConvKernelChar(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                                        const int8_t* values, int32_t nShiftR);
+
+/** pxkCreateConvKernel from floats; there is no shift. */
+PXK_API PxkConvKernelFP* PXK_CALL pxkCreateConvKernelFP(int32_t nCols, int32_t nRows, int32_t anchorX, int32_t anchorY,
+                                                        const float* values);
 
 /**
- * Gives back what a kernel was made from; `values` has room for nCols nRows coefficients (the Char form keeps their low
- * 8 bits). Reports -5 "kernel==0", "ownBadKernel((OwnConvKernel*)kernel)", then "nRows==0" and "nCols==0", then
- * "anchorX==0" and "anchorY==0", then "values==0", "nShiftR==0"; a negative stored status ends the call silently behind
- * each pair.
+ * Gives back what a kernel was made from; `values` has room for nCols nRows coefficients. Reports -5 "kernel==0",
+ * "ownBadKernel((OwnConvKernel*)kernel)", then "nRows==0" and "nCols==0", then "anchorX==0" and "anchorY==0", then
+ * "values==0", "nShiftR==0"; a negative stored status ends the call silently behind each pair.
  */
-PXK_API void pxkGetConvKernel(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX, int32_t* anchorY,
-                              int32_t* values, int32_t* nShiftR);
-PXK_API void pxkGetConvKernelChar(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
-                                  int32_t* anchorY, int8_t* values, int32_t* nShiftR);
-PXK_API void pxkGetConvKernelFP(PxkConvKernelFP* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
-                                int32_t* anchorY, float* values);
+PXK_API void PXK_CALL pxkGetConvKernel(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
+                                       int32_t* anchorY, int32_t* values, int32_t* nShiftR);
 
-/** Release a kernel with its coefficients. Report -5 "kernel==0", "kernel->values==0". */
-PXK_API void pxkDeleteConvKernel(PxkConvKernel* kernel);
-PXK_API void pxkDeleteConvKernelFP(PxkConvKernelFP* kernel);
+/** pxkGetConvKernel into 8-bit coefficients, of which the low 8 bits are kept. */
+PXK_API void PXK_CALL pxkGetConvKernelChar(PxkConvKernel* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
+                                           int32_t* anchorY, int8_t* values, int32_t* nShiftR);
+
+/** pxkGetConvKernel for a kernel of floats; there is no shift to ask for. */
+PXK_API void PXK_CALL pxkGetConvKernelFP(PxkConvKernelFP* kernel, int32_t* nCols, int32_t* nRows, int32_t* anchorX,
+                                         int32_t* anchorY, float* values);
+
+/** Releases a kernel with its coefficients. Reports -5 "kernel==0", "kernel->values==0". */
+PXK_API void PXK_CALL pxkDeleteConvKernel(PxkConvKernel* kernel);
+
+/** Releases a kernel of floats. Reports as pxkDeleteConvKernel does. */
+PXK_API void PXK_CALL pxkDeleteConvKernelFP(PxkConvKernelFP* kernel);
 
 /**
  * Convolves with one to ten kernels and combines their results per pixel (PXK_CONV_...). With the caller's coefficients
@@ -940,15 +1131,15 @@ PXK_API void pxkDeleteConvKernelFP(PxkConvKernelFP* kernel);
  * for 32F image", "One of the COI is not defined", "No channel to operate"; -4 "Allocation failure", also for a refused
  * tile.
  */
-PXK_API void pxkConvolve2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel** kernel, int32_t nKernels,
-                           int32_t combineMethod);
+PXK_API void PXK_CALL pxkConvolve2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel** kernel, int32_t nKernels,
+                                    int32_t combineMethod);
 
 /**
- * The same with kernels of floats on images of depth 32F; nothing is limited or rounded. A NaN is stored as 0x7FC00000,
- * whichever one comes in.
+ * pxkConvolve2D with kernels of floats on images of depth 32F; nothing is limited or rounded. A NaN is stored as
+ * 0x7FC00000, whichever one comes in.
  */
-PXK_API void pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP** kernel, int32_t nKernels,
-                             int32_t combineMethod);
+PXK_API void PXK_CALL pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP** kernel,
+                                      int32_t nKernels, int32_t combineMethod);
 
 /**
  * Convolves rows with xKernel (one row) and the result with yKernel (one column); one of the two may be null, which
@@ -958,13 +1149,16 @@ PXK_API void pxkConvolve2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKern
  * == 0)", "Bad kernel structure",
  * "(xKernel->nRows != 1)", "(yKernel->nCols != 1)".
  */
-PXK_API void pxkConvolveSep2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel* xKernel, PxkConvKernel* yKernel);
+PXK_API void PXK_CALL pxkConvolveSep2D(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernel* xKernel,
+                                       PxkConvKernel* yKernel);
 
-/** The same with kernels of floats on images of depth 32F, in single precision. A NaN is stored as 0x7FC00000. */
-PXK_API void pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP* xKernel,
-                                PxkConvKernelFP* yKernel);
+/** pxkConvolveSep2D with kernels of floats on 32F images, in single precision. A NaN is stored as 0x7FC00000. */
+PXK_API void PXK_CALL pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvKernelFP* xKernel,
+                                         PxkConvKernelFP* yKernel);
 
-/** The filters of pxkFixedFilter. Coefficients meet the samples as they stand here, rows from the top. */
+/** @name The filters of pxkFixedFilter
+ * Coefficients meet the samples as they stand here, rows from the top.
+ * @{ */
 #define PXK_FILTER_PREWITT_X_3x3 0 /**< -1 0 1 / -1 0 1 / -1 0 1 */
 #define PXK_FILTER_PREWITT_Y_3x3 1 /**< -1 -1 -1 / 0 0 0 / 1 1 1 */
 #define PXK_FILTER_SOBEL_X_3x3 2   /**< -1 0 1 / -2 0 2 / -1 0 1 */
@@ -976,13 +1170,14 @@ PXK_API void pxkConvolveSep2DFP(PxkImage* srcImage, PxkImage* dstImage, PxkConvK
 #define PXK_FILTER_HIGHPASS_3x3 8  /**< -1 everywhere, 8 in the middle */
 #define PXK_FILTER_HIGHPASS_5x5 9  /**< -1 everywhere, 24 in the middle */
 #define PXK_FILTER_SHARPEN_3x3 10  /**< -1 everywhere, 16 in the middle, over 8 */
+/** @} */
 
 /**
  * Applies a fixed filter, its middle on the pixel, at every depth; integer sums are shifted right, floats multiplied by
  * the power of two, and a NaN is stored as 0x7FC00000. Images, borders and reports as pxkConvolve2D and
  * pxkConvolve2DFP; -5 "(filter < 0) || (filter > 10)".
  */
-PXK_API void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filter);
+PXK_API void PXK_CALL pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filter);
 
 /**
  * The mean of the nCols by nRows window round each pixel, (anchorX, anchorY) as for the rank filters. Integer depths
@@ -990,12 +1185,14 @@ PXK_API void pxkFixedFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t filt
  * touches its mean; a NaN is stored as 0x7FC00000. Source and destination may be one image. Masks, borders and reports
  * as the rank filters; 1U is refused with -5 "srcImage->depth==1", 32F is taken.
  */
-PXK_API void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
-                     int32_t anchorY);
+PXK_API void PXK_CALL pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
+                              int32_t anchorY);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Rank filters
+ * @defgroup pxk_rank Rank filters
  *
  * One sample of the nCols by nRows window round each pixel, chosen by its rank; (anchorX, anchorY) is the window's
  * pixel that the result belongs to, counted from its upper left corner. Depths 1U, 8U, 8S, 16U, 16S, 32S. Beyond the
@@ -1007,26 +1204,29 @@ PXK_API void pxkBlur(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int3
  * "srcImage->dataOrder!=dstImage->dataOrder", and "Number of interset channel input and output Image is not equal.".
  * Behind these checks a negative stored status ends the call silently, and so do a shortage of memory and a refused
  * tile, with part of the destination written.
+ * @{
  */
 
 /** The largest sample. */
-PXK_API void pxkMaxFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
-                          int32_t anchorY);
+PXK_API void PXK_CALL pxkMaxFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows,
+                                   int32_t anchorX, int32_t anchorY);
 
 /** The smallest sample. */
-PXK_API void pxkMinFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
-                          int32_t anchorY);
+PXK_API void PXK_CALL pxkMinFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows,
+                                   int32_t anchorX, int32_t anchorY);
 
 /**
  * The middle sample, of an even number the upper one of the two in the middle. At depth 1U the bit that at least half
  * of the window has, so that a tie gives 1.
  */
-PXK_API void pxkMedianFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows, int32_t anchorX,
-                             int32_t anchorY);
+PXK_API void PXK_CALL pxkMedianFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCols, int32_t nRows,
+                                      int32_t anchorX, int32_t anchorY);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Morphology
+ * @defgroup pxk_morphology Morphology
  *
  * One pass of a square window of side 2 nIterations + 1 (it is no loop count) over images of depth 1U, 8U or 16U. The
  * window sees the region and a ring of one sample round it, real samples where the image has them and samples by the
@@ -1037,29 +1237,37 @@ PXK_API void pxkMedianFilter(PxkImage* srcImage, PxkImage* dstImage, int32_t nCo
  * depth", "SRC and DST depth are different", "SRC and DST order are different", "SRC and DST orign are different", "SRC
  * and DST number of channels are different". When memory is short or a tile is refused the status is -4 and nothing is
  * reported.
+ * @{
  */
 
 /** The largest sample of the window. */
-PXK_API void pxkDilate(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
+PXK_API void PXK_CALL pxkDilate(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
 
 /** The smallest sample of the window. */
-PXK_API void pxkErode(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
+PXK_API void PXK_CALL pxkErode(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
 
 /** Erodes, then dilates the result, whose edge samples are repeated outward. */
-PXK_API void pxkOpen(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
+PXK_API void PXK_CALL pxkOpen(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
 
 /** Dilates, then erodes the result, whose edge samples are repeated outward. */
-PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
+PXK_API void PXK_CALL pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterations);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Colour */
+/**
+ * @defgroup pxk_dither Bit reduction and dithering
+ * @{
+ */
 
-/** Dither types. */
-#define PXK_DITHER_NONE 1
-#define PXK_DITHER_FS 2     /**< error diffusion of Floyd and Steinberg */
-#define PXK_DITHER_JJN 4    /**< error diffusion of Jarvis, Judice and Ninke */
-#define PXK_DITHER_STUCKI 8 /**< error diffusion of Stucki */
-#define PXK_DITHER_BAYER 16 /**< ordered, with a matrix of 4 by 4 thresholds */
+/** @name Dither types
+ * @{ */
+#define PXK_DITHER_NONE 1   /**< none */
+#define PXK_DITHER_FS 2     /**< error diffusion of R. Floyd and L. Steinberg, 1976 */
+#define PXK_DITHER_JJN 4    /**< error diffusion of J. Jarvis, C. Judice and W. Ninke, 1976 */
+#define PXK_DITHER_STUCKI 8 /**< error diffusion of P. Stucki, 1981 */
+#define PXK_DITHER_BAYER 16 /**< ordered, after B. Bayer, 1973, with 4 by 4 thresholds */
+/** @} */
 
 /**
  * Converts an image to a lower or equal depth, with noise in front and dithering behind where they are asked for: 32S
@@ -1104,18 +1312,21 @@ PXK_API void pxkClose(PxkImage* srcImage, PxkImage* dstImage, int32_t nIteration
  * array" under the row kernel's name, such as owncbDither_Gray_Floyd_PX, with nothing written. A refused tile is
  * -5 "(src->tileInfo->tileData == NULL)" or "(dst->tileInfo->tileData == NULL)".
  */
-PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
-                           int32_t bitCount);
+PXK_API void PXK_CALL pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitterType, int32_t ditherType,
+                                    int32_t bitCount);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Colour models
+ * @defgroup pxk_colour Colour models
  *
  * Conversions work on the smaller width and height of both images. The source has at least three channels, of which the
  * first three count; the destination has three. Depth, data order and origin agree. Regions must be null; masks and
- * alpha do not count; tiles are served. The source may be the destination. Red is channel 0 where channelSeq of the RGB
- * image begins with "R", otherwise channel 2; the other model's channels come in the order of its name. Each function
- * runs on whatever status is stored.
+ * alpha do not count; tiles are served. A conversion from RGB takes one header as source and destination; on the way to
+ * RGB the words of the two differ, so pixels are converted in place through two headers. Red is channel 0 where
+ * channelSeq of the RGB image begins with "R", otherwise channel 2; the other model's channels come in the order of its
+ * name. Each function runs on whatever status is stored.
  *
  * A conversion to a model writes the model's word, zero-filled to four letters, to colorModel and channelSeq of the
  * destination, as soon as the source's words and the regions have been looked at, even if the call fails then.
@@ -1132,89 +1343,126 @@ PXK_API void pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int32_t jitte
  * 32F, 32S ,16U,8U are valid now" (XYZ, YUV, YCrCb), "Error input depth. 32S,16U,8U are valid now" (HSV, HLS), "Error
  * input depth. 32F is valid now" (LUV), "Error input depth. 8U is valid now" (YCC). A refused tile: "(src->tileInfo->
  * tileData == NULL)" or "(dst->tileInfo->tileData == NULL)", without the break.
+ * @{
  */
 
 /**
- * Hue, saturation, value: "HSV", 8U, 16U, 32S. Value is the largest of red, green and blue; saturation T (max - min) /
- * max, or 0 for black; hue the angle from red (0) over green (120) to blue (240) in degrees, 0 without saturation, all
- * cut to integers. 8U stores half the degrees, 0 to 179. At 16U and 32S T / max is rounded to a double before it is
- * multiplied, which may cost a unit. Round trip: within 11 at 8U, 1.7 % of T at 16U.
+ * Hue, saturation, value, after A. R. Smith, 1978: "HSV", 8U, 16U, 32S. Value is the largest of red, green and blue;
+ * saturation T (max - min) / max, or 0 for black; hue the angle from red (0) over green (120) to blue (240) in degrees,
+ * 0 without saturation, all cut to integers. 8U stores half the degrees, 0 to 179. At 16U and 32S T / max is rounded to
+ * a double before it is multiplied, which may cost a unit. Round trip: within 11 at 8U, 1.7 % of T at 16U.
  */
-PXK_API void pxkRGB2HSV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkRGB2HSV(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * The reverse. With f the fraction of hue in its sector of 60 degrees, p the smallest channel and q (falling) or t
- * (rising) the one between: at 8U ss = saturation value >> 8, p = value - ss, q = value - (34 ss f >> 11), t = value -
- * (34 ss (60 - f) >> 11), f in degrees. At 16U and 32S p = (T - saturation) k value, q = (T - f saturation) k value, t
- * = (T - (1 - f) saturation) k value, with k 1.5259e-05 and 5e-10; the latter is 7 % above 1 / T, so small saturations
- * at 32S are limited. Hue is counted round the circle. Without saturation all channels are the value.
+ * (rising) the one between. At 8U, f in degrees:
+ *
+ *     ss = saturation value >> 8
+ *     p = value - ss
+ *     q = value - (34 ss f >> 11)
+ *     t = value - (34 ss (60 - f) >> 11)
+ *
+ * At 16U and 32S, with k 1.5259e-05 and 5e-10:
+ *
+ *     p = (T - saturation) k value
+ *     q = (T - f saturation) k value
+ *     t = (T - (1 - f) saturation) k value
+ *
+ * 5e-10 is 7 % above 1 / T, so small saturations at 32S are limited. Hue is counted round the circle. Without
+ * saturation all channels are the value.
  */
-PXK_API void pxkHSV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkHSV2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * Hue (as in HSV), lightness, saturation: "HLS", 8U, 16U, 32S. With sum = max + min: lightness is sum >> 1, saturation
  * T (max - min) / sum where sum is at most T, otherwise T (max - min) / (2 T - sum), cut. Round trip: within 10 at
  * 8U, 1.7 % of T at 16U.
  */
-PXK_API void pxkRGB2HLS(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkRGB2HLS(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * The reverse. m2 = L + m in the lower half of the range and L + saturation - m in the upper one, with m = 258 L
  * saturation >> 16 at 8U and L k saturation at 16U and 32S (k as in HSV); m1 = 2 L - m2. Red takes the angle hue + 120,
  * green hue, blue hue - 120: a channel rises from m1 at 0 to m2 at 60 degrees, stays up to 180, falls to m1 at 240 and
  * stays. At 8U 137 / 8192 stands for one sixtieth.
  */
-PXK_API void pxkHLS2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkHLS2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * CIE XYZ with the primaries and white of ITU-R BT.709: "XYZ", 8U, 16U, 32S, 32F. X = 0.412453 R + 0.35758 G + 0.180423
- * B, Y = 0.212671 R + 0.71516 G + 0.072169 B, Z = 0.019334 R + 0.119193 G + 0.950227 B. At 8U and 16U with weights of
- * 14 fraction bits, rounded to nearest, and Z limited: it may exceed T by 9 %. 32S is limited in doubles, 32F is not
- * limited. Round trip: within 24 at 8U (within 2 where Z is not limited).
+ * CIE XYZ with the primaries and white of ITU-R BT.709: "XYZ", 8U, 16U, 32S, 32F.
+ *
+ *     X = 0.412453 R + 0.35758 G + 0.180423 B
+ *     Y = 0.212671 R + 0.71516 G + 0.072169 B
+ *     Z = 0.019334 R + 0.119193 G + 0.950227 B
+ *
+ * At 8U and 16U with weights of 14 fraction bits, rounded to nearest, and Z limited: it may exceed T by 9 %. 32S is
+ * limited in doubles, 32F is not limited. Round trip: within 24 at 8U (within 2 where Z is not limited).
  */
-PXK_API void pxkRGB2XYZ(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkRGB2XYZ(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * The reverse: R = 3.240479 X - 1.53715 Y - 0.498535 Z, G = -0.969256 X + 1.875992 Y + 0.041556 Z, B = 0.055648 X -
- * 0.204043 Y + 1.057311 Z; integers are limited, 32F is not.
+ * The reverse. Integers are limited, 32F is not.
+ *
+ *     R = 3.240479 X - 1.53715 Y - 0.498535 Z
+ *     G = -0.969256 X + 1.875992 Y + 0.041556 Z
+ *     B = 0.055648 X - 0.204043 Y + 1.057311 Z
  */
-PXK_API void pxkXYZ2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkXYZ2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * Lightness and two differences of chromaticity from white, after CIE 1976: "LUV", 32F, RGB from 0 to 1. With X, Y, Z
- * as above and d = 1 / (X + 15 Y + 3 Z): L = 116 cbrt(3.0395136778 Y) - 16, U = 13 L (4 d X - 0.19783001), V = 13 L (9
- * d Y
- * - 0.46831998); all are 0 where Y is at most 0.00329. Single precision: the cube root is within two units of the last
- * place and the same bits on every processor. Round trip: within 0.007, most of it near black, which comes back as
- * little more than 0.
+ * as above and d = 1 / (X + 15 Y + 3 Z):
+ *
+ *     L = 116 cbrt(3.0395136778 Y) - 16
+ *     U = 13 L (4 d X - 0.19783001)
+ *     V = 13 L (9 d Y - 0.46831998)
+ *
+ * All are 0 where Y is at most 0.00329. Single precision: the cube root is within two units of the last place and the
+ * same bits on every processor. Round trip: within 0.007, most of it near black, which comes back as little more than
+ * 0.
  */
-PXK_API void pxkRGB2LUV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkRGB2LUV(PxkImage* srcImage, PxkImage* dstImage);
 /** The reverse; L nearer to 0 than 0.00001 counts as that, negative results become 0, and there is no upper limit. */
-PXK_API void pxkLUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkLUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * Luma and two colour differences: "YUV", 8U, 16U, 32S, 32F. Y = 0.299 R + 0.587 G + 0.114 B, U = -0.146 R - 0.288 G +
- * 0.434 B, V = 0.617 R - 0.517 G - 0.1 B. At 8U and 16U with weights of 15 fraction bits and >> 15; then 127 or 32767
- * is added to U and V, and V is limited. 32S holds signed U and V. Round trip: within 34 at 8U (V of pure colours is
- * limited).
+ * Luma and two colour differences: "YUV", 8U, 16U, 32S, 32F.
+ *
+ *     Y = 0.299 R + 0.587 G + 0.114 B
+ *     U = -0.146 R - 0.288 G + 0.434 B
+ *     V = 0.617 R - 0.517 G - 0.1 B
+ *
+ * At 8U and 16U with weights of 15 fraction bits and >> 15; then 127 or 32767 is added to U and V, and V is limited.
+ * 32S holds signed U and V. Round trip: within 34 at 8U (V of pure colours is limited).
  */
-PXK_API void pxkRGB2YUV(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkRGB2YUV(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * The reverse: R = Y - 0.0009400501 U + 1.135920183 V, G = Y - 0.3959190767 U - 0.5782887929 V, B = Y + 2.041101518 U -
- * 0.001619414 V; integers are limited, 32F is not.
+ * The reverse. Integers are limited, 32F is not.
+ *
+ *     R = Y - 0.0009400501 U + 1.135920183 V
+ *     G = Y - 0.3959190767 U - 0.5782887929 V
+ *     B = Y + 2.041101518 U - 0.001619414 V
  */
-PXK_API void pxkYUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkYUV2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * Luma, blue and red less the luma: "YCr", 8U, 16U, 32S, 32F, stored Y, Cb, Cr. Y as in YUV; Cb = -0.1687 R - 0.3313 G
- * + 0.5 B and Cr = 0.5 R - 0.4187 G - 0.0813 B around 128, 32768, 1073741823 or 0.5. At 8U and 16U with weights of 14
- * fraction bits; Y is rounded, at 8U also Cb = 0.5643 (B - Y) and Cr = 0.7133 (R - Y) of the rounded Y. Round trip:
- * within 2 at 8U, 4 at 16U.
+ * Luma, blue and red less the luma: "YCr", 8U, 16U, 32S, 32F, stored Y, Cb, Cr; weights of ITU-R BT.601.
+ *
+ *     Y = 0.299 R + 0.587 G + 0.114 B
+ *     Cb = -0.1687 R - 0.3313 G + 0.5 B
+ *     Cr = 0.5 R - 0.4187 G - 0.0813 B
+ *
+ * Cb and Cr lie around 128, 32768, 1073741823 or 0.5. At 8U and 16U with weights of 14 fraction bits; Y is rounded, at
+ * 8U also Cb = 0.5643 (B - Y) and Cr = 0.7133 (R - Y) of the rounded Y. Round trip: within 2 at 8U, 4 at 16U.
  */
-PXK_API void pxkRGB2YCrCb(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkRGB2YCrCb(PxkImage* srcImage, PxkImage* dstImage);
 /**
- * The reverse, with Cb and Cr less their middle: R = Y + 1.402 Cr, G = Y - 0.344136 Cb - 0.714136 Cr, B = Y + 1.772 Cb;
- * integers are limited, at 32F negative results become 0.
+ * The reverse, with Cb and Cr less their middle. Integers are limited, at 32F negative results become 0.
+ *
+ *     R = Y + 1.402 Cr
+ *     G = Y - 0.344136 Cb - 0.714136 Cr
+ *     B = Y + 1.772 Cb
  */
-PXK_API void pxkYCrCb2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkYCrCb2RGB(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * Luma and two chromas of "YCC", 8U, to RGB: three sums, shifted right by 14 and limited to 361, are places in a table
  * of samples: (22256 Y + 29844 C2 + 4088627) for red, (22256 Y + 7050 C1 - 15190 C2 - 3180790) for green, (22256 Y +
  * 36338 C1 + 5668700) for blue. With these constants blue is always 255 and red at least 247.
  */
-PXK_API void pxkYCC2RGB(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkYCC2RGB(PxkImage* srcImage, PxkImage* dstImage);
 
 /**
  * Gray of a colour image: 8U to 16U, 8U, 1U; 16U to 16U, 8U, 1U; 32S to 16U, 8U, 1U. (54 R + 183 G + 18 B) >> 8, of 8U
@@ -1228,7 +1476,7 @@ PXK_API void pxkYCC2RGB(PxkImage* srcImage, PxkImage* dstImage);
  * "(dst-> dataOrder == PXK_DATA_ORDER_PIXEL) && (dst-> nChannels != 1)", "src->origin != dst->origin",
  * "(src->nChannels < 3 )", "Error in-out depth. 32S,16U,8U=> 16U,8U,1U are valid now". No word is written.
  */
-PXK_API void pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
+PXK_API void PXK_CALL pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
 /**
  * Colours of a gray image, which are its samples times a weight each: 8U, 16U, 32S to the same depth, 1U to 8U. Weights
  * are cut to 8 fraction bits (8U, and 1U, where a 1 counts as 255) or 15. Where all three are 0 then, they are 54, 183
@@ -1239,10 +1487,18 @@ PXK_API void pxkColorToGray(PxkImage* srcImage, PxkImage* dstImage);
  * dst-> depth != 8U" (1U to anything but 8U), "(src-> dataOrder == PXK_DATA_ORDER_PIXEL) && (src-> nChannels != 1)",
  * "(src->origin != dst->origin)", "(dst->nChannels < 3 )", "Error input depth. 32S,16U,8U are valid now".
  */
-PXK_API void pxkGrayToColor(PxkImage* srcImage, PxkImage* dstImage, float weightR, float weightG, float weightB);
+PXK_API void PXK_CALL pxkGrayToColor(PxkImage* srcImage, PxkImage* dstImage, float weightR, float weightG,
+                                     float weightB);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Colour twists */
+/**
+ * @defgroup pxk_twist Colour twists
+ *
+ * A matrix of three rows of three factors and a constant, applied to the first three channels of each pixel.
+ * @{
+ */
 
 /** A matrix of integers over a power of two. Make it with pxkCreateColorTwist. */
 typedef struct PxkColorTwist {
@@ -1254,14 +1510,14 @@ typedef struct PxkColorTwist {
  * A new record with copies of 16 values, the caller's to delete. Null after -5 "bad_argument" (scalingValue not 0 to
  * 31, data null) or -4 "matrix_is_not_allocated".
  */
-PXK_API PxkColorTwist* pxkCreateColorTwist(const int32_t* data, int32_t scalingValue);
+PXK_API PxkColorTwist* PXK_CALL pxkCreateColorTwist(const int32_t* data, int32_t scalingValue);
 /**
  * Stores 16 values and a scaling value in a record: 0, or what pxkError returns for -5 "cTwist==0", "(data == 0)",
  * "(scalingValue < 0)", "(scalingValue > 31)", and the record as it was.
  */
-PXK_API int32_t pxkSetColorTwist(PxkColorTwist* cTwist, const int32_t* data, int32_t scalingValue);
+PXK_API int32_t PXK_CALL pxkSetColorTwist(PxkColorTwist* cTwist, const int32_t* data, int32_t scalingValue);
 /** Releases a record; null is ignored. */
-PXK_API void pxkDeleteColorTwist(PxkColorTwist* cTwist);
+PXK_API void PXK_CALL pxkDeleteColorTwist(PxkColorTwist* cTwist);
 /**
  * Multiplies the first three channels of each selected pixel, whatever their order, by the matrix and adds its
  * constants and `offset`: 8U, 16U. Sums are exact and cut towards zero before the offset is added. They are limited
@@ -1279,17 +1535,20 @@ PXK_API void pxkDeleteColorTwist(PxkColorTwist* cTwist);
  * "(dstImage->origin != dstImage->maskROI->origin)"; "(msk == NULL)" where two masks can't be joined for lack of
  * memory. A refused tile is -5 "(srcImage->tileInfo->tileData == NULL)" or "(dstImage->tileInfo->tileData == NULL)".
  */
-PXK_API int32_t pxkApplyColorTwist(PxkImage* srcImage, PxkImage* dstImage, PxkColorTwist* cTwist, int32_t offset);
+PXK_API int32_t PXK_CALL pxkApplyColorTwist(PxkImage* srcImage, PxkImage* dstImage, PxkColorTwist* cTwist,
+                                            int32_t offset);
 /**
- * The same in single precision, without limits: 32F, `TwistFP` holds three rows of three factors and a constant.
- * Reports behind "Incorrect Image": "(TwistFP == ((void*)(0)))"; "((srcImage->depth != 32)|| (dstImage->depth != 32))";
- * data order and origin as above; channels as above; "(msk == NULL)"; tiles.
+ * pxkApplyColorTwist in single precision, without limits: 32F, `TwistFP` holds three rows of three factors and a
+ * constant. Reports behind "Incorrect Image": "(TwistFP == ((void*)(0)))"; "((srcImage->depth != 32)|| (dstImage->depth
+ * != 32))"; data order and origin as above; channels as above; "(msk == NULL)"; tiles.
  */
-PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const float* TwistFP);
+PXK_API int32_t PXK_CALL pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const float* TwistFP);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Histograms and maps of levels
+ * @defgroup pxk_levels Histograms, maps of levels and threshold
  *
  * One table for each processed channel, the first one for the first such channel; under a channel of interest the first
  * table alone. Entries for other channels are not looked at. A table with num keys has num - 1 bins: bin k holds the
@@ -1301,6 +1560,7 @@ PXK_API int32_t pxkColorTwistFP(PxkImage* srcImage, PxkImage* dstImage, const fl
  * "lut[k]->key==0", "lut[k]->value==0", "lut[k]->num < 2", "lut[k]->key[0] < 0", "lut[k]->key[lut[k]->num-1] >
  * histSize" (a key above the number of levels), "lut[k]->key[i] > lut[k]->key[i+1]". Behind these: -4 "Allocation
  * failure", "Out of memory" when masks can't be combined; -2 "Error get tile to read", "Error get tile to write".
+ * @{
  */
 
 /** A table of levels. The caller owns it and what it points to; only pxkComputeHisto writes, to `value`. */
@@ -1313,14 +1573,14 @@ typedef struct PxkLUT {
 } PxkLUT;
 
 /**
- * Counts the samples of a region into the bins of the tables: value[0] to value[num - 2] are set to 0 first, value[num
- * - 1] stays. Samples outside the keys are not counted, nor are pixels whose mask bit is 0. At depth 1U value[0]
- * becomes the number of zeros and value[1] that of ones, whatever the keys are. A count beyond 2147483647 stops there.
- * Depths 1U, 8U, 16U. After a report behind the checks the bins are not complete.
+ * Counts the samples of a region into the bins of the tables: value[0] to value[num - 2] are set to 0 first, and
+ * value[num - 1] stays. Samples outside the keys are not counted, nor are pixels whose mask bit is 0. At depth 1U
+ * value[0] becomes the number of zeros and value[1] that of ones, whatever the keys are. A count beyond 2147483647
+ * stops there. Depths 1U, 8U, 16U. After a report behind the checks the bins are not complete.
  *
  * Refuses "lut==0", "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)".
  */
-PXK_API void pxkComputeHisto(PxkImage* srcImage, PxkLUT** lut);
+PXK_API void PXK_CALL pxkComputeHisto(PxkImage* srcImage, PxkLUT** lut);
 
 /**
  * Maps samples by the tables: a level of bin k becomes value[k], or where interpolateType is not 0, value[k] + (level -
@@ -1331,7 +1591,7 @@ PXK_API void pxkComputeHisto(PxkImage* srcImage, PxkLUT** lut);
  * "srcImage->dataOrder != dstImage->dataOrder", "srcImage->origin != dstImage->origin", "Number of processed channels
  * of srcImage != Number of processed channels of dstImage", "lut==0".
  */
-PXK_API void pxkContrastStretch(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** lut);
+PXK_API void PXK_CALL pxkContrastStretch(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** lut);
 
 /**
  * Maps samples by the sums of the counts that the tables hold, such as pxkComputeHisto leaves them: a level becomes its
@@ -1340,7 +1600,7 @@ PXK_API void pxkContrastStretch(PxkImage* srcImage, PxkImage* dstImage, PxkLUT**
  * the level at its key. Depths, images and refusals as pxkContrastStretch; then -3 "All values in histogram are zeroes"
  * when the counts of a table add up to 0, with nothing written.
  */
-PXK_API void pxkHistoEqualize(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** lut);
+PXK_API void PXK_CALL pxkHistoEqualize(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** lut);
 
 /**
  * Makes each sample at or above Threshold the highest value of the destination's depth, each other one the lowest: 0
@@ -1356,10 +1616,17 @@ PXK_API void pxkHistoEqualize(PxkImage* srcImage, PxkImage* dstImage, PxkLUT** l
  * && (Threshold > 255))", "((srcImage->depth == (0x80000000|16)) && (Threshold < -32768))". An image whose one channel
  * is alpha: nothing happens.
  */
-PXK_API void pxkThreshold(PxkImage* srcImage, PxkImage* dstImage, int32_t Threshold);
+PXK_API void PXK_CALL pxkThreshold(PxkImage* srcImage, PxkImage* dstImage, int32_t Threshold);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Moments */
+/**
+ * @defgroup pxk_moments Moments
+ *
+ * Sums of samples times powers of their coordinates: area, centre of mass, spread and slant of a shape.
+ * @{
+ */
 
 /** One spatial moment: of order m in x and n in y. */
 typedef struct PxkMoment {
@@ -1382,35 +1649,55 @@ typedef struct PxkMomentState {
  * Reports "Incorrect Image"; -5 "Only one channel can be proceed", "state==0", "(image->tileInfo->tileData == NULL)".
  * After a report the state is as it was.
  */
-PXK_API void pxkMoments(PxkImage* image, PxkMomentState* state);
+PXK_API void PXK_CALL pxkMoments(PxkImage* image, PxkMomentState* state);
 
 /**
- * Read a moment out of what pxkMoments filled: the spatial moment; the central moment, that is the sum of (x - xb)^m (y
- * - yb)^n s, where (xb, yb) is the centre of mass, or the middle of the measured area when the mass is 0; and both
- * times the entry's scale. Return 0 after reporting -5 "Illegal order of moment" (m or n below 0, m + n above 3),
- * "state==0".
+ * The spatial moment of order m, n out of what pxkMoments filled: the sum of x^m y^n s. Returns 0 after reporting -5
+ * "Illegal order of moment" (m or n below 0, m + n above 3), "state==0".
  */
-PXK_API double pxkGetSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
-PXK_API double pxkGetNormalizedSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
-PXK_API double pxkGetCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
-PXK_API double pxkGetNormalizedCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
+PXK_API double PXK_CALL pxkGetSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
 
-/** One moment of an image: pxkMoments, then the function above, each with its own reports. 0 when one has failed. */
-PXK_API double pxkSpatialMoment(PxkImage* image, int32_t m, int32_t n);
-PXK_API double pxkNormalizedSpatialMoment(PxkImage* image, int32_t m, int32_t n);
-PXK_API double pxkCentralMoment(PxkImage* image, int32_t m, int32_t n);
-PXK_API double pxkNormalizedCentralMoment(PxkImage* image, int32_t m, int32_t n);
+/** pxkGetSpatialMoment times the entry's scale. */
+PXK_API double PXK_CALL pxkGetNormalizedSpatialMoment(PxkMomentState* state, int32_t m, int32_t n);
+
+/**
+ * The central moment out of what pxkMoments filled: the sum of (x - xb)^m (y - yb)^n s, where (xb, yb) is the centre of
+ * mass, or the middle of the measured area when the mass is 0. Reports as pxkGetSpatialMoment does.
+ */
+PXK_API double PXK_CALL pxkGetCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
+
+/** pxkGetCentralMoment times the entry's scale. */
+PXK_API double PXK_CALL pxkGetNormalizedCentralMoment(PxkMomentState* state, int32_t m, int32_t n);
+
+/** One moment of an image: pxkMoments, then pxkGetSpatialMoment, each with its own reports. 0 when one has failed. */
+PXK_API double PXK_CALL pxkSpatialMoment(PxkImage* image, int32_t m, int32_t n);
+
+/** pxkMoments, then pxkGetNormalizedSpatialMoment. 0 when one has failed. */
+PXK_API double PXK_CALL pxkNormalizedSpatialMoment(PxkImage* image, int32_t m, int32_t n);
+
+/** pxkMoments, then pxkGetCentralMoment. 0 when one has failed. */
+PXK_API double PXK_CALL pxkCentralMoment(PxkImage* image, int32_t m, int32_t n);
+
+/** pxkMoments, then pxkGetNormalizedCentralMoment. 0 when one has failed. */
+PXK_API double PXK_CALL pxkNormalizedCentralMoment(PxkImage* image, int32_t m, int32_t n);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
-/** @name Norms and extrema */
+/**
+ * @defgroup pxk_norms Norms and extrema
+ * @{
+ */
 
-/** Norms. The relative ones divide by the same norm of the second image. */
-#define PXK_NORM_INF 1 /**< largest of |a - b|, or of |a| */
-#define PXK_NORM_L1 2  /**< sum of |a - b|, or of |a| */
-#define PXK_NORM_L2 4  /**< square root of the sum of (a - b)^2, or of a^2 */
-#define PXK_NORM_INF_REL 9
-#define PXK_NORM_L1_REL 10
-#define PXK_NORM_L2_REL 12
+/** @name Norms
+ * @{ */
+#define PXK_NORM_INF 1     /**< largest of |a - b|, or of |a| */
+#define PXK_NORM_L1 2      /**< sum of |a - b|, or of |a| */
+#define PXK_NORM_L2 4      /**< square root of the sum of (a - b)^2, or of a^2 */
+#define PXK_NORM_INF_REL 9 /**< PXK_NORM_INF of a - b over PXK_NORM_INF of b */
+#define PXK_NORM_L1_REL 10 /**< PXK_NORM_L1 of a - b over PXK_NORM_L1 of b */
+#define PXK_NORM_L2_REL 12 /**< PXK_NORM_L2 of a - b over PXK_NORM_L2 of b */
+/** @} */
 
 /**
  * Measures an image, the difference of two images, or that difference relative to the second one, over all processed
@@ -1424,7 +1711,7 @@ PXK_API double pxkNormalizedCentralMoment(PxkImage* image, int32_t m, int32_t n)
  * "normType unknown"; -15 "Bad number of channels"; -9 "Null pointer for mask" when masks can't be combined. Returns -1
  * after -5 "Zero divided", where the norm of the second image is 0, and -2 after -2 " ", a refused tile.
  */
-PXK_API double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normType);
+PXK_API double PXK_CALL pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normType);
 
 /**
  * Stores the smallest and the largest sample of a 32F image over the region and all processed channels; masks do not
@@ -1433,11 +1720,13 @@ PXK_API double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normTyp
  * Image" with the status of the header; -5 "((min == ((void*)(0)))||(max == ((void*)(0))))", "(srcImage->depth != 32)",
  * "(srcImage->tileInfo->tileData == NULL)".
  */
-PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
+PXK_API int32_t PXK_CALL pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Changes of scale and mirrors
+ * @defgroup pxk_scale Changes of scale and mirrors
  *
  * Geometry operations go on after a failed check: one call can give several reports, in the order told, and the last
  * status stands. They stop behind all checks at any negative status, be it an old one. After a null image nothing else
@@ -1448,13 +1737,16 @@ PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
  * in its new size, rounded down but at least one pixel each way. The source's mask comes into the new scale by its
  * nearest pixels, bit (0, 0) of its region on the first pixel of the work, and is joined with the destination's. Shared
  * pixels are read before they are written.
+ * @{
  */
 
-/** Interpolations: the nearest pixel, 2 by 2, 4 by 4, or the mean of the box that becomes one pixel. */
-#define PXK_INTER_NN 0
-#define PXK_INTER_LINEAR 1
-#define PXK_INTER_CUBIC 2
-#define PXK_INTER_SUPER 3
+/** @name Interpolations
+ * @{ */
+#define PXK_INTER_NN 0     /**< the nearest pixel */
+#define PXK_INTER_LINEAR 1 /**< between 2 by 2 pixels */
+#define PXK_INTER_CUBIC 2  /**< a polynomial through 4 by 4 pixels */
+#define PXK_INTER_SUPER 3  /**< the mean of the box that becomes one pixel */
+/** @} */
 
 /**
  * Enlarges: xDst at least xSrc, yDst at least ySrc. The first and last destination pixels lie on the first and last
@@ -1474,16 +1766,16 @@ PXK_API int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max);
  * -2 "Processed channels of srcImage != Processed channels of dstImage"; -4 "Out of memory", also for a refused source
  * tile; -5 "Error get tile to write". Whatever the cause of a negative status, -1 with an empty text follows.
  */
-PXK_API void pxkZoom(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
-                     int32_t interpolate);
+PXK_API void PXK_CALL pxkZoom(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst,
+                              int32_t ySrc, int32_t interpolate);
 
 /**
  * Enlarges or reduces, each axis for itself, like pxkZoom and with its reports but for the first. Reducing by
  * PXK_INTER_SUPER is pxkDecimate, which reports under its own name; for enlarging, -5 "(interpolate == PXK_INTER_SUPER)
  * && (xDst > xSrc || yDst > ySrc)" comes first.
  */
-PXK_API void pxkResize(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
-                       int32_t interpolate);
+PXK_API void PXK_CALL pxkResize(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst,
+                                int32_t ySrc, int32_t interpolate);
 
 /**
  * Reduces: xDst at most xSrc, yDst at most ySrc. PXK_INTER_NN takes pixel i at i xSrc / xDst, plus 0.5 on an axis where
@@ -1498,8 +1790,8 @@ PXK_API void pxkResize(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int
  * PXK_INTER_NN, PXK_INTER_LINEAR, PXK_INTER_CUBIC or PXK_INTER_SUPER", "xDst <= 0", "xSrc <= 0", "yDst <= 0", "ySrc <=
  * 0", "xDst > xSrc", "yDst > ySrc", and the depth; then channels, memory and tiles as pxkZoom.
  */
-PXK_API void pxkDecimate(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst, int32_t ySrc,
-                         int32_t interpolate);
+PXK_API void PXK_CALL pxkDecimate(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst,
+                                  int32_t ySrc, int32_t interpolate);
 
 /**
  * Reduces a blurred source: pixels are replaced by the mean of xMaskSize by yMaskSize pixels around them (of an even
@@ -1513,8 +1805,8 @@ PXK_API void pxkDecimate(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, i
  * yOffset >= srcImage->height" (without the blank), the same two of dstImage, and interpolation and depth as pxkZoom;
  * then channels, memory and tiles as pxkZoom.
  */
-PXK_API void pxkDecimateExt(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst,
-                            int32_t ySrc, int32_t interpolate, int32_t xMaskSize, int32_t yMaskSize);
+PXK_API void PXK_CALL pxkDecimateExt(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t xSrc, int32_t yDst,
+                                     int32_t ySrc, int32_t interpolate, int32_t xMaskSize, int32_t yMaskSize);
 
 /**
  * Copies the area, the smaller width and height of both regions, reversed: flipAxis 1 reverses each row, 0 the order of
@@ -1529,11 +1821,13 @@ PXK_API void pxkDecimateExt(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst
  * dstImage->alphaChannel!=dstImage->nChannels)", "(nChannelsSrc != nChannelsDst)"; -4 "Out of memory", also for a
  * refused source tile; -5 "Error get tile to write".
  */
-PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis);
+PXK_API void PXK_CALL pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Warps, rotation, shear and remapping
+ * @defgroup pxk_warps Warps, rotation, shear and remapping
  *
  * Transforms take source coordinates to destination coordinates, both in pixels of the whole image: the first pixel's
  * centre is (0, 0), whatever the regions are. Arrays of coefficients:
@@ -1567,74 +1861,94 @@ PXK_API void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis)
  * ROI is degenerate to length or point" or the same of dstImage (below 2 pixels wide or high, of the region that
  * belongs to the quadrangle); -4 "Out of memory", also for a refused source tile; -5 "Error get tile to write". Null
  * arrays are refused with -5 and texts such as "coeffs == ((void *)0)".
+ * @{
  */
 
 /** Or-ed to an interpolation of a warp: edges fade into what lies round them. */
 #define PXK_WARP_SMOOTH_EDGE 16
 
 /** Warps by an affine transform. */
-PXK_API void pxkWarpAffine(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][3], int32_t interpolate);
+PXK_API void PXK_CALL pxkWarpAffine(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][3], int32_t interpolate);
 
 /**
  * Warps by a bilinear transform: finds the quadrangle, which is all that counts of the coefficients, and goes on as
  * pxkWarpBilinearQ, under its name. With warpFlag 0 they are applied to the source's region, with 1 to the
  * destination's.
  */
-PXK_API void pxkWarpBilinear(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][4], int32_t warpFlag,
-                             int32_t interpolate);
+PXK_API void PXK_CALL pxkWarpBilinear(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][4], int32_t warpFlag,
+                                      int32_t interpolate);
 
 /**
  * Warps bilinearly between a region and a quadrangle. warpFlag 0: the source's region to the quadrangle in the
  * destination. 1: the quadrangle in the source, of which parts may lie outside the region and the image (whose edge
  * pixels are then repeated), to all of the destination's region.
  */
-PXK_API void pxkWarpBilinearQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
-                              int32_t interpolate);
+PXK_API void PXK_CALL pxkWarpBilinearQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
+                                       int32_t interpolate);
 
-/** The same in perspective. */
-PXK_API void pxkWarpPerspective(PxkImage* srcImage, PxkImage* dstImage, double coeffs[3][3], int32_t warpFlag,
-                                int32_t interpolate);
-PXK_API void pxkWarpPerspectiveQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
-                                 int32_t interpolate);
+/** pxkWarpBilinear in perspective, under the name pxkWarpPerspectiveQ. */
+PXK_API void PXK_CALL pxkWarpPerspective(PxkImage* srcImage, PxkImage* dstImage, double coeffs[3][3], int32_t warpFlag,
+                                         int32_t interpolate);
+
+/** pxkWarpBilinearQ in perspective. */
+PXK_API void PXK_CALL pxkWarpPerspectiveQ(PxkImage* srcImage, PxkImage* dstImage, double quad[4][2], int32_t warpFlag,
+                                          int32_t interpolate);
 
 /**
  * Turns by `angle` degrees: x' = x cos + y sin + xShift, y' = y cos - x sin + yShift. Any angle; multiples of 90 have
  * exact sines and cosines, and with whole shifts only move pixels. Reports under the name pxkWarpAffine unless pixels
  * are moved between images in memory.
  */
-PXK_API void pxkRotate(PxkImage* srcImage, PxkImage* dstImage, double angle, double xShift, double yShift,
-                       int32_t interpolate);
+PXK_API void PXK_CALL pxkRotate(PxkImage* srcImage, PxkImage* dstImage, double angle, double xShift, double yShift,
+                                int32_t interpolate);
 
 /** Shears: pxkWarpAffine by x' = x + xShear y + xShift, y' = yShear x + y + yShift. */
-PXK_API void pxkShear(PxkImage* srcImage, PxkImage* dstImage, double xShear, double yShear, double xShift,
-                      double yShift, int32_t interpolate);
+PXK_API void PXK_CALL pxkShear(PxkImage* srcImage, PxkImage* dstImage, double xShear, double yShear, double xShift,
+                               double yShift, int32_t interpolate);
 
 /**
  * Adds to the shifts what makes pxkRotate turn round (xCenter, yCenter); nothing at multiples of 360 degrees. Reports
  * -5 "xShift == ((void *)0) || yShift == ((void *)0)".
  */
-PXK_API void pxkGetRotateShift(double xCenter, double yCenter, double angle, double* xShift, double* yShift);
+PXK_API void PXK_CALL pxkGetRotateShift(double xCenter, double yCenter, double angle, double* xShift, double* yShift);
 
 /**
- * The quadrangle that a transform makes of the image's region, and its bounds { { smallest x, smallest y }, { largest
- * x, largest y } }. No result is written after "Incorrect Image" or -5 "Bad rect ROI".
+ * The quadrangle that an affine transform makes of the image's region. No result is written after "Incorrect Image" or
+ * -5 "Bad rect ROI".
  */
-PXK_API void pxkGetAffineQuad(PxkImage* image, double coeffs[2][3], double quad[4][2]);
-PXK_API void pxkGetAffineBound(PxkImage* image, double coeffs[2][3], double bound[2][2]);
-PXK_API void pxkGetBilinearQuad(PxkImage* image, double coeffs[2][4], double quad[4][2]);
-PXK_API void pxkGetBilinearBound(PxkImage* image, double coeffs[2][4], double bound[2][2]);
-PXK_API void pxkGetPerspectiveQuad(PxkImage* image, double coeffs[3][3], double quad[4][2]);
-PXK_API void pxkGetPerspectiveBound(PxkImage* image, double coeffs[3][3], double bound[2][2]);
+PXK_API void PXK_CALL pxkGetAffineQuad(PxkImage* image, double coeffs[2][3], double quad[4][2]);
+
+/** The bounds of the quadrangle of pxkGetAffineQuad: { { smallest x, smallest y }, { largest x, largest y } }. */
+PXK_API void PXK_CALL pxkGetAffineBound(PxkImage* image, double coeffs[2][3], double bound[2][2]);
+
+/** pxkGetAffineQuad for a bilinear transform. */
+PXK_API void PXK_CALL pxkGetBilinearQuad(PxkImage* image, double coeffs[2][4], double quad[4][2]);
+
+/** pxkGetAffineBound for a bilinear transform. */
+PXK_API void PXK_CALL pxkGetBilinearBound(PxkImage* image, double coeffs[2][4], double bound[2][2]);
+
+/** pxkGetAffineQuad for a perspective transform. */
+PXK_API void PXK_CALL pxkGetPerspectiveQuad(PxkImage* image, double coeffs[3][3], double quad[4][2]);
+
+/** pxkGetAffineBound for a perspective transform. */
+PXK_API void PXK_CALL pxkGetPerspectiveBound(PxkImage* image, double coeffs[3][3], double bound[2][2]);
 
 /**
- * The transform that takes the image's region to a quadrangle, stored in `coeffs`. No result is written after
- * "Incorrect Image"; -5 "Quadrangle is degenerate to triangle or length or point", "Quadrangle is concave"; affine:
- * "Quadrangle is not parallelogram"; "Bad rect ROI"; "image Rectangle ROI is degenerate to length or point" (affine:
- * "srcImage Rectangle ..."), a region one pixel wide or high.
+ * The affine transform that takes the image's region to a quadrangle, stored in `coeffs`. No result is written after
+ * "Incorrect Image"; -5 "Quadrangle is degenerate to triangle or length or point", "Quadrangle is concave", "Quadrangle
+ * is not parallelogram", "Bad rect ROI"; "srcImage Rectangle ROI is degenerate to length or point", a region one pixel
+ * wide or high.
  */
-PXK_API void pxkGetAffineTransform(PxkImage* image, double coeffs[2][3], double quad[4][2]);
-PXK_API void pxkGetBilinearTransform(PxkImage* image, double coeffs[2][4], double quad[4][2]);
-PXK_API void pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], double quad[4][2]);
+PXK_API void PXK_CALL pxkGetAffineTransform(PxkImage* image, double coeffs[2][3], double quad[4][2]);
+
+/**
+ * pxkGetAffineTransform for a bilinear transform: any convex quadrangle, and the last text is "image Rectangle ROI is
+ * degenerate to length or point".
+ */
+PXK_API void PXK_CALL pxkGetBilinearTransform(PxkImage* image, double coeffs[2][4], double quad[4][2]);
+
+/** pxkGetBilinearTransform for a perspective transform. */
+PXK_API void PXK_CALL pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], double quad[4][2]);
 
 /**
  * Every destination pixel from the source position that two 32F images of one channel hold for it, as coordinates of
@@ -1649,11 +1963,14 @@ PXK_API void pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], do
  * xMap->alphaChannel != 0", the same of yMap, "This function is not in-place function", "interpolate != PXK_INTER_NN &&
  * interpolate != PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC"; then channels, memory and tiles as the warps.
  */
-PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkImage* dstImage, int32_t interpolate);
+PXK_API void PXK_CALL pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkImage* dstImage,
+                               int32_t interpolate);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /**
- * @name Fourier and cosine transforms
+ * @defgroup pxk_transforms Fourier and cosine transforms
  *
  * A packed spectrum is an image of the same size as the real one of W times H pixels, one real value a pixel. F(k, l)
  * is the complex spectrum at horizontal frequency k and vertical frequency l. A line of M values packs its spectrum S,
@@ -1668,10 +1985,29 @@ PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkIma
  *     Re F(0,1)   Re F(1,1)   Im F(1,1)   Re F(2,1)
  *     Im F(0,1)   Re F(1,2)   Im F(1,2)   Im F(2,1)
  *     F(0,2)      Re F(1,3)   Im F(1,3)   F(2,2)
+ * @{
  */
 
+/** @name Flags of the Fourier transforms
+ * A direction, scaling, arithmetic; or the release of a thread's tables.
+ * @{ */
+#define PXK_FFT_FORWARD 1    /**< negative exponent, not scaled */
+#define PXK_FFT_INVERSE 2    /**< positive exponent, scaled by 1 / (W H) */
+#define PXK_FFT_NOSCALE 4    /**< the inverse without its scale */
+#define PXK_FFT_USE_INT 16   /**< fixed-point arithmetic */
+#define PXK_FFT_USE_FLOAT 32 /**< single precision, the default */
+#define PXK_FFT_FREE 128     /**< release this thread's tables, and nothing else */
+/** @} */
+
+/** @name Flags of the cosine transform
+ * @{ */
+#define PXK_DCT_FORWARD 1 /**< from samples to coefficients */
+#define PXK_DCT_INVERSE 2 /**< from coefficients to samples */
+#define PXK_DCT_FREE 8    /**< release this thread's tables, and nothing else */
+/** @} */
+
 /**
- * pxkRealFft2D turns a real image into its packed spectrum, pxkCcsFft2D a packed spectrum into the real image.
+ * Turns a real image into its packed spectrum; pxkCcsFft2D turns a packed spectrum into the real image.
  *
  * flags has one direction. With PXK_FFT_FORWARD the exponent is -2 pi i (k m / W + l n / H), and nothing is scaled.
  * With PXK_FFT_INVERSE it is positive, and the result is multiplied by 1 / (W H) unless PXK_FFT_NOSCALE is set too. The
@@ -1699,10 +2035,10 @@ PXK_API void pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMap, PxkIma
  * (dstImage->alphaChannel != 0))", "(dstImage->nChannels - (dstImage->alphaChannel != 0)) != (srcImage->roi->coi > 0)"
  * or "(srcImage->nChannels - (srcImage->alphaChannel != 0)) != (dstImage->roi->coi > 0)". -4 "No working memory".
  */
-PXK_API void pxkRealFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+PXK_API void PXK_CALL pxkRealFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
 
-/** See pxkRealFft2D. */
-PXK_API void pxkCcsFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+/** The real image of a packed spectrum. Everything else is told at pxkRealFft2D. */
+PXK_API void PXK_CALL pxkCcsFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
 
 /**
  * Multiplies two packed spectra as complex numbers, value by value: what a filter in the frequency domain needs.
@@ -1718,7 +2054,7 @@ PXK_API void pxkCcsFft2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
  * the last one; -15 without a text for unlike numbers of processed channels; -5 "srcA->imageData == ((void*)(0))" and
  * so on for tiled images.
  */
-PXK_API void pxkMpyRCPack2D(PxkImage* srcA, PxkImage* srcB, PxkImage* dst);
+PXK_API void PXK_CALL pxkMpyRCPack2D(PxkImage* srcA, PxkImage* srcB, PxkImage* dst);
 
 /**
  * Cosine transform of each channel of an image or of its region, of W times H pixels, in single precision:
@@ -1739,7 +2075,9 @@ PXK_API void pxkMpyRCPack2D(PxkImage* srcA, PxkImage* srcB, PxkImage* dst);
  * region that leaves its image), "srcImage->imageData == ((void*)(0))" and "dstImage->imageData == ((void*)(0))" (tiled
  * images). Without memory the destination stays as it is, and nothing is reported.
  */
-PXK_API void pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+PXK_API void PXK_CALL pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags);
+
+/** @} */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /* Sizes, offsets and the ABI are fixed: every field but the pointers has 32 bits. */

@@ -73,7 +73,7 @@ template <class T> static T ownAlphaSample(int32_t alphaValue)
 template <class T> static void ownPreMultiply(const OwnWork& work, int32_t alphaValue)
 {
     const PxkImage* const image = work.image(0);
-    const int32_t coi = image->roi != nullptr ? image->roi->coi : 0;
+    const int32_t coi = ownChannelOfInterest(image);
     const bool isConstant = alphaValue >= 0;
     const bool hasColours = coi == 0 ? ownProcessedChannels(image) > 0 : coi != image->alphaChannel;
     const bool setsAlpha = isConstant && image->alphaChannel != 0 && (coi == 0 || coi == image->alphaChannel);

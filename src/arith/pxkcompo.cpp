@@ -82,7 +82,7 @@ struct OwnCompositeTargets {
 
 static OwnCompositeTargets ownCompositeTargets(const PxkImage* dstImage)
 {
-    const int32_t coi = dstImage->roi != nullptr ? dstImage->roi->coi : 0;
+    const int32_t coi = ownChannelOfInterest(dstImage);
     if (dstImage->alphaChannel == 0) return { true, false };
     return { coi != dstImage->alphaChannel, coi == 0 || coi == dstImage->alphaChannel };
 }

@@ -39,7 +39,7 @@ OwnCheck ownTwistChannelFailure(const OwnTwistImages& images)
 // The first three channels, whatever the channel of interest.
 static OwnPixelChannels ownTwistedChannels(const PxkImage* image, const OwnView& view)
 {
-    const int32_t firstOfView = image->roi != nullptr ? std::max(image->roi->coi - 1, 0) : 0;
+    const int32_t firstOfView = std::max(ownChannelOfInterest(image) - 1, 0);
     return ownSomeChannels(view, -firstOfView, 3);
 }
 

@@ -9,7 +9,7 @@ static constexpr int32_t ownBlockCount = 1 << 3 * (8 - ownBlockBits);
 
 // A list is its first place in the pool, 20 bits, and its length in the 12 bits above.
 static constexpr int32_t ownPlaceBits = 20;
-static constexpr int32_t ownLongestList = 4095;
+static constexpr int32_t ownLongestList = 4080; // a whole number of steps
 static constexpr int32_t ownPoolSize = 1 << 18;
 
 static void ownForgetLists(OwnNearest* nearest)
@@ -23,6 +23,15 @@ static uint32_t ownEntry(const OwnNearest* nearest, int64_t index)
     const uint8_t* const entry = nearest->table + 4 * index;
     return entry[0] | static_cast<uint32_t>(entry[1]) << 8 | static_cast<uint32_t>(entry[2]) << 16
         | static_cast<uint32_t>(index) << 24;
+}
+
+// Lists are compared so many entries at a time; what is missing at their ends are copies of their first entry.
+static constexpr int32_t ownListStep = 16;
+
+static int32_t ownFillStep(uint32_t* list, int32_t length)
+{
+    while (length % ownListStep != 0) list[length++] = list[0];
+    return length;
 }
 
 // Lists the entries, of equal ones the first, since no other is ever the nearest. The cells are lent as a hash table of
@@ -40,6 +49,7 @@ static void ownListEntries(OwnNearest* nearest)
         nearest->cells[slot] = met;
         nearest->pool[nearest->listed++] = entry;
     }
+    nearest->listed = ownFillStep(nearest->pool.get(), nearest->listed);
 }
 
 void ownPrepareNearest(OwnNearest* nearest, const uint8_t* table, int64_t count)
@@ -102,16 +112,21 @@ static int32_t ownLeastLead(uint32_t entry, uint32_t rival, uint32_t first, uint
     return lead;
 }
 
+// The first of the nearest ones: distances take 18 bits, places 12.
 static uint32_t ownNearestInList(const uint32_t* list, int32_t count, uint32_t color)
 {
-    uint32_t best = list[0];
-    int32_t bestDistance = ownDistance(best, color);
-    for (int32_t i = 1; i < count; ++i) {
-        const int32_t distance = ownDistance(list[i], color);
-        best = distance < bestDistance ? list[i] : best;
-        bestDistance = distance < bestDistance ? distance : bestDistance;
+    const int32_t blue = ownChannel(color, 0), green = ownChannel(color, 1), red = ownChannel(color, 2);
+    int32_t least = INT32_MAX;
+    for (int32_t start = 0; start < count; start += ownListStep) {
+        for (int32_t i = 0; i < ownListStep; ++i) {
+            const uint32_t entry = list[start + i];
+            const int32_t b = ownChannel(entry, 0) - blue, g = ownChannel(entry, 1) - green;
+            const int32_t r = ownChannel(entry, 2) - red;
+            const int32_t key = (b * b + g * g + r * r) << 12 | (start + i);
+            least = key < least ? key : least;
+        }
     }
-    return best;
+    return list[least & 0xFFF];
 }
 
 // What of a list may be nearest to a colour in the cube of the given first colour and size: all but the entries that
@@ -121,7 +136,7 @@ static uint32_t ownListCube(OwnNearest* nearest, uint32_t from, uint32_t first, 
     const uint32_t last = first + 0x010101u * ((1u << bits) - 1);
     const uint32_t* const source = nearest->pool.get() + (from & ((1u << ownPlaceBits) - 1));
     const int32_t count = static_cast<int32_t>(from >> ownPlaceBits);
-    if (ownPoolSize - nearest->poolUsed < count) return 0;
+    if (ownPoolSize - nearest->poolUsed < count) return 0; // a whole number of steps, as all lists are
     const uint32_t rival = ownNearestInList(source, count, first + 0x010101u * (1u << (bits - 1)));
     uint32_t* const list = nearest->pool.get() + nearest->poolUsed;
     int32_t length = 0;
@@ -129,6 +144,7 @@ static uint32_t ownListCube(OwnNearest* nearest, uint32_t from, uint32_t first, 
         list[length] = source[i];
         length += ownLeastLead(source[i], rival, first, last) <= 0;
     }
+    length = ownFillStep(list, length);
     const uint32_t place = static_cast<uint32_t>(nearest->poolUsed) | static_cast<uint32_t>(length) << ownPlaceBits;
     nearest->poolUsed += length;
     return place;

@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
+#include <cstring>
 #include <limits>
+#include <type_traits>
 
 #include "frame/ownconversion.h"
 #include "frame/ownround.h"
@@ -133,6 +136,77 @@ template <class S> struct OwnWeightEnds {
     }
 };
 
+// 8 bits from 0 on, in single precision where that gives what the line gives. A range that is 255 divided by a power of
+// two: products are exact.
+struct OwnScaleByPower {
+    float maxVal;
+    float factor;
+
+    uint8_t operator()(float sample) const
+    {
+        const float atLeast = sample > 0.0f ? sample : 0.0f;
+        return static_cast<uint8_t>(ownRoundEven((atLeast < maxVal ? atLeast : maxVal) * factor));
+    }
+};
+
+// A range that is a power of two: 255 x as 256 x - x, the whole part first. A sum with 1.5 * 2^23 has that part in its
+// lowest bits, where every float operation rounds to single precision. All 2^32 floats were compared.
+struct OwnScaleByWhole {
+    static constexpr bool isExact = FLT_EVAL_METHOD == 0;
+    float maxVal;
+    float inverse;
+
+    uint8_t operator()(float sample) const
+    {
+        constexpr float magic = 12582912.0f;
+        const float atLeast = sample > 0.0f ? sample : 0.0f;
+        const float x = (atLeast < maxVal ? atLeast : maxVal) * inverse;
+        const float product = 256.0f * x;
+        const float rounded = product + magic;
+        const float sum = ((product - (rounded - magic)) - x) + rounded;
+        int32_t bits;
+        memcpy(&bits, &sum, sizeof bits);
+        return static_cast<uint8_t>(bits);
+    }
+};
+
+// In two steps, of which the first is exact: the factor's highest 16 bits, and the rest.
+struct OwnScaleByParts {
+    float high;
+    float low;
+
+    explicit OwnScaleByParts(double factor)
+    {
+        int exponent;
+        const double mantissa = std::frexp(factor, &exponent);
+        high = static_cast<float>(std::ldexp(std::floor(std::ldexp(mantissa, 16)), exponent - 16));
+        low = static_cast<float>(factor - high);
+    }
+    float operator()(uint8_t sample) const
+    {
+        const float x = sample;
+        return x * high + x * low;
+    }
+    bool isLine(const OwnLine& line) const
+    {
+        uint8_t samples[256];
+        float results[256];
+        for (int32_t k = 0; k < 256; ++k) samples[k] = static_cast<uint8_t>(k);
+        uint8_t* const rows[2] = { samples, reinterpret_cast<uint8_t*>(results) };
+        ownDepthRow<uint8_t, float>(rows, 256, *this);
+        bool isSame = true;
+        for (int32_t k = 0; k < 256; ++k) isSame = isSame && results[k] == static_cast<float>(line(k));
+        return isSame;
+    }
+};
+
+// True for 2^-64 to 2^64, whose inverses are floats too.
+static bool ownIsPower(double value)
+{
+    int exponent;
+    return std::frexp(value, &exponent) == 0.5 && exponent > -64 && exponent <= 65;
+}
+
 template <class D>
 static int32_t ownScaleToInteger(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, float minVal,
                                  float maxVal)
@@ -141,6 +215,16 @@ static int32_t ownScaleToInteger(const OwnSite& site, PxkImage* srcImage, PxkIma
     const double least = minVal;
     const double factor = Range::width / (maxVal - least);
     const OwnLine line = { factor, Range::low - least * factor };
+    if constexpr (std::is_same<D, uint8_t>::value) {
+        if (least == 0 && ownIsPower(factor)) {
+            const OwnScaleByPower scale = { maxVal, static_cast<float>(factor) };
+            return ownRunDepthsAs<float, D>(site, srcImage, dstImage, scale);
+        }
+        if (least == 0 && ownIsPower(maxVal) && OwnScaleByWhole::isExact) {
+            const OwnScaleByWhole scale = { maxVal, 1.0f / maxVal };
+            return ownRunDepthsAs<float, D>(site, srcImage, dstImage, scale);
+        }
+    }
     const double largestProduct = std::max(std::fabs(least), std::fabs(static_cast<double>(maxVal))) * factor;
     if (largestProduct <= 4 * Range::width) { // never for infinite ends
         return ownRunDepthsAs<float, D>(site, srcImage, dstImage, OwnScaleToInteger<D> { minVal, maxVal, line });
@@ -158,6 +242,13 @@ static int32_t ownScaleToFloat(const OwnSite& site, PxkImage* srcImage, PxkImage
     const auto onLine = [line](S sample) { return static_cast<float>(line(sample)); };
     const bool keepsEnds =
         onLine(std::numeric_limits<S>::min()) == minVal && onLine(std::numeric_limits<S>::max()) == maxVal;
+    if constexpr (std::is_same<S, uint8_t>::value) {
+        const OwnScaleByParts parts(line.factor);
+        const bool isSmall = srcImage->width < 64 && srcImage->height < 64; // not worth the comparison
+        if (least == 0 && keepsEnds && !isSmall && parts.isLine(line)) {
+            return ownRunDepthsAs<S, float>(site, srcImage, dstImage, parts);
+        }
+    }
     if (keepsEnds) return ownRunDepthsAs<S, float>(site, srcImage, dstImage, onLine);
     return ownRunDepthsAs<S, float>(site, srcImage, dstImage,
                                     OwnWeightEnds<S> { least / Range::width, most / Range::width });

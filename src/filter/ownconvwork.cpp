@@ -31,7 +31,7 @@ bool ownGoodConvImages(const OwnSite& site, const OwnConvImages& images, bool is
 
 static bool ownGoodConvChannels(const OwnSite& site, const OwnConvImages& images)
 {
-    const auto hasInterest = [](const PxkImage* image) { return image->roi != nullptr && image->roi->coi > 0; };
+    const auto hasInterest = [](const PxkImage* image) { return ownChannelOfInterest(image) > 0; };
     const int32_t nSource = ownProcessedChannels(images.srcImage);
     const int32_t nDestination = ownProcessedChannels(images.dstImage);
     return ownPassed(site,

@@ -47,9 +47,9 @@ static void ownNetworkBand(const OwnBand& band, const OwnRank& rank, const T* lo
     }
 }
 
-static constexpr int32_t ownMostInNetwork = 49;
+static constexpr int32_t ownMostInNetwork = 81;
 
-// A network for every count up to 25; those of 35 and 49 serve smaller windows too. False: out of memory.
+// A network for every count up to 25; those of 35, 49 and 81 serve smaller windows too. False: out of memory.
 template <class T> static bool ownMedianByNetwork(const OwnBand& band, const OwnRank& rank)
 {
     const int64_t n = rank.samples();
@@ -65,6 +65,7 @@ template <class T> static bool ownMedianByNetwork(const OwnBand& band, const Own
         std::fill(lowest, lowest + length, std::numeric_limits<T>::min());
         std::fill(highest, highest + length, std::numeric_limits<T>::max());
         if (n <= 35) return network(std::integral_constant<int32_t, 35> {}, lowest, highest);
+        if (n <= 49) return network(std::integral_constant<int32_t, 49> {}, lowest, highest);
         return network(std::integral_constant<int32_t, ownMostInNetwork> {}, lowest, highest);
     }
     return ownForCount<1, 25>(static_cast<int32_t>(n), [&](auto count) { return network(count, nullptr, nullptr); });
@@ -245,27 +246,34 @@ template <class C, class T> static bool ownMedianByColumns(const OwnBand& band, 
 
 // ---- larger windows: one histogram that moves along the row ---------------------------------------------------------
 
-// Counts of all values of 8 or 16 bits, with the sums of groups as a coarse level.
+// Counts of all values of 8 or 16 bits, and of groups that share their first bits: down to half of the bits, 4 at a
+// time. A 1 in front of these bits is a group's place. The search begins in the group of the last middle sample (Huang,
+// Yang and Tang, A fast two-dimensional median filtering algorithm, 1979).
 template <class T> struct OwnWindowCounts {
     static constexpr int32_t groupBits = 4 * sizeof(T);
-    static constexpr int32_t groups = 1 << groupBits;
-    uint32_t coarse[groups];
-    uint32_t fine[groups << groupBits];
+    static constexpr uint32_t values = uint32_t { 1 } << 2 * groupBits;
+    uint32_t count[2 * values];
+    uint32_t group;      // the place of one of the largest groups
+    uint32_t belowGroup; // samples of the groups in front of it
 
     void change(T sample, uint32_t by)
     {
-        const uint32_t value = ownCountedAs(sample);
-        coarse[value >> groupBits] += by;
-        fine[value] += by;
+        const uint32_t place = values + ownCountedAs(sample);
+        for (int32_t bits = 0; bits <= groupBits; bits += 4) count[place >> bits] += by;
+        belowGroup += place >> groupBits < group ? by : 0;
     }
 
-    T middle(int64_t below) const
+    T middle(uint32_t below)
     {
-        uint32_t group = 0;
-        while (coarse[group] <= below) below -= coarse[group++];
-        uint32_t value = group << groupBits;
-        while (fine[value] <= below) below -= fine[value++];
-        return static_cast<T>(value ^ ownOrderBit<T>);
+        while (belowGroup > below) belowGroup -= count[--group];
+        while (belowGroup + count[group] <= below) belowGroup += count[group++];
+        uint32_t rest = below - belowGroup;
+        uint32_t place = group;
+        while (place < values) {
+            place *= 16;
+            while (count[place] <= rest) rest -= count[place++];
+        }
+        return static_cast<T>((place - values) ^ ownOrderBit<T>);
     }
 };
 
@@ -275,6 +283,7 @@ template <class T> static bool ownMedianByWindow(const OwnBand& band, const OwnR
     Counts* const counts = band.scratch.take<Counts>(1);
     if (counts == nullptr) return false;
     memset(counts, 0, sizeof(Counts));
+    counts->group = 1 << Counts::groupBits;
     for (int32_t y = 0; y < band.height; ++y) {
         for (int32_t channel = 0; channel < band.step; ++channel) {
             const auto changeColumn = [&](ptrdiff_t column, uint32_t by) {
@@ -286,7 +295,7 @@ template <class T> static bool ownMedianByWindow(const OwnBand& band, const OwnR
             for (int32_t c = 0; c < rank.nCols; ++c, entering += band.step) changeColumn(entering, 1);
             ptrdiff_t leaving = channel;
             for (ptrdiff_t x = channel; x < band.width; x += band.step) {
-                reinterpret_cast<T*>(band.out[y])[x] = counts[0].middle(rank.below());
+                reinterpret_cast<T*>(band.out[y])[x] = counts[0].middle(static_cast<uint32_t>(rank.below()));
                 changeColumn(leaving, UINT32_MAX);
                 leaving += band.step;
                 if (x + band.step < band.width) changeColumn(entering, 1);
@@ -298,23 +307,62 @@ template <class T> static bool ownMedianByWindow(const OwnBand& band, const OwnR
     return true;
 }
 
-// ---- 32 bits: selection --------------------------------------------------------------------------------------------
+// ---- 32 bits: bit by bit --------------------------------------------------------------------------------------------
 
-static bool ownMedianBySelection(const OwnBand& band, const OwnRank& rank)
+// A stretch of samples whose medians are found together.
+struct OwnTrial {
+    static constexpr ptrdiff_t most = 512;
+    int32_t value[most];
+    int32_t below[most]; // samples of the window that are smaller
+};
+
+template <int32_t N> static void ownCountBelow(const int32_t* const* taps, ptrdiff_t x, OwnTrial& trial, ptrdiff_t n)
 {
-    const int64_t n = rank.samples();
-    int32_t* const samples = band.scratch.take<int32_t>(n);
-    if (samples == nullptr) return false;
-    int32_t* const middle = samples + rank.below();
+    const int32_t* tap[N];
+    for (int32_t k = 0; k < N; ++k) tap[k] = taps[k] + x;
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        const int32_t value = trial.value[i];
+        int32_t below = trial.below[i];
+        for (int32_t k = 0; k < N; ++k) below += tap[k][i] < value ? 1 : 0;
+        trial.below[i] = below;
+    }
+}
+
+// The middle sample is the largest number with no more than `rank` samples below it: its bits are tried one by one.
+static void ownMedianStretch(const int32_t* const* taps, ptrdiff_t x, const OwnRank& rank, int32_t* out, ptrdiff_t n)
+{
+    OwnTrial trial;
+    const int64_t count = rank.samples();
+    std::fill(out, out + n, INT32_MIN);
+    for (int32_t bit = 31; bit >= 0; --bit) {
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < n; ++i) {
+            trial.value[i] = static_cast<int32_t>(static_cast<uint32_t>(out[i]) + (uint32_t { 1 } << bit));
+            trial.below[i] = 0;
+        }
+        int64_t k = 0;
+        for (; k + 8 <= count; k += 8) ownCountBelow<8>(taps + k, x, trial, n);
+        for (; k < count; ++k) ownCountBelow<1>(taps + k, x, trial, n);
+        const int32_t most = static_cast<int32_t>(rank.below());
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < n; ++i) out[i] = trial.below[i] <= most ? trial.value[i] : out[i];
+    }
+}
+
+static bool ownMedianByBits(const OwnBand& band, const OwnRank& rank)
+{
+    const int32_t** const taps = band.scratch.take<const int32_t*>(rank.samples());
+    if (taps == nullptr) return false;
     for (int32_t y = 0; y < band.height; ++y) {
-        for (ptrdiff_t x = 0; x < band.width; ++x) {
-            int32_t* next = samples;
-            for (int32_t k = 0; k < rank.nRows; ++k) {
-                const int32_t* const row = reinterpret_cast<const int32_t*>(band.rows[y + k]) + x;
-                for (int32_t c = 0; c < rank.nCols; ++c) *next++ = row[static_cast<ptrdiff_t>(c) * band.step];
-            }
-            std::nth_element(samples, middle, samples + n);
-            reinterpret_cast<int32_t*>(band.out[y])[x] = *middle;
+        const int32_t** next = taps;
+        for (int32_t k = 0; k < rank.nRows; ++k) {
+            const int32_t* const row = reinterpret_cast<const int32_t*>(band.rows[y + k]);
+            for (int32_t c = 0; c < rank.nCols; ++c) *next++ = row + static_cast<ptrdiff_t>(c) * band.step;
+        }
+        int32_t* const out = reinterpret_cast<int32_t*>(band.out[y]);
+        for (ptrdiff_t x = 0; x < band.width; x += OwnTrial::most) {
+            ownMedianStretch(taps, x, rank, out + x, std::min(OwnTrial::most, band.width - x));
         }
     }
     return true;
@@ -326,7 +374,7 @@ template <class T> static bool ownMedianOf(const OwnBand& band, const OwnRank& r
 {
     if (rank.samples() <= ownMostInNetwork) return ownMedianByNetwork<T>(band, rank);
     if constexpr (sizeof(T) == 4) {
-        return ownMedianBySelection(band, rank);
+        return ownMedianByBits(band, rank);
     } else if constexpr (sizeof(T) == 2) {
         return ownMedianByWindow<T>(band, rank);
     } else {

@@ -13,7 +13,7 @@
 
 // The exchanges of a sorting network that the sample of one rank depends on.
 template <int32_t COUNT> struct OwnNetwork {
-    static constexpr int32_t most = 512;
+    static constexpr int32_t most = 1024;
     int8_t low[most] = {};
     int8_t high[most] = {};
     int32_t length = 0;

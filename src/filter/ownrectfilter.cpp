@@ -2,7 +2,7 @@
 
 static bool ownIsBadChannel(const PxkImage* image)
 {
-    return image->roi != nullptr && image->roi->coi > image->nChannels;
+    return ownChannelOfInterest(image) > image->nChannels;
 }
 
 bool ownGoodRectFilter(const OwnSite& site, const OwnRectFilter& filter, const OwnRectRules& rules)

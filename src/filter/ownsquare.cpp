@@ -68,6 +68,16 @@ template <> struct OwnSquareWords<float> {
 };
 template <class Sum> using OwnSquareWord = typename OwnSquareWords<Sum>::Type;
 
+// Words of 16 bits would be multiplied as signed integers, beyond which a product may lie.
+template <class Word> static inline Word ownTimes(Word a, Word b)
+{
+    if constexpr (sizeof(Word) == 2) {
+        return static_cast<Word>(uint32_t { a } * b);
+    } else {
+        return a * b;
+    }
+}
+
 // ---- rows ----------------------------------------------------------------------------------------------------------
 
 // Sums in 16 bits of 8-bit samples, in 32 bits of 16-bit ones, or in single precision where that holds them exactly,
@@ -98,7 +108,7 @@ static void ownSquareRows(const OwnBand& band, int32_t y, const OwnSquare& squar
                     const int32_t tap = (row - r) * K + x;
                     if (row < r || row - r >= K) continue;
                     Word& sum = IS_HALVED && tap >= ownHalf(K) ? two[r] : one[r];
-                    sum = static_cast<Word>(sum + static_cast<Word>(c[tap] * sample));
+                    sum = static_cast<Word>(sum + ownTimes(c[tap], sample));
                 }
             }
         }

@@ -15,7 +15,7 @@ static constexpr int64_t ownBandBytes = 128 * 1024;
 static constexpr int64_t ownFixedBandBytes = 256 * 1024;
 
 // One pass of an engine: all channels of pixel-ordered images together, or a single channel.
-struct OwnPass {
+struct OwnWindowPass {
     const OwnWindowWork& work;
     OwnBandEngine engine;
     OwnScratch& scratch;
@@ -137,7 +137,7 @@ static OwnRowPlace ownPlaceRow(const OwnSource& source, int64_t y)
 }
 
 // The place of row k of those that output rows from `y` of the work on depend on.
-static OwnRowPlace ownPlaceBandRow(const OwnPass& pass, int64_t y, int64_t k)
+static OwnRowPlace ownPlaceBandRow(const OwnWindowPass& pass, int64_t y, int64_t k)
 {
     const OwnWindowWork& work = pass.work;
     int64_t row = y - work.margins.top + k;
@@ -147,7 +147,20 @@ static OwnRowPlace ownPlaceBandRow(const OwnPass& pass, int64_t y, int64_t k)
     return ownPlaceRow(pass.source, work.sourceRect.y + row);
 }
 
-static const uint8_t* ownSourceRow(const OwnPass& pass, int32_t y)
+// How many rows from row k on are pixels of the source that follow each other, where row k is.
+static int64_t ownRowsInside(const OwnWindowPass& pass, int64_t y, int64_t k)
+{
+    const OwnWindowWork& work = pass.work;
+    const int64_t row = y - work.margins.top + k;
+    int64_t end = static_cast<int64_t>(pass.source.rect.y) + pass.source.rect.height - work.sourceRect.y;
+    if (work.ring != ownRingNone) {
+        if (row < -work.ring) return 1;
+        end = std::min(end, static_cast<int64_t>(work.sourceRect.height) + work.ring);
+    }
+    return std::max<int64_t>(end - row, 1);
+}
+
+static const uint8_t* ownSourceRow(const OwnWindowPass& pass, int32_t y)
 {
     return pass.pixels.first + y * pass.pixels.rowStep;
 }
@@ -174,7 +187,7 @@ static void ownCopyChannel(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdif
     for (ptrdiff_t i = 0; i < n; ++i) memcpy(to + i * bytes, from + i * STEP * pixelStep, sizeof(T));
 }
 
-static void ownChooseCopies(OwnPass& pass)
+static void ownChooseCopies(OwnWindowPass& pass)
 {
     pass.unit = pass.pixelBytes();
     if (pass.isBits() && !pass.isBitRows()) {
@@ -192,7 +205,7 @@ static void ownChooseCopies(OwnPass& pass)
 
 // A stretch of a row that is made: `n` pixels from `to` on.
 struct OwnMove {
-    OwnPixelCopy copy;
+    OwnPixelCopy copy; // null: the bytes of the pixels as they are
     enum { SOURCE, CONSTANT, MADE } from;
     ptrdiff_t x;
     ptrdiff_t to;
@@ -216,7 +229,7 @@ static void ownAddMove(OwnMoves& moves, const OwnMove& move)
     moves.n += move.n;
 }
 
-static void ownAddConstant(const OwnPass& pass, OwnMoves& moves, int32_t side, ptrdiff_t n)
+static void ownAddConstant(const OwnWindowPass& pass, OwnMoves& moves, int32_t side, ptrdiff_t n)
 {
     const OwnConstant& constant = moves.constants[side];
     ownAddMove(moves,
@@ -225,16 +238,24 @@ static void ownAddConstant(const OwnPass& pass, OwnMoves& moves, int32_t side, p
     moves.n -= n * (pass.step - 1);
 }
 
-static void ownAddRun(const OwnPass& pass, OwnMoves& moves, const OwnBorderRun& run)
+static void ownAddRun(const OwnWindowPass& pass, OwnMoves& moves, const OwnBorderRun& run)
 {
     const OwnPixelCopies& copies = pass.copies;
-    const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
     const ptrdiff_t bit = pass.isBits() ? pass.pixels.bit : 0;
+    constexpr int32_t few = 4; // pixels that are quicker moved one by one
+    if (pass.isPacked() && (run.step > 0 || run.count <= few)) {
+        const int32_t n = run.step > 0 ? run.count : 1;
+        for (int32_t k = 0; k < run.count; k += n) {
+            ownAddMove(moves, { nullptr, OwnMove::SOURCE, run.from + k * run.step, moves.n, n, pass.unit });
+        }
+        return;
+    }
+    const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
     ownAddMove(moves, { copy, OwnMove::SOURCE, run.from + bit, moves.n, run.count, pass.unit });
 }
 
 // The image's columns from x to before `end`, inside it and outside.
-static void ownAddColumns(const OwnPass& pass, OwnMoves& moves, int64_t x, int64_t end)
+static void ownAddColumns(const OwnWindowPass& pass, OwnMoves& moves, int64_t x, int64_t end)
 {
     const OwnSource& source = pass.source;
     const int64_t left = source.rect.x;
@@ -260,7 +281,7 @@ static void ownAddColumns(const OwnPass& pass, OwnMoves& moves, int64_t x, int64
 }
 
 // Columns, and what repeats their ends.
-static void ownAddReach(const OwnPass& pass, OwnMoves& moves, const OwnReach& columns)
+static void ownAddReach(const OwnWindowPass& pass, OwnMoves& moves, const OwnReach& columns)
 {
     const ptrdiff_t first = moves.n;
     const ptrdiff_t before = static_cast<ptrdiff_t>(columns.before);
@@ -276,10 +297,10 @@ static void ownAddReach(const OwnPass& pass, OwnMoves& moves, const OwnReach& co
 }
 
 // Room for the moves of any row. False: out of memory.
-static bool ownOpenMoves(OwnPass& pass, OwnMoves& moves, const OwnReach (&reaches)[2])
+static bool ownOpenMoves(OwnWindowPass& pass, OwnMoves& moves, const OwnReach (&reaches)[2])
 {
     const int64_t columns = reaches[0].count + reaches[1].count;
-    moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) + 16);
+    moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) * 4 + 32);
     moves.side = -1;
     for (int32_t side = 0; side < OWN_SIDE_NONE; ++side) {
         OwnConstant& constant = moves.constants[side];
@@ -289,15 +310,23 @@ static bool ownOpenMoves(OwnPass& pass, OwnMoves& moves, const OwnReach (&reache
     return moves.moves != nullptr;
 }
 
-static void ownMakeRow(const OwnPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to)
+// Source rows y on, or rows of constants for y = -1, as `count` rows that are `step` bytes apart.
+static void ownMakeRows(const OwnWindowPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to, ptrdiff_t step,
+                        int64_t count)
 {
     const uint8_t* const source = y >= 0 ? ownSourceRow(pass, y) : nullptr;
     for (int32_t k = 0; k < moves.count; ++k) {
         const OwnMove& move = moves.moves[k];
-        if (move.from == OwnMove::CONSTANT) {
-            move.copy(moves.constants[move.x].bytes, 0, to, move.to, move.n, move.unit);
-        } else {
-            move.copy(move.from == OwnMove::MADE ? to : source, move.x, to, move.to, move.n, move.unit);
+        const bool isConstant = move.from == OwnMove::CONSTANT;
+        const uint8_t* from = isConstant ? moves.constants[move.x].bytes : (move.from == OwnMove::MADE ? to : source);
+        const ptrdiff_t fromStep = isConstant ? 0 : (move.from == OwnMove::MADE ? step : pass.pixels.rowStep);
+        if (move.copy == nullptr) {
+            ownCopyByteRows(from + move.x * move.unit, fromStep, to + move.to * move.unit, step, move.n * move.unit,
+                            count);
+            continue;
+        }
+        for (int64_t row = 0; row < count; ++row, from += fromStep) {
+            move.copy(from, isConstant ? 0 : move.x, to + row * step, move.to, move.n, move.unit);
         }
     }
 }
@@ -318,7 +347,7 @@ struct OwnPart {
     bool isInPlace;
 };
 
-static int32_t ownPartWidth(const OwnPass& pass, const OwnPart& part)
+static int32_t ownPartWidth(const OwnWindowPass& pass, const OwnPart& part)
 {
     const OwnColumns& second = part.columns[1];
     const int32_t between = second.count > 0 ? pass.work.margins.left + pass.work.margins.right : 0;
@@ -327,7 +356,7 @@ static int32_t ownPartWidth(const OwnPass& pass, const OwnPart& part)
 
 // Cuts a piece into the columns that can be read in place and the others. Few columns in place are not worth a pass of
 // their own.
-static int32_t ownCutPiece(const OwnPass& pass, const OwnRect& rect, OwnPart (&parts)[2])
+static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPart (&parts)[2])
 {
     const OwnWindowWork& work = pass.work;
     const OwnRect& held = pass.source.rect;
@@ -340,7 +369,7 @@ static int32_t ownCutPiece(const OwnPass& pass, const OwnRect& rect, OwnPart (&p
     }
     const int64_t first = std::max<int64_t>(0, low + work.margins.left - origin);
     const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
-    constexpr int64_t fewBytes = 512;
+    constexpr int64_t fewBytes = 2048;
     const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
     const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes() >= ownBlockBytes;
     const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes() >= fewBytes);
@@ -371,12 +400,23 @@ struct OwnPartWork {
 };
 
 // Bytes of a row that is made.
-static ptrdiff_t ownMadeRowStep(const OwnPass& pass, int32_t width)
+static ptrdiff_t ownMadeRowStep(const OwnWindowPass& pass, int32_t width)
 {
     const int64_t overlap = static_cast<int64_t>(pass.work.margins.left) + pass.work.margins.right;
     const ptrdiff_t bytes = pass.rowBytes(width + overlap);
     const ptrdiff_t room = std::max(bytes, ownBlockBytes + pass.rowBytes(overlap)); // for a block of output
     return (room + 63) & ~static_cast<ptrdiff_t>(63);
+}
+
+// Short rows of small windows are made one behind the other, without gaps, and computed as a single long one: what
+// comes out between their ends is dropped.
+static bool ownIsChained(const OwnWindowPass& pass, const OwnPartWork& work)
+{
+    const OwnMargins& margins = pass.work.margins;
+    constexpr int32_t few = 8;
+    const bool isSmall = margins.left + margins.right <= few && margins.top + margins.bottom <= few;
+    return isSmall && !work.part.isInPlace && !pass.isBitRows() && !pass.work.inFixedBands
+        && pass.rowBytes(work.width) < ownBlockBytes;
 }
 
 // Most different rows that a band of so many rows can hold.
@@ -386,9 +426,16 @@ static int64_t ownMostRows(const OwnWindowWork& work, int64_t total)
     return std::min<int64_t>(total, static_cast<int64_t>(work.sourceRect.height) + 2 * work.ring);
 }
 
-// The source rows of a band, in place or made; rows that follow each other and are the same are one. Null: out of
-// memory.
-static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
+// Zeros behind the `made` bytes of each row.
+static void ownClearGaps(uint8_t* first, const uint8_t* end, ptrdiff_t made, ptrdiff_t step, ptrdiff_t room)
+{
+    for (uint8_t* row = first; row < end; row += step) memset(row + made, 0, static_cast<size_t>(step - made));
+    if (step == made) memset(const_cast<uint8_t*>(end), 0, static_cast<size_t>(room - made));
+}
+
+// The source rows of a band, in place or made; rows that follow each other and are the same are one, unless rows are
+// chained. Null: out of memory.
+static const uint8_t* const* ownBandRows(OwnWindowPass& pass, const OwnPartWork& work, const OwnRows& rows)
 {
     const OwnMargins& margins = pass.work.margins;
     const OwnRect& rect = work.piece.rect;
@@ -400,35 +447,48 @@ static const uint8_t* const* ownBandRows(OwnPass& pass, const OwnPartWork& work,
     const OwnReach reaches[2] = { reachOf(work.part.columns[0]), reachOf(work.part.columns[1]) };
     const int64_t y = static_cast<int64_t>(rect.y) + rows.first;
     const int64_t total = static_cast<int64_t>(margins.top) + rows.count + margins.bottom;
-    const ptrdiff_t step = ownMadeRowStep(pass, work.width);
+    const ptrdiff_t room = ownMadeRowStep(pass, work.width);
+    const ptrdiff_t made = pass.rowBytes(static_cast<int64_t>(work.width) + margins.left + margins.right);
+    const bool isChained = ownIsChained(pass, work);
+    const ptrdiff_t step = isChained ? made : room;
     const uint8_t** const pointers = pass.scratch.take<const uint8_t*>(total);
     // In place only two rows of constants are made.
-    uint8_t* next = pass.scratch.take<uint8_t>((isInPlace ? 2 : ownMostRows(pass.work, total)) * step);
+    const int64_t most = isInPlace ? 2 : (isChained ? total : ownMostRows(pass.work, total));
+    uint8_t* const first = pass.scratch.take<uint8_t>(most * step + (isChained ? room : 0));
+    uint8_t* next = first;
     OwnMoves moves;
-    if (pointers == nullptr || next == nullptr || !ownOpenMoves(pass, moves, reaches)) return nullptr;
+    if (pointers == nullptr || first == nullptr || !ownOpenMoves(pass, moves, reaches)) return nullptr;
     const ptrdiff_t column = static_cast<ptrdiff_t>(pass.work.sourceRect.x + reaches[0].first - pass.source.rect.x);
     OwnRowPlace last = { -1, -1 };
-    for (int64_t k = 0; k < total; ++k) {
+    for (int64_t k = 0; k < total;) {
         const OwnRowPlace place = ownPlaceBandRow(pass, y, k);
-        if (place == last) {
+        if (place == last && !isChained) {
             pointers[k] = pointers[k - 1];
+            ++k;
             continue;
         }
-        last = place;
-        if (isInPlace && place.y >= 0) {
-            pointers[k] = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
-            continue;
-        }
-        if (moves.side != place.side) {
+        const bool isInside = place.side == OWN_SIDE_NONE;
+        const int64_t count = isInside ? std::min(ownRowsInside(pass, y, k), total - k) : 1;
+        last = { place.side, place.y + static_cast<int32_t>(count) - 1 };
+        const bool isMade = !isInPlace || place.y < 0;
+        if (isMade && moves.side != place.side) {
             moves.side = place.side;
             moves.n = moves.count = 0;
             ownAddReach(pass, moves, reaches[0]);
             if (work.part.columns[1].count > 0) ownAddReach(pass, moves, reaches[1]);
         }
-        ownMakeRow(pass, moves, place.y, next);
-        pointers[k] = next;
-        next += step;
+        const uint8_t* row = next;
+        if (isMade) {
+            ownMakeRows(pass, moves, place.y, next, step, count);
+            next += count * step;
+        } else {
+            row = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
+        }
+        const ptrdiff_t rowStep = isMade ? step : pass.pixels.rowStep;
+        for (const int64_t end = k + count; k < end; ++k, row += rowStep) pointers[k] = row;
     }
+    // What fills up a block is computed too: left as it was, it might be numbers that processors are slow on.
+    if (pass.work.source->depth == PXK_DEPTH_32F) ownClearGaps(first, next, made, step, room);
     return pointers;
 }
 
@@ -446,7 +506,7 @@ static OwnView ownViewPart(OwnView view, const OwnRows& rows, const OwnColumns& 
 }
 
 // The pass's channels of the piece.
-static OwnView ownPassView(const OwnPass& pass, const OwnDestination& piece)
+static OwnView ownPassView(const OwnWindowPass& pass, const OwnDestination& piece)
 {
     OwnView view = piece.view;
     view.first += pass.channel * view.channelStep;
@@ -456,53 +516,63 @@ static OwnView ownPassView(const OwnPass& pass, const OwnDestination& piece)
 
 // Output rows are made where they belong, or are staged: under a mask, with gaps between samples or stretches, and
 // where a row has less than a block.
-static bool ownIsStaged(const OwnPass& pass, const OwnPartWork& work)
+static bool ownIsStaged(const OwnWindowPass& pass, const OwnPartWork& work)
 {
     const OwnRowForm form = { pass.step, pass.isBitRows() };
     return work.piece.mask != nullptr || work.part.columns[1].count > 0 || pass.rowBytes(work.width) < ownBlockBytes
         || !ownLieAsMade(ownPassView(pass, work.piece), form);
 }
 
-static void ownStoreStaged(const OwnPass& pass, const OwnPartWork& work, const OwnRows& rows, const OwnView& staged)
+static void ownStoreStaged(const OwnWindowPass& pass, const OwnPartWork& work, const OwnRows& rows,
+                           const OwnView& staged)
 {
     const OwnView all = ownPassView(pass, work.piece);
+    const bool isPlain = work.piece.mask == nullptr && ownLieAsMade(all, { pass.step, pass.isBitRows() });
     int32_t at = 0;
     for (const OwnColumns& columns : work.part.columns) {
         if (columns.count == 0) continue;
         const OwnRows allRows = { 0, rows.count };
         const OwnView views[2] = { ownViewPart(staged, allRows, { at, columns.count }),
                                    ownViewPart(all, rows, columns) };
+        at += columns.count + pass.work.margins.left + pass.work.margins.right;
+        if (isPlain) {
+            ownCopyByteRows(views[0].first, views[0].rowStep, views[1].first, views[1].rowStep,
+                            columns.count * views[1].pixelStep, rows.count);
+            continue;
+        }
         OwnBits mask;
         if (work.piece.mask != nullptr) mask = ownBitsAt(*work.piece.mask, columns.first, rows.first);
-        ownRunViews(views, 2, 1, work.piece.mask != nullptr ? &mask : nullptr, OwnCopyRow { staged.sampleBytes });
-        at += columns.count + pass.work.margins.left + pass.work.margins.right;
+        ownCopyView(views[0], views[1], work.piece.mask != nullptr ? &mask : nullptr);
     }
 }
 
-static bool ownRunBand(OwnPass& pass, const OwnPartWork& work, const OwnRows& rows)
+static bool ownRunBand(OwnWindowPass& pass, const OwnPartWork& work, const OwnRows& rows)
 {
     pass.scratch.restart();
     const uint8_t* const* const sources = ownBandRows(pass, work, rows);
     uint8_t** const out = pass.scratch.take<uint8_t*>(rows.count);
     if (sources == nullptr || out == nullptr) return false;
     const bool isStaged = ownIsStaged(pass, work);
+    const bool isChained = rows.count > 1 && ownIsChained(pass, work);
     OwnView made = ownViewPart(ownPassView(pass, work.piece), rows, work.part.columns[0]);
     if (isStaged) {
         made.width = work.width;
         made = ownMadeRows(made, { pass.step, pass.isBitRows() });
-        made.first = pass.scratch.take<uint8_t>(static_cast<int64_t>(made.rowStep) * rows.count);
+        if (isChained) made.rowStep = sources[1] - sources[0];
+        made.first = pass.scratch.take<uint8_t>(static_cast<int64_t>(made.rowStep) * rows.count + ownBlockBytes);
         if (made.first == nullptr) return false;
     }
     for (int32_t y = 0; y < rows.count; ++y) out[y] = made.first + y * made.rowStep;
-    const ptrdiff_t width = static_cast<ptrdiff_t>(work.width) * pass.step;
-    if (!pass.engine({ sources, out, width, rows.count, pass.step, pass.scratch })) return false;
+    ptrdiff_t width = static_cast<ptrdiff_t>(work.width) * pass.step;
+    if (isChained) width += (rows.count - 1) * made.rowStep / std::max(made.sampleBytes, 1);
+    if (!pass.engine({ sources, out, width, isChained ? 1 : rows.count, pass.step, pass.scratch })) return false;
     if (isStaged) ownStoreStaged(pass, work, rows, made);
     return true;
 }
 
 // Output rows of a band: all of them where nothing is copied; otherwise enough that the rows which bands share weigh
 // little, few enough that what one part brings into the cache is there for the next.
-static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork* parts, int32_t nParts)
+static int32_t ownBandHeight(const OwnWindowPass& pass, const OwnPartWork* parts, int32_t nParts)
 {
     const OwnWindowWork& work = pass.work;
     const OwnRect& rect = parts[0].piece.rect;
@@ -520,18 +590,13 @@ static int32_t ownBandHeight(const OwnPass& pass, const OwnPartWork* parts, int3
     return static_cast<int32_t>(std::min<int64_t>(rect.height, height));
 }
 
-static bool ownHasChannelOfInterest(const PxkImage* image)
-{
-    return image->roi != nullptr && image->roi->coi > 0;
-}
-
-static bool ownRunPiece(OwnPass& pass, const OwnDestination& piece)
+static bool ownRunPiece(OwnWindowPass& pass, const OwnDestination& piece)
 {
     const OwnWindowWork& work = pass.work;
     const bool isPixelOrder = work.source->dataOrder == PXK_DATA_ORDER_PIXEL;
     // Without a channel of interest rows start at the first channel and may carry an alpha channel along.
     const bool isTogether = work.source->nChannels == 1
-        || (isPixelOrder && !ownHasChannelOfInterest(work.source) && !ownHasChannelOfInterest(work.destination));
+        || (isPixelOrder && ownChannelOfInterest(work.source) == 0 && ownChannelOfInterest(work.destination) == 0);
     pass.nChannels = isTogether ? piece.view.nChannels : 1;
     pass.step = isTogether ? work.source->nChannels : 1;
     const OwnView source = pass.source.view(pass.source.rect);
@@ -561,7 +626,7 @@ bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
     const bool isSourceTiled = work.source->tileInfo != nullptr;
     const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
     OwnScratch scratch;
-    OwnPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0 };
+    OwnWindowPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0 };
     if (isInPlace || (isSourceTiled && !isReadByPiece)) {
         if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {

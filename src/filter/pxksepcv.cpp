@@ -8,7 +8,7 @@
 #include "ownkernel.h"
 
 // One axis of a separable convolution; without a kernel a single coefficient of 1.
-template <class Value> struct OwnAxis {
+template <class Value> struct OwnKernelAxis {
     const Value* values;
     int32_t count;
     int32_t anchor;
@@ -17,27 +17,27 @@ template <class Value> struct OwnAxis {
 
 template <class Value> static constexpr Value ownOne = 1;
 
-static OwnAxis<int32_t> ownAxisOf(const PxkConvKernel* kernel, int32_t PxkConvKernel::*anchor)
+static OwnKernelAxis<int32_t> ownAxisOf(const PxkConvKernel* kernel, int32_t PxkConvKernel::*anchor)
 {
     if (kernel == nullptr) return { &ownOne<int32_t>, 1, 0, 0 };
     const int32_t shift = std::min(std::max(kernel->nShiftR, 0), 31);
     return { kernel->values, kernel->nCols * kernel->nRows, kernel->*anchor, shift };
 }
 
-static OwnAxis<float> ownAxisOf(const PxkConvKernelFP* kernel, int32_t PxkConvKernelFP::*anchor)
+static OwnKernelAxis<float> ownAxisOf(const PxkConvKernelFP* kernel, int32_t PxkConvKernelFP::*anchor)
 {
     if (kernel == nullptr) return { &ownOne<float>, 1, 0, 0 };
     return { kernel->values, kernel->nCols * kernel->nRows, kernel->*anchor, 0 };
 }
 
 // Integers whose sums of either pass cannot leave 32 bits, whatever the samples.
-static bool ownFitsIntegers(const OwnAxis<int32_t>& rows, const OwnAxis<int32_t>& columns, int32_t depth)
+static bool ownFitsIntegers(const OwnKernelAxis<int32_t>& rows, const OwnKernelAxis<int32_t>& columns, int32_t depth)
 {
     if (depth == PXK_DEPTH_32S) return false;
     const OwnRange range = ownDepthRange(depth);
     double low = range.low;
     double high = range.high;
-    for (const OwnAxis<int32_t>* axis : { &rows, &columns }) {
+    for (const OwnKernelAxis<int32_t>* axis : { &rows, &columns }) {
         double sumLow = 0;
         double sumHigh = 0;
         for (int32_t i = 0; i < axis->count; ++i) {
@@ -116,7 +116,7 @@ __attribute__((noinline)) static void ownAddProducts(int32_t count, const From* 
 // The whole sum over an axis, whose k-th coefficient meets row at(k). Sums of some coefficients go from one spare row
 // to the other.
 template <class From, class Sum, class Value, class At>
-static void ownAxisSums(const OwnAxis<Value>& axis, const At& at, Sum* const (&spare)[2], Sum* to, ptrdiff_t n)
+static void ownAxisSums(const OwnKernelAxis<Value>& axis, const At& at, Sum* const (&spare)[2], Sum* to, ptrdiff_t n)
 {
     const Sum* there = nullptr;
     for (int32_t done = 0; done < axis.count;) {
@@ -134,7 +134,7 @@ static void ownAxisSums(const OwnAxis<Value>& axis, const At& at, Sum* const (&s
 
 // The row pass over the rows that an output row needs, each once, and the column pass over its results.
 template <class T, class Sum, class Value>
-static bool ownSeparateBand(const OwnBand& band, const OwnAxis<Value>& rows, const OwnAxis<Value>& columns)
+static bool ownSeparateBand(const OwnBand& band, const OwnKernelAxis<Value>& rows, const OwnKernelAxis<Value>& columns)
 {
     const ptrdiff_t n = band.width;
     const ptrdiff_t stride = ((n + ownBlockBytes - 1) & -ownBlockBytes) + ownBlockBytes;
@@ -175,7 +175,7 @@ template <class Kernel> static bool ownGoodAxes(const OwnSite& site, const Kerne
 }
 
 template <class T, class Value>
-static bool ownSeparateDepth(const OwnBand& band, const OwnAxis<Value>& rows, const OwnAxis<Value>& columns,
+static bool ownSeparateDepth(const OwnBand& band, const OwnKernelAxis<Value>& rows, const OwnKernelAxis<Value>& columns,
                              int32_t depth)
 {
     if constexpr (std::is_floating_point<Value>::value) {

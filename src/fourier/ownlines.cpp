@@ -13,19 +13,19 @@ struct OwnParts {
 };
 
 template <size_t... I>
-inline void ownLoadLegs(OwnPoint (&v)[sizeof...(I)], const float* re, const float* im, ptrdiff_t leg,
+inline void ownLoadLegs(OwnComplex (&v)[sizeof...(I)], const float* re, const float* im, ptrdiff_t leg,
                         std::index_sequence<I...>)
 {
     ((v[I] = { re[static_cast<ptrdiff_t>(I) * leg], im[static_cast<ptrdiff_t>(I) * leg] }), ...);
 }
 
-template <size_t... I> inline void ownTurnLegs(OwnPoint* v, const float* turns, std::index_sequence<I...>)
+template <size_t... I> inline void ownTurnLegs(OwnComplex* v, const float* turns, std::index_sequence<I...>)
 {
-    ((v[I] = v[I] * OwnPoint { turns[2 * I], turns[2 * I + 1] }), ...);
+    ((v[I] = v[I] * OwnComplex { turns[2 * I], turns[2 * I + 1] }), ...);
 }
 
 template <size_t... I>
-inline void ownStoreLegs(const OwnPoint (&v)[sizeof...(I)], float* re, float* im, ptrdiff_t leg,
+inline void ownStoreLegs(const OwnComplex (&v)[sizeof...(I)], float* re, float* im, ptrdiff_t leg,
                          std::index_sequence<I...>)
 {
     ((re[static_cast<ptrdiff_t>(I) * leg] = v[I].re), ...);
@@ -51,7 +51,7 @@ static void ownRunSteps(const float* __restrict from, OwnStride fromStride, floa
         float *toRe = to + parts.re, *toIm = to + parts.im;
         OWN_IVDEP
         for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-            OwnPoint v[Radix];
+            OwnComplex v[Radix];
             ownLoadLegs(v, fromRe + lane, fromIm + lane, fromStride.leg, legs);
             ownButterfly(v);
             if constexpr (turned == OwnTurned::OTHERS)
@@ -133,19 +133,19 @@ static void ownFoldLegs(const float* from, ptrdiff_t fromLeg, int32_t radix, Own
 
 // Results k and radix - k of a direct sum; `factors` holds a cosine and a sine for each pair of legs.
 static void ownSumLegs(const float* __restrict first, const float* __restrict folded, const float* __restrict factors,
-                       int32_t pairs, OwnParts parts, const OwnPoint (&turns)[2], float* __restrict to,
+                       int32_t pairs, OwnParts parts, const OwnComplex (&turns)[2], float* __restrict to,
                        float* __restrict mirrored)
 {
     OWN_IVDEP
     for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-        OwnPoint middle = { 0, 0 }, side = { 0, 0 };
+        OwnComplex middle = { 0, 0 }, side = { 0, 0 };
         for (ptrdiff_t j = 0; j < pairs; ++j) {
             const float* pair = folded + j * 2 * OWN_GROUP + lane;
-            middle = middle + factors[2 * j] * OwnPoint { pair[0], pair[OWN_LANES] };
-            side = side + factors[2 * j + 1] * OwnPoint { pair[2 * OWN_LANES], pair[3 * OWN_LANES] };
+            middle = middle + factors[2 * j] * OwnComplex { pair[0], pair[OWN_LANES] };
+            side = side + factors[2 * j + 1] * OwnComplex { pair[2 * OWN_LANES], pair[3 * OWN_LANES] };
         }
-        middle = middle + OwnPoint { first[parts.re + lane], first[parts.im + lane] };
-        OwnPoint a, b;
+        middle = middle + OwnComplex { first[parts.re + lane], first[parts.im + lane] };
+        OwnComplex a, b;
         ownMirrored(middle, side, a, b);
         a = a * turns[0];
         b = b * turns[1];
@@ -159,10 +159,10 @@ static void ownSumLegs(const float* __restrict first, const float* __restrict fo
 static void ownSumAllLegs(const float* first, const float* folded, int32_t pairs, OwnParts parts, float* to)
 {
     for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-        OwnPoint sum = { 0, 0 };
+        OwnComplex sum = { 0, 0 };
         for (ptrdiff_t j = 0; j < pairs; ++j) {
             const float* pair = folded + j * 2 * OWN_GROUP + lane;
-            sum = sum + OwnPoint { pair[0], pair[OWN_LANES] };
+            sum = sum + OwnComplex { pair[0], pair[OWN_LANES] };
         }
         to[parts.re + lane] = sum.re + first[parts.re + lane];
         to[parts.im + lane] = sum.im + first[parts.im + lane];
@@ -184,7 +184,7 @@ static void ownRunDirectPass(const OwnPass& pass, const float* from, float* to, 
             ownSumAllLegs(first, folded, pairs, parts, result);
             for (int32_t k = 1; k <= pairs; ++k) {
                 const float *a = turns + 2 * (k - 1), *b = turns + 2 * (radix - k - 1);
-                const OwnPoint both[2] = { { a[0], a[1] }, { b[0], b[1] } };
+                const OwnComplex both[2] = { { a[0], a[1] }, { b[0], b[1] } };
                 ownSumLegs(first, folded, pass.innerTurns + 2 * pairs * static_cast<ptrdiff_t>(k - 1), pairs, parts,
                            both, result + k * step, result + (radix - k) * step);
             }

@@ -93,15 +93,10 @@ template <class Work> static void ownMultiplySpectra(OwnSpectra spectra, const O
     }
 }
 
-static int32_t ownInterest(const PxkImage* image)
-{
-    return image->roi == nullptr ? 0 : image->roi->coi;
-}
-
 static bool ownGoodSpectrumChannels(const OwnSite& site, const PxkImage* image, const char* coiText,
                                     const char* alphaText)
 {
-    const int32_t coi = ownInterest(image), alpha = image->alphaChannel;
+    const int32_t coi = ownChannelOfInterest(image), alpha = image->alphaChannel;
     return ownPassed(site,
                      { { coi < 0 || coi > image->nChannels, PXK_StsBadCOI, coiText },
                        { alpha != 0 && alpha != image->nChannels, PXK_StsBadAlphaChannel, alphaText } });

@@ -136,7 +136,7 @@ static void ownTransformEightByEight(const OwnFloatPlane& source, const OwnFloat
 // The region's pixels with all their channels: the channel of interest is not looked at.
 static OwnView ownAllChannels(const PxkImage* image)
 {
-    if (image->roi == nullptr || image->roi->coi == 0) return ownRegionStart(image);
+    if (ownChannelOfInterest(image) == 0) return ownRegionStart(image);
     PxkImage header = *image;
     PxkROI region = *image->roi;
     region.coi = 0;

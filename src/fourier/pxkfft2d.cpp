@@ -38,8 +38,8 @@ static bool ownGoodFourierImage(const OwnSite& site, PxkImage* image, const OwnF
 
 static bool ownGoodFourierChannels(const OwnSite& site, const PxkImage* source, const PxkImage* destination)
 {
-    const bool sourceHasCoi = source->roi != nullptr && source->roi->coi > 0;
-    const bool destinationHasCoi = destination->roi != nullptr && destination->roi->coi > 0;
+    const bool sourceHasCoi = ownChannelOfInterest(source) > 0;
+    const bool destinationHasCoi = ownChannelOfInterest(destination) > 0;
     const int32_t sourceColours = source->nChannels - (source->alphaChannel != 0);
     const int32_t destinationColours = destination->nChannels - (destination->alphaChannel != 0);
     return ownPassed(site,

@@ -111,6 +111,32 @@ template <> void ownStillBytes<1>(const uint8_t* from, ptrdiff_t x, uint8_t* to,
     memset(to + toX, from[x], static_cast<size_t>(n));
 }
 
+// Short rows as two moves of a fixed size, which may overlap: a call for each would cost more.
+template <ptrdiff_t HALF>
+static void ownCopyHalves(const uint8_t* from, ptrdiff_t fromStep, uint8_t* to, ptrdiff_t toStep, ptrdiff_t n,
+                          int64_t count)
+{
+    for (; count > 0; --count, from += fromStep, to += toStep) {
+        uint8_t first[HALF];
+        uint8_t last[HALF];
+        memcpy(first, from, HALF);
+        memcpy(last, from + n - HALF, HALF);
+        memcpy(to, first, HALF);
+        memcpy(to + n - HALF, last, HALF);
+    }
+}
+
+void ownCopyByteRows(const uint8_t* from, ptrdiff_t fromStep, uint8_t* to, ptrdiff_t toStep, ptrdiff_t n, int64_t count)
+{
+    if (n == 1) return ownCopyHalves<1>(from, fromStep, to, toStep, n, count);
+    if (n < 4) return ownCopyHalves<2>(from, fromStep, to, toStep, n, count);
+    if (n < 8) return ownCopyHalves<4>(from, fromStep, to, toStep, n, count);
+    if (n < 16) return ownCopyHalves<8>(from, fromStep, to, toStep, n, count);
+    if (n < 32) return ownCopyHalves<16>(from, fromStep, to, toStep, n, count);
+    if (n < 64) return ownCopyHalves<32>(from, fromStep, to, toStep, n, count);
+    for (; count > 0; --count, from += fromStep, to += toStep) memcpy(to, from, static_cast<size_t>(n));
+}
+
 template <ptrdiff_t BYTES> static OwnPixelCopies ownByteCopies()
 {
     return { ownForwardBytes, ownBackwardBytes<BYTES>, ownStillBytes<BYTES> };

@@ -17,6 +17,10 @@ struct OwnPixelCopies {
 // The copies for pixels of so many bytes, 0 for one-bit rows; they take the same pixelBytes.
 OwnPixelCopies ownPixelCopies(int32_t pixelBytes);
 
+// Copies `count` rows of n bytes each, at least one; the two blocks share no byte.
+void ownCopyByteRows(const uint8_t* from, ptrdiff_t fromStep, uint8_t* to, ptrdiff_t toStep, ptrdiff_t n,
+                     int64_t count);
+
 // A sample's value as a row of one sample, which `still` spreads.
 struct OwnConstant {
     uint8_t bytes[4];

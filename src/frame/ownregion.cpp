@@ -41,7 +41,7 @@ OwnSize ownCommonSize(std::initializer_list<const PxkImage*> images)
     return common;
 }
 
-static int32_t ownChannelOfInterest(const PxkImage* image)
+int32_t ownChannelOfInterest(const PxkImage* image)
 {
     return image->roi != nullptr ? image->roi->coi : 0;
 }

@@ -27,6 +27,9 @@ OwnSize ownRegionSize(const PxkImage* image);
 // The smallest width and the smallest height of the regions; null images do not count. Empty when any region is.
 OwnSize ownCommonSize(std::initializer_list<const PxkImage*> images);
 
+// The channel that the region names, counted from 1; 0 where it names none.
+int32_t ownChannelOfInterest(const PxkImage* image);
+
 // All channels but alpha, or 1 under a channel of interest. Can be 0.
 int32_t ownProcessedChannels(const PxkImage* image);
 

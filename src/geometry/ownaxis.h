@@ -2,6 +2,7 @@
 #pragma once
 
 #include "frame/ownbuffer.h"
+#include "owninterpolation.h"
 
 // Destination pixels over source pixels, both at least 1.
 struct OwnRatio {
@@ -9,8 +10,6 @@ struct OwnRatio {
     int32_t from;
     double step() const { return static_cast<double>(from) / to; } // source pixels to a destination pixel
 };
-
-enum class OwnInterpolation { NEAREST, LINEAR, CUBIC, MEAN };
 
 // The largest integer that is at most value + 0.00001, which lets positions that fall a hair short of a pixel reach it.
 int32_t ownFloorUp(double value);

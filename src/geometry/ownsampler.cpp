@@ -44,7 +44,7 @@ static inline double ownHeld(double value, double high)
 }
 
 // The pixels of one axis that may be read.
-struct OwnAxis {
+struct OwnExtent {
     int32_t first;
     int32_t count;
     int32_t last() const { return first + (count - 1); }
@@ -52,7 +52,7 @@ struct OwnAxis {
 
 // First taps, counted from the axis' first pixel, and parts of positions that are held inside the axis.
 template <OwnInterpolation I>
-static void ownPlaceFixed(const int32_t* whole, const int32_t* part, int32_t n, OwnAxis axis, int32_t* taps,
+static void ownPlaceFixed(const int32_t* whole, const int32_t* part, int32_t n, OwnExtent axis, int32_t* taps,
                           int32_t* parts)
 {
     constexpr int32_t before = ownTapsBefore(I), after = ownTapsPerAxis(I) - 1 - before;
@@ -69,7 +69,7 @@ static void ownPlaceFixed(const int32_t* whole, const int32_t* part, int32_t n, 
 }
 
 template <OwnInterpolation I, class Part>
-static void ownPlaceReal(const double* positions, int32_t n, OwnAxis axis, int32_t* taps, Part* parts)
+static void ownPlaceReal(const double* positions, int32_t n, OwnExtent axis, int32_t* taps, Part* parts)
 {
     constexpr int32_t before = ownTapsBefore(I), after = ownTapsPerAxis(I) - 1 - before;
     const double first = axis.first, last = axis.count - 1;
@@ -90,7 +90,7 @@ static void ownPlaceReal(const double* positions, int32_t n, OwnAxis axis, int32
     }
 }
 
-static void ownPlaceNearest(const double* positions, int32_t n, OwnAxis axis, OwnTies ties, int32_t* taps)
+static void ownPlaceNearest(const double* positions, int32_t n, OwnExtent axis, OwnTies ties, int32_t* taps)
 {
     const double first = axis.first, last = axis.count - 1;
     if (ties == OwnTies::EVEN) { // of the coordinates, wherever the axis starts

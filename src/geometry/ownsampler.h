@@ -2,9 +2,8 @@
 #pragma once
 
 #include "frame/ownview.h"
+#include "owninterpolation.h"
 #include "ownpositions.h"
-
-enum class OwnInterpolation { NEAREST, LINEAR, CUBIC };
 
 // Ties of the nearest pixel.
 enum class OwnTies { UP, EVEN };

@@ -18,7 +18,7 @@ OwnShape ownShapeOf(const OwnQuad& quad)
 
 OwnSpan ownSpanOf(const OwnShape& shape, double y, double margin, double xFirst, double xLast)
 {
-    for (const OwnSide& side : shape.sides) {
+    for (const OwnEdge& side : shape.sides) {
         const double inner = side.normal.y * (y - side.corner.y) + margin; // at the corner's column
         const double crossing = side.corner.x - inner / side.normal.x;
         if (side.normal.x > 0) {
@@ -38,7 +38,7 @@ OwnSpan ownSpanOf(const OwnShape& shape, double y, double margin, double xFirst,
 double ownCoverage(const OwnShape& shape, double x, double y)
 {
     double coverage = 1;
-    for (const OwnSide& side : shape.sides) {
+    for (const OwnEdge& side : shape.sides) {
         const double inner = side.normal.x * (x - side.corner.x) + side.normal.y * (y - side.corner.y);
         coverage *= inner >= -ownOnSide ? 1 : std::max(1 + inner, 0.0);
     }

@@ -12,13 +12,13 @@ struct OwnSpan {
 
 // A side of the shape as the half plane on its inner side. The normal's larger component is 1 or -1, so that the
 // distance of a pixel from the side is measured along a row or a column, whichever crosses the side more steeply.
-struct OwnSide {
+struct OwnEdge {
     OwnPoint corner;
     OwnPoint normal;
 };
 
 struct OwnShape {
-    OwnSide sides[4];
+    OwnEdge sides[4];
 };
 
 // Pixels whose distance from a side is less than this lie on it, so that rounding does not take a border away.

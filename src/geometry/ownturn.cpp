@@ -6,7 +6,7 @@
 
 #include "frame/ownpixelcopy.h"
 
-bool ownTurnOf(const OwnAffine& transform, OwnTurn& turn)
+bool ownTurnOf(const OwnAffine& transform, OwnRightTurn& turn)
 {
     const double* const c = transform.c;
     const auto isUnit = [](double a, double b) { return (fabs(a) == 1 && b == 0) || (a == 0 && fabs(b) == 1); };
@@ -173,7 +173,7 @@ static void ownCopyBackward(const OwnView& from, const OwnView& to)
 }
 
 // The way of a turned view to the destination.
-static void ownMoveTurned(const OwnTurn& turn, const OwnView& from, const OwnView& to, const OwnBits* mask)
+static void ownMoveTurned(const OwnRightTurn& turn, const OwnView& from, const OwnView& to, const OwnBits* mask)
 {
     if (turn.xx == 1) return ownCopyView(from, to, mask);
     const auto isAdjacent = [](const OwnView& view) {
@@ -206,7 +206,7 @@ static OwnRange64 ownTurnedRange(int32_t sense, int64_t shift, int64_t first, in
     return { std::max(start, from), std::min(start + n, from + count) };
 }
 
-void ownTurnPiece(const OwnTurn& turn, const OwnSource& source, const OwnRect& taps, const OwnDestination& piece,
+void ownTurnPiece(const OwnRightTurn& turn, const OwnSource& source, const OwnRect& taps, const OwnDestination& piece,
                   int32_t x, int32_t y)
 {
     const bool isAcross = turn.xx == 0; // rows become columns

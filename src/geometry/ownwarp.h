@@ -19,7 +19,7 @@ struct OwnWarp {
     bool isAffine;         // positions of all but 16-bit linear and cubic samples come from `fixed`
     OwnFixedMap fixed;
     OwnRealMap real;
-    const OwnTurn* turn; // not null: pixels are moved, whatever else is asked for
+    const OwnRightTurn* turn; // not null: pixels are moved, whatever else is asked for
 };
 
 // What is asked for, or the next simpler one that the source is large enough for.

@@ -40,7 +40,7 @@ struct OwnBlurred {
 static bool ownBlurRegion(const OwnSite& site, PxkImage* srcImage, OwnSize window, OwnBlurred& blurred)
 {
     const OwnRect region = ownRegionRect(srcImage);
-    blurred.roi = { srcImage->roi != nullptr ? srcImage->roi->coi : 0, 0, 0, region.width, region.height };
+    blurred.roi = { ownChannelOfInterest(srcImage), 0, 0, region.width, region.height };
     PxkImage& image = blurred.image;
     image = *srcImage;
     image.roi = &blurred.roi;
@@ -72,7 +72,7 @@ void pxkDecimate(PxkImage* srcImage, PxkImage* dstImage, int32_t xDst, int32_t x
     const OwnSite site = OWN_HERE;
     if (!ownCheckedHeaders(site, { srcImage, dstImage })) return;
     const PxkROI *const src = srcImage->roi, *const dst = dstImage->roi;
-    const bool hasSrcCoi = src != nullptr && src->coi > 0, hasDstCoi = dst != nullptr && dst->coi > 0;
+    const bool hasSrcCoi = ownChannelOfInterest(srcImage) > 0, hasDstCoi = ownChannelOfInterest(dstImage) > 0;
     static_cast<void>(ownEveryFault(
         site,
         { { srcImage == dstImage, PXK_StsBadArg, "srcImage == dstImage" },

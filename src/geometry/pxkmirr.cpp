@@ -106,8 +106,8 @@ void pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t flipAxis)
 {
     const OwnSite site = OWN_HERE;
     if (!ownCheckedHeaders(site, { srcImage, dstImage })) return;
-    const int32_t coiSrc = srcImage->roi != nullptr ? srcImage->roi->coi : 0;
-    const int32_t coiDst = dstImage->roi != nullptr ? dstImage->roi->coi : 0;
+    const int32_t coiSrc = ownChannelOfInterest(srcImage);
+    const int32_t coiDst = ownChannelOfInterest(dstImage);
     const int32_t alphaSrc = srcImage->alphaChannel, alphaDst = dstImage->alphaChannel;
     const int32_t nChannels = ownProcessedChannels(srcImage);
     static_cast<void>(ownEveryFault(

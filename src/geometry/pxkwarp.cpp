@@ -96,7 +96,7 @@ static void ownWarpAffine(const OwnSite& site, PxkImage* srcImage, PxkImage* dst
         ownInterpolationFor(interpolate & ~PXK_WARP_SMOOTH_EDGE, srcImage->depth, ownRegionSize(srcImage));
     warp.isSmooth = (interpolate & PXK_WARP_SMOOTH_EDGE) != 0 && srcImage->depth != PXK_DEPTH_1U;
     warp.fixed = ownFixedMapOf(inverse, warp.interpolation == OwnInterpolation::NEAREST ? 32768 : 0);
-    OwnTurn turn;
+    OwnRightTurn turn;
     if (ownTurnOf(transform, turn) && ownCanTurn(turn, srcImage->depth)) warp.turn = &turn;
     ownRunWarp(warp);
 }
@@ -118,7 +118,7 @@ void pxkRotate(PxkImage* srcImage, PxkImage* dstImage, double angle, double xShi
 {
     const OwnDirection to = ownDirectionOf(angle);
     double coeffs[2][3] = { { to.cosine, to.sine, xShift }, { -to.sine, to.cosine, yShift } };
-    OwnTurn turn;
+    OwnRightTurn turn;
     const bool isTiled = (srcImage != nullptr && srcImage->tileInfo != nullptr)
         || (dstImage != nullptr && dstImage->tileInfo != nullptr);
     if (isTiled || !ownTurnOf(ownAffineFrom(coeffs), turn))

@@ -9,7 +9,7 @@
 // One channel to measure: that of a one-channel image, even if it is alpha, or the channel of interest.
 static bool ownHasOneChannel(const PxkImage* image)
 {
-    return image->nChannels == 1 || (image->roi != nullptr && image->roi->coi != 0);
+    return image->nChannels == 1 || ownChannelOfInterest(image) != 0;
 }
 
 static void ownClearMoments(PxkMomentState& state)
@@ -136,35 +136,31 @@ double pxkGetNormalizedCentralMoment(PxkMomentState* state, int32_t m, int32_t n
 
 // ---- direct forms --------------------------------------------------------------------------------------------------
 
-// All 0 when the image is refused.
-static PxkMomentState ownMomentsOf(PxkImage* image)
+// The moments of a refused image are all 0.
+static double ownMomentOf(PxkImage* image, int32_t m, int32_t n, double (*moment)(PxkMomentState*, int32_t, int32_t))
 {
     PxkMomentState state;
     ownClearMoments(state);
     pxkMoments(image, &state);
-    return state;
+    return moment(&state, m, n);
 }
 
 double pxkSpatialMoment(PxkImage* image, int32_t m, int32_t n)
 {
-    PxkMomentState state = ownMomentsOf(image);
-    return pxkGetSpatialMoment(&state, m, n);
+    return ownMomentOf(image, m, n, pxkGetSpatialMoment);
 }
 
 double pxkNormalizedSpatialMoment(PxkImage* image, int32_t m, int32_t n)
 {
-    PxkMomentState state = ownMomentsOf(image);
-    return pxkGetNormalizedSpatialMoment(&state, m, n);
+    return ownMomentOf(image, m, n, pxkGetNormalizedSpatialMoment);
 }
 
 double pxkCentralMoment(PxkImage* image, int32_t m, int32_t n)
 {
-    PxkMomentState state = ownMomentsOf(image);
-    return pxkGetCentralMoment(&state, m, n);
+    return ownMomentOf(image, m, n, pxkGetCentralMoment);
 }
 
 double pxkNormalizedCentralMoment(PxkImage* image, int32_t m, int32_t n)
 {
-    PxkMomentState state = ownMomentsOf(image);
-    return pxkGetNormalizedCentralMoment(&state, m, n);
+    return ownMomentOf(image, m, n, pxkGetNormalizedCentralMoment);
 }

@@ -1,22 +1,25 @@
-# The header compiles alone, without a warning, in every dialect that it promises.
-# C_COMPILER, C_FLAGS, CXX_COMPILER, CXX_FLAGS, HEADER, FOLDER (for the one-line sources)
+# The headers compile alone, without a warning, in every dialect that they promise.
+# C_COMPILER, C_FLAGS, CXX_COMPILER, CXX_FLAGS, INCLUDE, FOLDER (for the one-line sources)
 cmake_minimum_required(VERSION 3.25)
 
 separate_arguments(c_flags UNIX_COMMAND "${C_FLAGS}")
 separate_arguments(cxx_flags UNIX_COMMAND "${CXX_FLAGS}")
-get_filename_component(include ${HEADER}/../.. ABSOLUTE)
 file(WRITE ${FOLDER}/alone.c "#include \"pxk/pxk.h\"\nint pxkIsC(void);\nint pxkIsC(void) { return PXK_StsOk; }\n")
 file(WRITE ${FOLDER}/alone.cpp "#include \"pxk/pxk.h\"\nint pxkIsCxx() { return PXK_StsOk; }\n")
+file(WRITE ${FOLDER}/classes.cpp
+     "#include \"pxk/pxk.hpp\"\nint value(const pxk::View& view) { return view.at<unsigned char>(0, 0); }\n")
 
-foreach(dialect IN ITEMS c89 c99 c++98 c++17)
-    if(dialect MATCHES "\\+")
-        set(command ${CXX_COMPILER} ${cxx_flags} -std=${dialect} ${FOLDER}/alone.cpp)
-    else()
-        set(command ${C_COMPILER} ${c_flags} -std=${dialect} ${FOLDER}/alone.c)
+set(warnings -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+foreach(source IN ITEMS c89/alone.c c99/alone.c c++98/alone.cpp c++17/alone.cpp c++17/classes.cpp c++20/classes.cpp)
+    cmake_path(GET source PARENT_PATH dialect)
+    cmake_path(GET source FILENAME file)
+    set(command ${CXX_COMPILER} ${cxx_flags})
+    if(file STREQUAL "alone.c")
+        set(command ${C_COMPILER} ${c_flags})
     endif()
-    execute_process(COMMAND ${command} -fsyntax-only -Wall -Wextra -Wpedantic -Werror -I${include}
+    execute_process(COMMAND ${command} -std=${dialect} ${FOLDER}/${file} -fsyntax-only ${warnings} -I${INCLUDE}
                     RESULT_VARIABLE result ERROR_VARIABLE errors)
     if(NOT result EQUAL 0)
-        message(SEND_ERROR "${dialect}:\n${errors}")
+        message(SEND_ERROR "${source}:\n${errors}")
     endif()
 endforeach()

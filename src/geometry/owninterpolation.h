@@ -1,0 +1,4 @@
+#pragma once
+
+// How samples between pixels are made. MEAN, that of all pixels a new one covers, is for changes of scale.
+enum class OwnInterpolation { NEAREST, LINEAR, CUBIC, MEAN };

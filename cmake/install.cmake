@@ -1,5 +1,7 @@
 # What `cmake --install` puts where, and the packages that `cpack` makes of it: three components.
 
+include(CMakePackageConfigHelpers)
+
 install(TARGETS pxk EXPORT pxkTargets
         RUNTIME COMPONENT runtime
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
@@ -8,21 +10,24 @@ install(TARGETS pxk_static EXPORT pxkTargets ARCHIVE COMPONENT development)
 install(FILES include/pxk/pxk.h include/pxk/pxk.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/pxk COMPONENT development)
 
 # --- for CMake
-set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/pxk)
-install(EXPORT pxkTargets NAMESPACE pxk:: DESTINATION ${folder} COMPONENT development)
-configure_package_config_file(cmake/pxkConfig.cmake.in pxkConfig.cmake INSTALL_DESTINATION ${folder})
+set(cmake_folder ${CMAKE_INSTALL_LIBDIR}/cmake/pxk)
+install(EXPORT pxkTargets NAMESPACE pxk:: DESTINATION ${cmake_folder} COMPONENT development)
+configure_package_config_file(cmake/pxkConfig.cmake.in pxkConfig.cmake INSTALL_DESTINATION ${cmake_folder})
 write_basic_package_version_file(pxkConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pxkConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/pxkConfigVersion.cmake
-        DESTINATION ${folder} COMPONENT development)
+        DESTINATION ${cmake_folder} COMPONENT development)
 
-# --- for pkg-config: folders counted from the file itself, so that an installation can be moved
+# --- for pkg-config: folders are counted from the file itself, so that an installation can be moved
 set(pc_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+string(REPLACE " " "\\ " PXK_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+if(NOT IS_ABSOLUTE "${pc_folder}")
+    string(REGEX REPLACE "[^/]+" ".." PXK_PC_PREFIX "${pc_folder}")
+    string(PREPEND PXK_PC_PREFIX "\${pcfiledir}/")
+endif()
 foreach(name IN ITEMS INCLUDEDIR LIBDIR)
-    set(PXK_PC_${name} ${CMAKE_INSTALL_FULL_${name}})
-    if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" AND NOT IS_ABSOLUTE "${CMAKE_INSTALL_${name}}")
-        file(RELATIVE_PATH path /${pc_folder} /${CMAKE_INSTALL_${name}})
-        set(PXK_PC_${name} "\${pcfiledir}/${path}")
-    endif()
+    set(folder "\${prefix}")
+    cmake_path(APPEND folder "${CMAKE_INSTALL_${name}}") # which may be absolute
+    string(REPLACE " " "\\ " PXK_PC_${name} "${folder}")
 endforeach()
 get_target_property(PXK_PC_PRIVATE_LIBS pxk_static INTERFACE_LINK_LIBRARIES)
 configure_file(cmake/pxk.pc.in pxk.pc @ONLY)
@@ -77,7 +82,6 @@ else()
     else()
         set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS libc6)
     endif()
-    set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libpxk-dev)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libpxk2 (= ${PROJECT_VERSION})")

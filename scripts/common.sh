@@ -3,6 +3,9 @@
 
 # shellcheck disable=SC2034 # used by those who read this file
 build_packages=(g++ cmake ninja-build)
+# What the gallery reads and writes pictures with; the library needs none of it.
+# shellcheck disable=SC2034
+picture_packages=(libpng-dev libjpeg-dev)
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then

@@ -25,9 +25,11 @@ struct Exhibit {
     std::string name; // such as arith_add
     std::string title, sentence;
     View view;
-    std::string before;     // of a pair: one of the pictures to start from, or another exhibit
-    std::vector<Line> code; // the block's inside; with the helpers that it uses, and its head, where there are any
-    std::string program;    // the whole of a C file
+    std::string before;                   // of a pair: one of the pictures to start from, or another exhibit
+    std::vector<Line> code;               // the block's inside
+    std::vector<std::string> helperNames; // of the functions and records that it uses,
+    std::vector<Line> helpers;            // and their code
+    std::string program;                  // the whole of a C file
     void (*run)();
 };
 

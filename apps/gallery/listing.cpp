@@ -79,7 +79,7 @@ static std::string nameOfHelper(const std::string& head)
     return head.substr(from, end - from);
 }
 
-// Adds lines without the marks of the timed ones, which reach from block to block.
+// Adds lines without the marks round the timed ones.
 static void addCode(std::vector<Line>& code, const std::vector<std::string>& lines, size_t indent)
 {
     bool isTimed = false;
@@ -106,25 +106,21 @@ static std::vector<const Block*> helpersOf(const Block& exhibit, const std::vect
     return used;
 }
 
-static void addHelper(std::vector<Line>& code, const Block& helper)
-{
-    for (const std::string& line : helper.comment) code.push_back({ "// " + line, false });
-    addCode(code, helper.lines, 0);
-    code.push_back({ "", false });
-}
-
 static void readCode(Exhibit& exhibit, const Block& block, const std::vector<const Block*>& helpers)
 {
-    std::vector<Line> whole;
-    for (const Block* helper : helpers) addHelper(whole, *helper);
-    whole.push_back({ "void show(void)", false });
-    addCode(whole, { block.lines.begin() + 1, block.lines.end() }, 0);
     exhibit.program = "#include \"try.h\"\n\n";
-    for (const Line& line : whole) exhibit.program += line.text + '\n';
-    if (helpers.empty())
-        addCode(exhibit.code, { block.lines.begin() + 2, block.lines.end() - 1 }, 4);
-    else
-        exhibit.code = std::move(whole);
+    for (const Block* helper : helpers) {
+        if (!exhibit.helpers.empty()) exhibit.helpers.push_back({ "", false });
+        exhibit.helperNames.push_back(nameOfHelper(helper->lines.front()));
+        for (const std::string& line : helper->comment) exhibit.helpers.push_back({ "// " + line, false });
+        addCode(exhibit.helpers, helper->lines, 0);
+    }
+    for (const Line& line : exhibit.helpers) exhibit.program += line.text + '\n';
+    if (!helpers.empty()) exhibit.program += '\n';
+    exhibit.program += "void show(void)\n{\n";
+    addCode(exhibit.code, { block.lines.begin() + 2, block.lines.end() - 1 }, 4);
+    for (const Line& line : exhibit.code) exhibit.program += (line.text.empty() ? "" : "    ") + line.text + '\n';
+    exhibit.program += "}\n";
 }
 
 // EXHIBIT(name, VIEW) or EXHIBIT(name, PAIR(before))

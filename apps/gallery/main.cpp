@@ -100,7 +100,9 @@ static ImagePtr readOrSay(const fs::path& path)
 {
     std::string why;
     ImagePtr image = readPicture(path.string(), why);
-    if (!image) fail(path.string() + ": " + why);
+    if (!image)
+        fail(path.string() + ": " + why + ".\nConvert it, for instance with ImageMagick: convert '" + path.string()
+             + "' BMP3:picture.bmp");
     return image;
 }
 

@@ -54,6 +54,7 @@ pre { margin: 0; padding: 12px 14px; overflow: auto; max-height: 420px; backgrou
     border-radius: 4px; tab-size: 4; }
 pre b { font-weight: 600; color: var(--ink); } pre.words { color: var(--ink); background: none; max-height: none;
     border: 1px solid var(--line); white-space: pre-wrap; overflow-wrap: anywhere; }
+details { margin-top: 6px; font-size: 13.5px; color: var(--soft); } summary { cursor: pointer; padding: 3px 0; }
 .foot { display: flex; justify-content: space-between; gap: 16px; margin: 8px 0 0 !important; max-width: none;
     font-size: 13.5px; font-variant-numeric: tabular-nums; }
 .failed h3 { color: var(--bad); }
@@ -67,6 +68,7 @@ footer { padding: 30px 0 60px; margin-top: 20px; border-top: 1px solid var(--lin
     nav ul { display: block; padding: 32px 20px; white-space: normal; } nav a { padding: 3.5px 0; line-height: 1.35; }
     main { padding: 0 44px; } header { padding-top: 48px; }
     .card { grid-template-columns: 400px minmax(0, 1fr); } .wide { grid-template-columns: minmax(0, 1fr); } }
+@media (min-width: 1240px) { .pair { grid-template-columns: 608px minmax(0, 1fr); } }
 )css";
 
 static std::string escape(const std::string& text)
@@ -162,18 +164,31 @@ static void writeCode(std::ostream& out, const std::vector<Line>& code)
     out << "</pre>";
 }
 
+static void writeHelpers(std::ostream& out, const Exhibit& exhibit)
+{
+    if (exhibit.helpers.empty()) return;
+    out << "<details><summary>with";
+    for (size_t i = 0; i < exhibit.helperNames.size(); ++i)
+        out << (i > 0 ? ", " : " ") << "<code>" << escape(exhibit.helperNames[i]) << "</code>";
+    out << "</summary>";
+    writeCode(out, exhibit.helpers);
+    out << "</details>";
+}
+
 static void writeCard(std::ostream& out, const Page& page, const Card& card)
 {
     const Exhibit& exhibit = *card.exhibit;
     const bool isFailed = !card.result.reports.empty();
     const bool isWide = card.shot.width > 2 * card.shot.height && exhibit.view == View::picture;
+    const bool isPair = !card.before.file.empty();
     const std::string id = idOf(exhibit);
-    out << "<article class=\"card" << (isWide ? " wide" : "") << (isFailed ? " failed" : "") << "\" id=\"" << id
-        << "\">";
+    out << "<article class=\"card" << (isWide ? " wide" : "") << (isPair ? " pair" : "") << (isFailed ? " failed" : "")
+        << "\" id=\"" << id << "\">";
     writeResult(out, page, card);
     out << "<div class=\"text\"><h3><a href=\"#" << id << "\">" << escape(exhibit.title) << "</a></h3><p>"
         << escape(exhibit.sentence) << "</p>";
     writeCode(out, exhibit.code);
+    writeHelpers(out, exhibit);
     if (isFailed) out << "<pre class=\"words\">" << escape(card.result.reports) << "</pre>";
     out << "<p class=\"foot\"><span>" << timeOf(card.result.milliseconds) << "</span><a href=\"" << programFile(exhibit)
         << "\">the whole program</a></p></div></article>\n";

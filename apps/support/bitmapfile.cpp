@@ -50,6 +50,17 @@ int64_t rowCount(const PxkBitmapInfoHeader& dib)
     return std::llabs(static_cast<int64_t>(dib.biHeight));
 }
 
+// Where the parts of a file stand, counted from its first byte: programs write headers of many sizes.
+struct Layout {
+    int64_t table;      // its first colour,
+    int64_t entryBytes; // and what each of them takes
+    int64_t masks;      // the first of three fields
+    bool isPlain;       // 40 bytes and what the library expects behind them
+};
+
+constexpr int64_t oldHeaderBytes = 12;         // two-byte sizes, and three bytes a colour
+constexpr uint32_t compressionAlphaFields = 6; // four masks behind a header of 40 bytes
+
 // Four-byte words between header and bits that count.
 int64_t declaredWords(const PxkBitmapInfoHeader& dib)
 {
@@ -58,14 +69,50 @@ int64_t declaredWords(const PxkBitmapInfoHeader& dib)
     return dib.biCompression == PXK_BI_BITFIELDS && dib.biBitCount != 24 ? 3 : 0;
 }
 
-const char* headerFault(const PxkBitmapInfoHeader& dib, int64_t bitsOffset, int64_t length)
+uint16_t littleEndian16(const uint8_t* bytes)
 {
-    if (dib.biSize != headerBytes) return "the header does not have 40 bytes";
+    return static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
+}
+
+// The fields that all headers share, as a header of 40 bytes. False: a header of a size that nobody writes.
+bool readHeader(const uint8_t* start, int64_t size, PxkBitmapInfoHeader* dib, Layout* layout)
+{
+    const uint8_t* const header = start + fileHeaderBytes;
+    layout->table = fileHeaderBytes + size;
+    layout->entryBytes = size == oldHeaderBytes ? 3 : 4;
+    layout->masks = fileHeaderBytes + headerBytes;
+    layout->isPlain = size == headerBytes;
+    if (size == oldHeaderBytes) {
+        *dib = {};
+        dib->biWidth = littleEndian16(header + 4);
+        dib->biHeight = littleEndian16(header + 6);
+        dib->biPlanes = littleEndian16(header + 8);
+        dib->biBitCount = littleEndian16(header + 10);
+    } else {
+        std::memcpy(dib, header, static_cast<size_t>(headerBytes));
+        if (dib->biCompression == compressionAlphaFields) {
+            layout->isPlain = false;
+            dib->biCompression = PXK_BI_BITFIELDS;
+            layout->table += size == headerBytes ? 16 : 0;
+        } else if (dib->biCompression == PXK_BI_BITFIELDS && size == headerBytes) {
+            layout->table += 12;
+        }
+    }
+    dib->biSize = static_cast<uint32_t>(headerBytes);
+    for (const int64_t known :
+         { oldHeaderBytes, headerBytes, INT64_C(52), INT64_C(56), INT64_C(64), INT64_C(108), INT64_C(124) })
+        if (size == known) return true;
+    return false;
+}
+
+const char* headerFault(const PxkBitmapInfoHeader& dib, const Layout& layout, int64_t bitsOffset, int64_t length)
+{
     if (dib.biWidth < 1 || dib.biHeight == 0 || dib.biHeight == INT32_MIN) return "bad width or height";
     const int32_t bits = dib.biBitCount;
     if (bits != 1 && bits != 4 && bits != 8 && bits != 16 && bits != 24 && bits != 32) return "bad bits a pixel";
     if (rowBytes(dib) >= sizeLimit || rowBytes(dib) > (sizeLimit - 1) / rowCount(dib)) return "too large";
-    if (fileHeaderBytes + headerBytes + 4 * declaredWords(dib) > bitsOffset) return "the bits begin inside the table";
+    const int64_t tableBytes = bits <= 8 ? layout.entryBytes * declaredWords(dib) : 0;
+    if (layout.table + tableBytes > bitsOffset) return "the bits begin inside the table";
     if (bitsOffset > length) return "the bits begin behind the end of the file";
     const int64_t available = length - bitsOffset;
     if (isRunLength(dib)) {
@@ -74,20 +121,25 @@ const char* headerFault(const PxkBitmapInfoHeader& dib, int64_t bitsOffset, int6
     return rowBytes(dib) * rowCount(dib) > available ? "the bits end behind the end of the file" : nullptr;
 }
 
-// Gives `file` a header of its own with all entries that an index can name.
-const char* completeTable(BitmapFile* file)
+// Gives `file` the header, which stays where it is if it is a plain one with all entries that an index can name.
+const char* placeHeader(BitmapFile* file, uint8_t* start, const PxkBitmapInfoHeader& dib, const Layout& layout)
 {
-    const int32_t bits = file->dib->biBitCount;
-    if (bits > 8) return nullptr;
-    const int64_t declared = declaredWords(*file->dib);
-    const int64_t full = INT64_C(1) << bits;
-    file->dib->biClrUsed = 0;
-    if (declared == full) return nullptr;
-    Memory block = takeMemory(headerBytes + 4 * full);
-    if (!block) return "out of memory";
-    std::memcpy(block.get(), file->dib, static_cast<size_t>(headerBytes + 4 * declared));
-    file->blocks[1] = block.release();
-    file->dib = static_cast<PxkBitmapInfoHeader*>(file->blocks[1]);
+    const int32_t bits = dib.biBitCount;
+    const int64_t declared = declaredWords(dib), words = bits <= 8 ? INT64_C(1) << bits : declared;
+    if (layout.isPlain && declared == words) {
+        file->dib = reinterpret_cast<PxkBitmapInfoHeader*>(start + fileHeaderBytes);
+    } else {
+        Memory block = takeMemory(headerBytes + 4 * words);
+        if (!block) return "out of memory";
+        std::memcpy(block.get(), &dib, static_cast<size_t>(headerBytes));
+        uint8_t* const table = block.get() + headerBytes;
+        if (bits > 8) std::memcpy(table, start + layout.masks, static_cast<size_t>(4 * words));
+        for (int64_t i = 0; bits <= 8 && i < declared; ++i)
+            std::memcpy(table + 4 * i, start + layout.table + layout.entryBytes * i, 3);
+        file->blocks[1] = block.release();
+        file->dib = static_cast<PxkBitmapInfoHeader*>(file->blocks[1]);
+    }
+    if (bits <= 8) file->dib->biClrUsed = 0;
     return nullptr;
 }
 
@@ -181,10 +233,14 @@ const char* openBytes(BitmapFile* file, Memory memory, int64_t length)
     uint8_t* const start = static_cast<uint8_t*>(file->blocks[0]) + 2;
     if (start[0] != 'B' || start[1] != 'M') return "not a bitmap file";
     const int64_t bitsOffset = littleEndian32(start + 10);
-    file->dib = reinterpret_cast<PxkBitmapInfoHeader*>(start + fileHeaderBytes);
-    if (const char* const fault = headerFault(*file->dib, bitsOffset, length)) return fault;
+    const int64_t size = littleEndian32(start + fileHeaderBytes);
+    if (length < fileHeaderBytes + (size < headerBytes ? oldHeaderBytes : size)) return "too short for a bitmap file";
+    PxkBitmapInfoHeader dib;
+    Layout layout;
+    if (!readHeader(start, size, &dib, &layout)) return "a header of a size that is none of 12 to 124 bytes";
+    if (const char* const fault = headerFault(dib, layout, bitsOffset, length)) return fault;
     file->bits = start + bitsOffset;
-    if (const char* const fault = completeTable(file)) return fault;
+    if (const char* const fault = placeHeader(file, start, dib, layout)) return fault;
     if (const char* const fault = padRunLengthBits(file, length - bitsOffset)) return fault;
     return makeImage(file);
 }
@@ -206,7 +262,7 @@ void storeLittleEndian32(uint8_t* bytes, uint32_t value)
 const char* readBitmapBytes(BitmapFile* file, const void* bytes, size_t length)
 {
     *file = {};
-    if (length < static_cast<size_t>(fileHeaderBytes + headerBytes)) return "too short for a bitmap file";
+    if (length < static_cast<size_t>(fileHeaderBytes + oldHeaderBytes)) return "too short for a bitmap file";
     if (length >= static_cast<size_t>(sizeLimit)) return "too large";
     Memory memory = takeMemory(static_cast<int64_t>(length) + 2);
     if (!memory) return "out of memory";
@@ -222,7 +278,7 @@ const char* readBitmap(BitmapFile* file, const char* path)
     if (std::fseek(stream.get(), 0, SEEK_END) != 0) return "cannot be read";
     const int64_t length = std::ftell(stream.get());
     if (length < 0 || std::fseek(stream.get(), 0, SEEK_SET) != 0) return "cannot be read";
-    if (length < fileHeaderBytes + headerBytes) return "too short for a bitmap file";
+    if (length < fileHeaderBytes + oldHeaderBytes) return "too short for a bitmap file";
     if (length >= sizeLimit) return "too large";
     Memory memory = takeMemory(length + 2);
     if (!memory) return "out of memory";

@@ -23,6 +23,7 @@ typedef struct BitmapFile {
  * result and not to the thread's handler. Returns null and fills `file`, or returns why it could not, in words that
  * last until the thread's next call, and leaves nothing to release. Bytes may be released after the call.
  *
+ * Headers have 12, 40, 52, 56, 64, 108 or 124 bytes; `dib` has 40, with the field masks of 16 and 32 bits behind it.
  * More entries in the colour table than an index can name are not looked at. Run-length bits must be long enough for
  * the picture: two bytes name 255 pixels at most. Pictures that skip most of their pixels are refused with those that
  * only claim to be large.

@@ -193,15 +193,13 @@ ImagePtr readJpeg(const uint8_t* bytes, size_t length, std::string& why)
 
 #endif
 
-const char* otherKind()
-{
 #if PXK_HAVE_PNG && PXK_HAVE_JPEG
-    return "not a BMP, PNG or JPEG file. Convert it first, for instance with ImageMagick: convert FILE picture.png";
+constexpr const char* otherKind = "not a BMP, PNG or JPEG file";
+#elif PXK_HAVE_PNG
+constexpr const char* otherKind = "not a BMP or PNG file (this program was built without libjpeg)";
 #else
-    return "not a BMP file (this program was built without libpng or libjpeg). Convert it first, for instance with "
-           "ImageMagick: convert FILE BMP3:picture.bmp";
+constexpr const char* otherKind = "not a BMP file (this program was built without libpng)";
 #endif
-}
 
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -239,7 +237,7 @@ ImagePtr readPictureBytes(const void* bytes, size_t length, std::string& why)
 #if PXK_HAVE_JPEG
     if (beginsWith(start, length, "\xFF\xD8\xFF", 3)) return readJpeg(start, length, why);
 #endif
-    return refused(why, otherKind());
+    return refused(why, otherKind);
 }
 
 ImagePtr readPicture(const std::string& path, std::string& why)

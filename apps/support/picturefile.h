@@ -13,9 +13,8 @@ struct ReleaseImage {
 };
 using ImagePtr = std::unique_ptr<PxkImage, ReleaseImage>;
 
-// A picture as three channels BGR in pixel order, top row first; alpha over white. Null with the reason in `why`, which
-// names what to do when the file is of another kind. No more is made of a file than it can hold, however large a
-// picture it claims.
+// A picture as three channels BGR in pixel order, top row first; alpha over white. Null with the reason in `why`. No
+// more is made of a file than it can hold, however large a picture it claims.
 ImagePtr readPicture(const std::string& path, std::string& why);
 ImagePtr readPictureBytes(const void* bytes, size_t length, std::string& why);
 

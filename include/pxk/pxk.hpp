@@ -194,7 +194,7 @@ struct Format {
     constexpr std::int64_t rowBytes(std::int32_t width) const noexcept
     {
         const std::int64_t samples = dataOrder == PXK_DATA_ORDER_PIXEL ? std::int64_t { width } * nChannels : width;
-        return (samples * (depth & ~PXK_DEPTH_SIGN) + 7) / 8;
+        return (samples * (depth & INT32_MAX) + 7) / 8; // the sign is a flag
     }
 };
 
@@ -258,7 +258,7 @@ namespace detail {
         else if constexpr (!std::is_integral_v<Sample>)
             return false;
         else if constexpr (std::is_signed_v<Sample>)
-            return depth == (PXK_DEPTH_SIGN | std::int32_t { 8 * sizeof(T) });
+            return depth == (INT32_MIN | std::int32_t { 8 * sizeof(T) });
         else
             return (depth == 8 * sizeof(T) && depth <= 16) || (depth == PXK_DEPTH_1U && sizeof(T) == 1);
     }
@@ -279,7 +279,7 @@ public:
     Strides strides() const noexcept
     {
         const PxkImage& image = header();
-        const std::ptrdiff_t sample = (image.depth & ~PXK_DEPTH_SIGN) / 8;
+        const std::ptrdiff_t sample = (image.depth & INT32_MAX) / 8;
         if (image.dataOrder == PXK_DATA_ORDER_PIXEL) return { image.widthStep, sample * image.nChannels, sample };
         return { image.widthStep, sample, std::ptrdiff_t { image.widthStep } * image.height };
     }

@@ -73,6 +73,42 @@ TEST(BitmapFile, readsWhatIsInTheFile)
     }
 }
 
+// The same picture behind the headers that other programs write.
+TEST(BitmapFile, readsHeadersOfAllSizes)
+{
+    startReports();
+    for (const int32_t size : { 12, 40, 52, 56, 64, 108, 124 })
+        for (const int32_t bits : { 1, 4, 8, 16, 24, 32 }) {
+            SCOPED_TRACE(std::to_string(size) + " bytes, " + std::to_string(bits) + " bits");
+            Random random(static_cast<uint64_t>(size * bits));
+            const bool hasMasks = (bits == 16 || bits == 32) && size != 12 && size != 64;
+            const Bitmap bitmap(bitmapHeader(11, 3, bits, hasMasks ? 3 : 0, 0), true, random);
+            std::vector<uint8_t> file = fileOf(bitmap, 0);
+            const size_t words = Bitmap::tableWords(bitmap.header());
+            std::vector<uint8_t> head(&file[14], &file[54]), table(&file[54], &file[54] + 4 * words);
+            if (size == 12) {
+                head = { 12, 0, 0, 0, 11, 0, 3, 0, 1, 0, static_cast<uint8_t>(bits), 0 };
+                for (size_t i = table.size(); i > 0; i -= 4) table.erase(table.begin() + i - 1);
+            }
+            if (size > 40 && hasMasks) head.insert(head.end(), table.begin(), table.end()), table.clear();
+            head.resize(std::max<size_t>(head.size(), size), 0xEE);
+            head[0] = static_cast<uint8_t>(size);
+            head.insert(head.end(), table.begin(), table.end());
+            file.erase(file.begin() + 14, file.begin() + 54 + 4 * words);
+            file.insert(file.begin() + 14, head.begin(), head.end());
+            file[10] = static_cast<uint8_t>(14 + head.size()), file[11] = static_cast<uint8_t>((14 + head.size()) >> 8);
+            BitmapFile opened;
+            ASSERT_STREQ(readBitmapBytes(&opened, file.data(), file.size()), nullptr);
+            for (int32_t i = 0; i < 11 * 3; ++i) {
+                const model::Color c = model::colorInDib(bitmap, i % 11, i / 11);
+                EXPECT_EQ(colorOf(*opened.image, i % 11, i / 11),
+                          static_cast<uint32_t>(c.blue | c.green << 8 | c.red << 16));
+            }
+            releaseBitmap(&opened);
+        }
+    expectNoReports();
+}
+
 TEST(BitmapFile, refusesWhatIsNotInTheFile)
 {
     startReports();
@@ -93,7 +129,9 @@ TEST(BitmapFile, refusesWhatIsNotInTheFile)
     EXPECT_EQ(why(0, 'B', 1, good.size() - 1), "the bits end behind the end of the file");
     EXPECT_EQ(why(10, 54 + 1023, 4), "the bits begin inside the table");
     EXPECT_EQ(why(10, -1, 4), "the bits begin behind the end of the file");
-    EXPECT_EQ(why(14, 108, 4), "the header does not have 40 bytes");
+    EXPECT_EQ(why(14, 108, 4), "the bits begin inside the table");
+    EXPECT_EQ(why(14, 41, 4), "a header of a size that is none of 12 to 124 bytes");
+    EXPECT_EQ(why(14, 124, 4, 100), "too short for a bitmap file");
     EXPECT_EQ(why(18, 0, 4), "bad width or height");
     EXPECT_EQ(why(22, INT32_MIN, 4), "bad width or height");
     EXPECT_EQ(why(18, INT32_MAX, 4), "too large");

@@ -14,23 +14,16 @@ static PxkImage* newSmall(void)
     return small;
 }
 
-// Moves a picture to the right and down by a third of its width and height, by kernels with
-// a single 1.
-static void moveByThird(PxkImage* small, PxkImage* moved)
+// A kernel of one row or one column with a single 1, in the last place, and the anchor in
+// the first: it moves a picture to the right, or down.
+static PxkConvKernel* newMover(int nCols, int nRows)
 {
-    int* values = calloc((size_t)(small->width + small->height), sizeof *values);
-    PxkConvKernel *right, *down;
-    values[small->width / 3] = 1;
-    right = pxkCreateConvKernel(small->width / 3 + 1, 1, 0, 0, values, 0);
-    values[small->width / 3] = 0;
-    values[small->height / 3] = 1;
-    down = pxkCreateConvKernel(1, small->height / 3 + 1, 0, 0, values, 0);
-    START;
-    pxkConvolveSep2D(small, moved, right, down);
-    STOP;
-    pxkDeleteConvKernel(right);
-    pxkDeleteConvKernel(down);
+    int* values = calloc((size_t)nCols * nRows, sizeof *values);
+    PxkConvKernel* kernel;
+    values[nCols * nRows - 1] = 1;
+    kernel = pxkCreateConvKernel(nCols, nRows, 0, 0, values, 0);
     free(values);
+    return kernel;
 }
 
 // Constant
@@ -39,9 +32,15 @@ EXHIBIT(border_constant, PICTURE)
 {
     PxkImage* small = newSmall();
     PxkImage* moved = newImage(3, PXK_DEPTH_8U, w / 4, h / 4);
+    PxkConvKernel* right = newMover(w / 12, 1);
+    PxkConvKernel* down = newMover(1, h / 12);
     pxkSetBorderMode(small, PXK_EDGE_CONST, ALL_SIDES, 90);
-    moveByThird(small, moved);
+    START;
+    pxkConvolveSep2D(small, moved, right, down);
+    STOP;
     pxkZoom(moved, out, 4, 1, 4, 1, PXK_INTER_NN);
+    pxkDeleteConvKernel(right);
+    pxkDeleteConvKernel(down);
 }
 
 // Clamp
@@ -50,9 +49,15 @@ EXHIBIT(border_clamp, PICTURE)
 {
     PxkImage* small = newSmall();
     PxkImage* moved = newImage(3, PXK_DEPTH_8U, w / 4, h / 4);
+    PxkConvKernel* right = newMover(w / 12, 1);
+    PxkConvKernel* down = newMover(1, h / 12);
     pxkSetBorderMode(small, PXK_EDGE_CLAMP, ALL_SIDES, 0);
-    moveByThird(small, moved);
+    START;
+    pxkConvolveSep2D(small, moved, right, down);
+    STOP;
     pxkZoom(moved, out, 4, 1, 4, 1, PXK_INTER_NN);
+    pxkDeleteConvKernel(right);
+    pxkDeleteConvKernel(down);
 }
 
 // Mirror
@@ -61,9 +66,15 @@ EXHIBIT(border_mirror, PICTURE)
 {
     PxkImage* small = newSmall();
     PxkImage* moved = newImage(3, PXK_DEPTH_8U, w / 4, h / 4);
+    PxkConvKernel* right = newMover(w / 12, 1);
+    PxkConvKernel* down = newMover(1, h / 12);
     pxkSetBorderMode(small, PXK_EDGE_MIRROR, ALL_SIDES, 0);
-    moveByThird(small, moved);
+    START;
+    pxkConvolveSep2D(small, moved, right, down);
+    STOP;
     pxkZoom(moved, out, 4, 1, 4, 1, PXK_INTER_NN);
+    pxkDeleteConvKernel(right);
+    pxkDeleteConvKernel(down);
 }
 
 // Wrap
@@ -72,9 +83,15 @@ EXHIBIT(border_wrap, PICTURE)
 {
     PxkImage* small = newSmall();
     PxkImage* moved = newImage(3, PXK_DEPTH_8U, w / 4, h / 4);
+    PxkConvKernel* right = newMover(w / 12, 1);
+    PxkConvKernel* down = newMover(1, h / 12);
     pxkSetBorderMode(small, PXK_EDGE_WRAP, ALL_SIDES, 0);
-    moveByThird(small, moved);
+    START;
+    pxkConvolveSep2D(small, moved, right, down);
+    STOP;
     pxkZoom(moved, out, 4, 1, 4, 1, PXK_INTER_NN);
+    pxkDeleteConvKernel(right);
+    pxkDeleteConvKernel(down);
 }
 
 // A mode for each side
@@ -83,10 +100,16 @@ EXHIBIT(border_sides, PICTURE)
 {
     PxkImage* small = newSmall();
     PxkImage* moved = newImage(3, PXK_DEPTH_8U, w / 4, h / 4);
+    PxkConvKernel* right = newMover(w / 12, 1);
+    PxkConvKernel* down = newMover(1, h / 12);
     pxkSetBorderMode(small, PXK_EDGE_MIRROR, PXK_SIDE_TOP, 0);
     pxkSetBorderMode(small, PXK_EDGE_WRAP, PXK_SIDE_LEFT, 0);
-    moveByThird(small, moved);
+    START;
+    pxkConvolveSep2D(small, moved, right, down);
+    STOP;
     pxkZoom(moved, out, 4, 1, 4, 1, PXK_INTER_NN);
+    pxkDeleteConvKernel(right);
+    pxkDeleteConvKernel(down);
 }
 
 // A blur and the constant

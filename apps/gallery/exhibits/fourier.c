@@ -32,7 +32,7 @@ static PxkImage* newMagnitudes(const PxkImage* spectrum)
     for (y = 0; y < h; y++)
         for (x = 0; x < w; x++) *floatAt(power, x, y) = logf(1 + *floatAt(power, x, y));
     pxkMinMaxFP(power, &least, &most);
-    pxkScaleFP(power, picture, 0.0f, most);
+    pxkScaleFP(power, picture, most / 3, most + 1);
     return picture;
 }
 
@@ -62,7 +62,7 @@ EXHIBIT(fourier_spectrum, PICTURE)
 }
 
 // The spectrum of writing
-// Strokes that run down and across are the cross, and the distance of lines its dots.
+// The pen's two directions: strokes that run one way lie across it here.
 EXHIBIT(fourier_spectrum_writing, PICTURE)
 {
     PxkImage* ink = newImage(1, PXK_DEPTH_8U, writing->width, writing->height);

@@ -6,9 +6,7 @@
 #include "rows.h"
 
 /* What runOne wants: a program beside the page has one. */
-void show(void)
-{
-}
+void show(void) { }
 
 static int isPicture(const PxkImage* shown, const char* name)
 {
@@ -28,17 +26,31 @@ static int isPicture(const PxkImage* shown, const char* name)
     return 1;
 }
 
+/* Everything as a program of its own finds it. */
+static void restore(void)
+{
+    PxkImage* const images[] = { photo, gray, other, ramp, rings, ellipse, writing };
+    size_t i;
+    for (i = 0; i < sizeof images / sizeof images[0]; i++) {
+        images[i]->roi = NULL;
+        images[i]->maskROI = NULL;
+        pxkSetBorderMode(images[i], PXK_EDGE_CLAMP, PXK_SIDE_TOP | PXK_SIDE_BOTTOM | PXK_SIDE_LEFT | PXK_SIDE_RIGHT, 0);
+    }
+    out = newImage(3, PXK_DEPTH_8U, w, h);
+    pxkSetErrStatus(PXK_StsOk);
+}
+
 int main(int argc, char** argv)
 {
     const char* const folder = argc > 1 ? argv[1] : ".";
     size_t i, nWrong = 0, nCompared = 0;
     pxkSetErrMode(PXK_ErrModeParent);
     pxkRedirectError(pxkNulDevReport);
+    readPictures(folder);
     for (i = 0; i < sizeof rows / sizeof rows[0]; i++) {
         char path[1000];
         FILE* file;
-        pxkSetErrStatus(PXK_StsOk);
-        readPictures(folder);
+        restore();
         rows[i].run();
         snprintf(path, sizeof path, "%s/%s.png", folder, rows[i].name);
         file = fopen(path, "rb");

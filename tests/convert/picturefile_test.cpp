@@ -1,0 +1,107 @@
+// The reader and writer of picture files that programs use.
+#include "picturefile.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+#include "support/compare.h"
+#include "support/reports.h"
+
+namespace {
+
+std::vector<uint8_t> bytesOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>() };
+}
+
+std::string reasonOf(const std::vector<uint8_t>& bytes, size_t length)
+{
+    std::string why;
+    const ImagePtr image = readPictureBytes(bytes.data(), length, why);
+    EXPECT_EQ(image == nullptr, !why.empty());
+    return why;
+}
+
+const std::string photos = PXK_TEST_PHOTOS;
+
+} // namespace
+
+TEST(PictureFile, readsWhatItWrites)
+{
+    const std::string path = ::testing::TempDir() + "pxk-picturefile-test" + pictureSuffix;
+    for (const PictureSpec& spec :
+         { PictureSpec(PXK_DEPTH_1U, 13, 6), PictureSpec(PXK_DEPTH_8U, 13, 6), PictureSpec(PXK_DEPTH_8U, 13, 6, 3) }) {
+        const PicturePtr image = Picture::make(spec);
+        memcpy(image->header.channelSeq, spec.channels == 1 ? "G\0\0" : "BGR", 4);
+        std::string why;
+        ASSERT_TRUE(writePicture(path, **image, why)) << why;
+        const ImagePtr back = readPicture(path, why), want = toColour(**image);
+        ASSERT_TRUE(back) << why;
+        for (int32_t i = 0; i < 13 * 6 * 3; ++i)
+            EXPECT_EQ(sampleAt(*back, i / 3 % 13, i / 39, i % 3), sampleAt(*want, i / 3 % 13, i / 39, i % 3));
+    }
+    std::remove(path.c_str());
+    std::string why;
+    EXPECT_EQ(readPicture(path, why), nullptr);
+    EXPECT_EQ(why, "cannot be opened");
+}
+
+#if PXK_HAVE_PNG && PXK_HAVE_JPEG
+
+// A part of a photograph, from column 200 and row 100.
+TEST(PictureFile, readsJpeg)
+{
+    std::string why;
+    const ImagePtr whole = readPicture(photos + "/astronaut-24.bmp", why);
+    const ImagePtr part = readPicture(photos + "/astronaut-part.jpg", why);
+    ASSERT_TRUE(whole && part) << why;
+    ASSERT_EQ(part->width, 48);
+    ASSERT_EQ(part->height, 32);
+    for (int32_t i = 0; i < 48 * 32 * 3; ++i) {
+        const int32_t x = i / 3 % 48, y = i / 144;
+        EXPECT_NEAR(sampleAt(*part, x, y, i % 3), sampleAt(*whole, 200 + x, 100 + y, i % 3), 24);
+    }
+}
+
+// Cut short, claiming more than they can hold, and with bytes of noise in them: a picture or a reason.
+TEST(PictureFile, refusesWhatIsNotInTheFile)
+{
+    startReports();
+    const std::string path = ::testing::TempDir() + "pxk-picturefile-hostile.png";
+    std::string why;
+    const ImagePtr part = readPicture(photos + "/astronaut-part.jpg", why);
+    ASSERT_TRUE(part && writePicture(path, *part, why)) << why;
+    std::vector<uint8_t> png = bytesOf(path), jpeg = bytesOf(photos + "/astronaut-part.jpg");
+    std::remove(path.c_str());
+    EXPECT_NE(reasonOf(png, png.size() / 2), "");
+    EXPECT_EQ(reasonOf(jpeg, jpeg.size() / 2), "the file ends in the middle of the picture");
+    EXPECT_EQ(reasonOf(jpeg, 2), "not a BMP, PNG or JPEG file");
+
+    Random random(1);
+    for (const std::vector<uint8_t>& good : { png, jpeg, bytesOf(photos + "/text-1bit.bmp") })
+        for (int32_t n = 0; n < 300; ++n) {
+            std::vector<uint8_t> bad = good;
+            for (int32_t k = 0; k < 4; ++k)
+                bad[random.oneIn(2) ? random.below(60) : random.below(static_cast<int32_t>(bad.size()))] =
+                    static_cast<uint8_t>(random.below(256));
+            reasonOf(bad, bad.size());
+        }
+    EXPECT_TRUE(recordedReports().empty());
+    pxkSetErrStatus(PXK_StsOk);
+
+    png[16] = png[20] = 0x08; // 134 million pixels each way
+    EXPECT_EQ(reasonOf(png, png.size()), "too large");
+    png[16] = png[20] = 0;
+    png[17] = png[21] = 0x01, png[20] = 0; // 65 thousand and more each way
+    png[21] = 0, png[22] = 0x20;
+    EXPECT_EQ(reasonOf(png, png.size()), "the file is too short for the picture");
+    const uint8_t start[] = { 0xFF, 0xC2 }; // the frame's head: five bytes on, height and width
+    const auto frame = std::search(jpeg.begin(), jpeg.end(), start, start + 2);
+    frame[5] = frame[7] = 0x40;
+    EXPECT_EQ(reasonOf(jpeg, jpeg.size()), "the file is too short for the picture");
+}
+
+#endif

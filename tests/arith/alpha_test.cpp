@@ -15,7 +15,8 @@ TEST(MultiplyScale, rounds)
         for (int32_t y = 0; y < 256; ++y) {
             for (int32_t x = 0; x < 256; ++x) {
                 const double second = depth == PXK_DEPTH_8U ? y : random.between(1, 65535);
-                const double first = std::floor((random.between(0, 65534) + 0.5) * 65535 / second) + random.below(2);
+                const double middle = random.between(0, 65534) + 0.5;
+                const double first = std::floor(middle * 65535 / second) + random.below(2);
                 a->setNumber(x, y, 0, depth == PXK_DEPTH_8U ? x : std::min(first, 65535.0));
                 b->setNumber(x, y, 0, second);
             }

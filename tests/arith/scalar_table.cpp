@@ -10,7 +10,8 @@ Numbers anyInteger(const Case&, const Scene&, Random& random)
     static const int32_t magnitudes[] = { 0,   3,   7,    15,    31,    77,    127,   181,    255,
                                           300, 510, 4097, 32767, 46340, 65535, 70000, 131070, 1 << 24 };
     if (random.oneIn(8)) return { double(random.oneOf({ INT32_MIN, INT32_MIN + 1, INT32_MAX, 0x55AA33C1 })) };
-    const int32_t magnitude = random.oneIn(2) ? random.below(40) : random.oneOf(magnitudes) + random.between(-1, 1);
+    const int32_t some = random.oneOf(magnitudes), near = some + random.between(-1, 1);
+    const int32_t magnitude = random.oneIn(2) ? random.below(40) : near;
     return { double(random.oneIn(2) ? magnitude : -magnitude) };
 }
 

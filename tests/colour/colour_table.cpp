@@ -74,7 +74,8 @@ const Rows rows([] {
             spec.channels = k == 1 ? 1 : random.oneOf({ 3, 4 });
             if (k == 1) spec.depth = depth;
         });
-        setWords(s, random.oneOf({ "Gray", "GRAY" }), random.oneOf({ "G", "GRAY" }), false, random);
+        const char* const word = random.oneOf({ "Gray", "GRAY" });
+        setWords(s, word, random.oneOf({ "G", "GRAY" }), false, random);
         return s;
     };
     addOperation(gray);

@@ -57,7 +57,8 @@ std::shared_ptr<Bitmap> someBitmap(Random& random, int32_t width, int32_t height
     uint32_t colors = random.oneIn(2) ? 0 : static_cast<uint32_t>(random.between(1, 300));
     if (bits == 8 && random.oneIn(2)) colors = 256;
     const auto header = bitmapHeader(width, random.oneIn(2) ? height : -height, bits, hasFields ? 3 : 0, colors);
-    const auto bitmap = std::make_shared<Bitmap>(header, random.oneIn(2), random, random.oneIn(3));
+    const bool isSep = random.oneIn(2), isOdd = random.oneIn(3);
+    const auto bitmap = std::make_shared<Bitmap>(header, isSep, random, isOdd);
     fillTable(*bitmap, random);
     return bitmap;
 }
@@ -82,8 +83,8 @@ TEST(DibFrom, matchesModel)
         const int32_t width = someWidth(random), height = random.between(1, 5);
         const auto bitmap = someBitmap(random, width, height), before = bitmap->copy();
         const bool isLarger = random.oneIn(3);
-        const PicturePtr got =
-            somePicture(random, width + (isLarger ? random.below(20) : 0), height + (isLarger ? random.below(3) : 0));
+        const int32_t columns = isLarger ? random.below(20) : 0, rows = isLarger ? random.below(3) : 0;
+        const PicturePtr got = somePicture(random, width + columns, height + rows);
         const PicturePtr want = got->copy();
         SCOPED_TRACE(textOf(*bitmap, *got) + ", seed " + std::to_string(seed));
         model::convertFrom(*bitmap, *want);

@@ -44,12 +44,13 @@ TEST(Medcut, matchesModel)
     for (uint64_t seed = 1; seed <= 60; ++seed) {
         Random random(seed);
         const int32_t channels = random.oneOf({ 1, 3, 4 }), bits = random.oneOf({ 1, 4, channels == 1 ? 4 : 8 });
-        PictureSpec spec(random.oneOf({ PXK_DEPTH_8U, PXK_DEPTH_16U }), random.between(1, 60), random.between(1, 40),
-                         channels, random.below(2));
+        PictureSpec spec { random.oneOf({ PXK_DEPTH_8U, PXK_DEPTH_16U }), random.between(1, 60), random.between(1, 40),
+                           channels, random.below(2) };
         spec.hasAlpha = channels == 4;
         spec.extraStep = random.oneOf({ 0, 8 });
         const PicturePtr image = colorPicture(spec, channels == 1 ? "G\0\0" : random.oneIn(2) ? "BGR" : "RGBA", random);
-        if (!random.oneIn(4)) cluster(*image, random.between(1, 40), random.between(1, 60), random);
+        const int32_t centres = random.between(1, 40), spread = random.between(1, 60);
+        if (!random.oneIn(4)) cluster(*image, centres, spread, random);
         SCOPED_TRACE("seed " + std::to_string(seed));
         expectTable(*image, bits);
     }

@@ -251,7 +251,7 @@ std::vector<double> anyCoefficients(size_t count, int32_t depth, Random& random)
     }
     if (style != 1) return values;
     const double bounds[] = { 32767, 65535, 2147483647.0 }, sample = double(depthMax(depth)) + 0.5;
-    const double total = std::floor(random.oneOf(bounds) / sample) + random.between(-1, 1);
+    const double nearest = std::floor(random.oneOf(bounds) / sample), total = nearest + random.between(-1, 1);
     const double part = std::floor(total / double(count));
     std::fill(values.begin(), values.end(), part);
     values[0] += total - part * double(count);

@@ -88,7 +88,7 @@ void addAffine(const std::string& name, std::vector<int32_t> depths, const Toler
                          d,
                          e,
                          q[0].y - d * double(r.x) - e * double(r.y),
-                         double(random.below(3) + PXK_WARP_SMOOTH_EDGE * random.below(2)) };
+                         double(random.oneOf({ 0, 1, 2, 16, 17, 18 })) };
     };
     addOperation(op);
 }
@@ -119,7 +119,7 @@ void addQuad(const std::string& name, QuadWarp call, Transform transform, bool i
         const Quad quad = randomQuad(random, windowOf(s[size_t(1 - warpFlag)]), !isNearest);
         Numbers n;
         for (const Point& p : quad) n.insert(n.end(), { p.x, p.y });
-        const int32_t kind = isNearest ? 0 : random.between(1, 2) + PXK_WARP_SMOOTH_EDGE * random.below(2);
+        const int32_t kind = isNearest ? 0 : random.oneOf({ 1, 2, 17, 18 });
         n.insert(n.end(), { double(warpFlag), double(kind) });
         return n;
     };

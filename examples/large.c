@@ -2,7 +2,7 @@
  * A picture that memory can't hold is processed from file to file: both images are tiled, and their tile functions read
  * and write pieces of the files. The library asks for a few tiles at a time, so a few megabytes do for any picture.
  *
- * The files are portable graymaps (PGM). Without arguments the program makes a picture of 8192 by 8192 pixels, 64 MiB,
+ * The files are portable graymaps (PGM). Without arguments the program makes a picture of 8192 by 4096 pixels, 32 MiB,
  * smooths it, and looks at the result; "example_large in.pgm out.pgm" smooths yours.
  */
 #include <pxk/pxk.h>
@@ -120,7 +120,7 @@ int main(int argc, char** argv)
 
     pxkSetErrMode(PXK_ErrModeParent);
     pxkRedirectError(pxkStdErrReport);
-    if (argc == 3 ? !openPicture(&from, argv[1]) : !makePicture(&from, "large_in.pgm", 8192, 8192, 1)) {
+    if (argc == 3 ? !openPicture(&from, argv[1]) : !makePicture(&from, "large_in.pgm", 8192, 4096, 1)) {
         fprintf(stderr, "can't read the picture: a binary graymap (P5) of 8 bits is needed\n");
         return EXIT_FAILURE;
     }

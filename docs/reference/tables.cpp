@@ -255,7 +255,11 @@ void separableFP(const Call& i)
 
 // One table for up to four channels.
 struct Tables {
-    int32_t key[3] = { 0, 128, 256 }, value[3] = { 10, 200, 0 }, factor[3] = { 1, 0, 0 };
+    explicit Tables(int32_t levels)
+        : key { 0, levels / 2, levels }
+    {
+    }
+    int32_t key[3], value[3] = { 10, 200, 0 }, factor[3] = { 1, 0, 0 };
     PxkLUT lut = { 3, key, value, factor, 1 };
     PxkLUT* luts[4] = { &lut, &lut, &lut, &lut };
 };
@@ -396,12 +400,14 @@ const std::vector<Function>& functions()
             pxkApplyColorTwist(i[0], i[1], twist, 0); pxkDeleteColorTwist(twist)),
         TWO(pxkColorTwistFP, "pxkColorTwistFP(src, dst, twist), twist 0 0 1 0 / 0 1 0 5 / 1 0 0 0",
             pxkColorTwistFP(i[0], i[1], twistFP)),
-        ONE(pxkComputeHisto, "pxkComputeHisto(image, luts), keys 0 128 256", Tables t; pxkComputeHisto(i[0], t.luts);
-            *i.found = "value " + numberText(t.value[0]) + " " + numberText(t.value[1])),
+        ONE(pxkComputeHisto, "pxkComputeHisto(image, luts), keys 0 128 256",
+            Tables t(i[0]->depth == PXK_DEPTH_1U ? 2 : 256);
+            pxkComputeHisto(i[0], t.luts); *i.found = "value " + numberText(t.value[0]) + " " + numberText(t.value[1])),
         TWO(pxkContrastStretch, "pxkContrastStretch(src, dst, luts), keys 0 128 256, values 10 200, factors 1 0, ramps",
-            Tables t;
+            Tables t(i[0]->depth == PXK_DEPTH_1U ? 2 : 256);
             pxkContrastStretch(i[0], i[1], t.luts)),
-        TWO(pxkHistoEqualize, "pxkHistoEqualize(src, dst, luts), keys 0 128 256, values 10 200", Tables t;
+        TWO(pxkHistoEqualize, "pxkHistoEqualize(src, dst, luts), keys 0 128 256, values 10 200",
+            Tables t(i[0]->depth == PXK_DEPTH_1U ? 2 : 256);
             pxkHistoEqualize(i[0], i[1], t.luts)),
         ONE(pxkMoments, "pxkMoments(image, &state)", PxkMomentState s = {}; pxkMoments(i[0], &s);
             *i.found = "moments[0][0].value " + numberText(s.moments[0][0].value) + ", moments[1][0].value "
@@ -503,7 +509,6 @@ struct Trial {
 
 struct Outcome {
     bool isTaken = false;
-    bool regionCounts = true, maskCounts = true, coiCounts = true; // what lies outside stayed as it was
     std::string found;
     std::vector<std::unique_ptr<Picture>> pictures;
     std::vector<std::vector<uint8_t>> before;
@@ -587,32 +592,11 @@ Outcome run(const Function& f, const Trial& t, const Way& way, int32_t width = 1
     if ((way.mask & 1) != 0) images[0]->maskROI = &firstMask.image;
     if ((way.mask & 2) != 0) images.back()->maskROI = &lastMask.image;
 
-    Picture& written = *outcome.pictures[way.isInPlace ? 0 : f.count - 1];
     for (const auto& picture : outcome.pictures) outcome.before.push_back(picture->bytes);
-    const std::vector<uint8_t> before = written.bytes;
     reports = 0;
     pxkSetErrStatus(PXK_StsOk);
     f.call({ images.data(), &outcome.found });
     outcome.isTaken = reports == 0 && pxkGetErrStatus() == PXK_StsOk;
-
-    const std::vector<uint8_t> after = written.bytes;
-    const auto changed = [&](int32_t x, int32_t y, int32_t c) {
-        const double now = written.get(x, y, c);
-        written.bytes = before;
-        const double then = written.get(x, y, c);
-        written.bytes = after;
-        return now != then;
-    };
-    for (int32_t y = 0; y < std::min(height, 9); ++y) {
-        for (int32_t x = 0; x < std::min(width, 12); ++x) {
-            for (int32_t c = 0; c < written.image.nChannels; ++c) {
-                if (!changed(x, y, c)) continue;
-                if (way.hasRegion && (x < 1 || y < 1 || x > 8 || y > 7)) outcome.regionCounts = false;
-                if (way.mask != 0 && (way.hasRegion ? (x - 1) % 2 == 0 : x % 2 == 0)) outcome.maskCounts = false;
-                if (way.hasCoi && written.image.nChannels > 1 && c != 1) outcome.coiCounts = false;
-            }
-        }
-    }
     return outcome;
 }
 
@@ -1062,6 +1046,7 @@ int main(int argc, char** argv)
     }
     pxkSetErrMode(PXK_ErrModeSilent);
     pxkRedirectError(countReport);
+    printf("// SPDX-License-Identifier: BSD-2-Clause\n");
     printf("// Made by docs/reference/tables.cpp from calls of the library. Do not edit: run pxk_tables.\n\n");
     std::set<std::string> told;
     for (const Function& f : functions()) {

@@ -1323,9 +1323,10 @@ PXK_API void PXK_CALL pxkReduceBits(PxkImage* srcImage, PxkImage* dstImage, int3
  *
  * Conversions work on the smaller width and height of both images. The source has at least three channels, of which the
  * first three count; the destination has three. Depth, data order and origin agree. Regions must be null; masks and
- * alpha do not count; tiles are served. The source may be the destination. Red is channel 0 where channelSeq of the RGB
- * image begins with "R", otherwise channel 2; the other model's channels come in the order of its name. Each function
- * runs on whatever status is stored.
+ * alpha do not count; tiles are served. A conversion from RGB takes one header as source and destination; on the way to
+ * RGB the words of the two differ, so pixels are converted in place through two headers. Red is channel 0 where
+ * channelSeq of the RGB image begins with "R", otherwise channel 2; the other model's channels come in the order of its
+ * name. Each function runs on whatever status is stored.
  *
  * A conversion to a model writes the model's word, zero-filled to four letters, to colorModel and channelSeq of the
  * destination, as soon as the source's words and the regions have been looked at, even if the call fails then.

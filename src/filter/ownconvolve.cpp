@@ -203,9 +203,9 @@ template <class Sum> static inline Sum ownSumOf(Sum a, Sum b)
     }
 }
 
-// Adds N taps at once, so that sums are loaded and stored once for all of them.
-template <int32_t N, class T, class Sum>
-static void ownAddTaps(const OwnTap* taps, const OwnChunkRows& from, Sum* sums, ptrdiff_t n, bool isFirst)
+// The sums of N taps, or these added to the sums: so sums are loaded and stored once for all of them.
+template <int32_t N, bool IS_FIRST, class T, class Sum>
+static void ownAddTaps(const OwnTap* taps, const OwnChunkRows& from, Sum* sums, ptrdiff_t n)
 {
     const T* source[N];
     Sum value[N];
@@ -213,17 +213,46 @@ static void ownAddTaps(const OwnTap* taps, const OwnChunkRows& from, Sum* sums, 
         source[k] = from.at<T>(taps[k]);
         value[k] = ownTapValue<Sum>(taps[k]);
     }
-    const auto tapsAt = [&](ptrdiff_t i) {
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i) {
         Sum sum = ownProduct(value[0], source[0][i]);
         for (int32_t k = 1; k < N; ++k) sum = ownSumOf(sum, ownProduct(value[k], source[k][i]));
-        return sum;
-    };
-    if (isFirst) {
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < n; ++i) sums[i] = tapsAt(i);
-    } else {
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < n; ++i) sums[i] = ownSumOf(sums[i], tapsAt(i));
+        sums[i] = IS_FIRST ? sum : ownSumOf(sums[i], sum);
+    }
+}
+
+// Taps that are taken together; a smaller batch is the first one, but the last one of floats, whose sums depend on it.
+constexpr int32_t ownTapBatch = 9;
+
+template <bool IS_FIRST, class T, class Sum>
+static void ownAddSomeTaps(const OwnTap* taps, int32_t count, const OwnChunkRows& from, Sum* sums, ptrdiff_t n)
+{
+    switch (count) {
+    case 9: return ownAddTaps<ownTapBatch, IS_FIRST, T>(taps, from, sums, n);
+    case 8: return ownAddTaps<8, IS_FIRST, T>(taps, from, sums, n);
+    case 7: return ownAddTaps<7, IS_FIRST, T>(taps, from, sums, n);
+    case 6: return ownAddTaps<6, IS_FIRST, T>(taps, from, sums, n);
+    case 5: return ownAddTaps<5, IS_FIRST, T>(taps, from, sums, n);
+    case 4: return ownAddTaps<4, IS_FIRST, T>(taps, from, sums, n);
+    case 3: return ownAddTaps<3, IS_FIRST, T>(taps, from, sums, n);
+    case 2: return ownAddTaps<2, IS_FIRST, T>(taps, from, sums, n);
+    default: return ownAddTaps<1, IS_FIRST, T>(taps, from, sums, n);
+    }
+}
+
+// The same sums of floats by one tap at a time, for 8-bit samples: only coefficients beyond 2^23 bring them here, too
+// few for loops of their own.
+template <class T>
+static void ownSumTapsSingly(const OwnTap* taps, int32_t count, const OwnChunkRows& from, float* sums, ptrdiff_t n)
+{
+    float part[ownChunk];
+    for (int32_t done = 0; done < count; done += ownTapBatch) {
+        float* const to = done == 0 ? sums : part;
+        const int32_t end = std::min(done + ownTapBatch, count);
+        ownAddTaps<1, true, T>(taps + done, from, to, n);
+        for (int32_t k = done + 1; k < end; ++k) ownAddTaps<1, false, T>(taps + k, from, to, n);
+        if (done == 0) continue;
+        for (ptrdiff_t i = 0; i < n; ++i) sums[i] += part[i];
     }
 }
 
@@ -232,22 +261,17 @@ template <class T, class Sum>
 __attribute__((noinline)) static void ownSumTaps(const OwnTap* taps, int32_t count, const OwnChunkRows& from, Sum* sums,
                                                  ptrdiff_t n)
 {
+    constexpr bool isReal = std::is_floating_point<Sum>::value;
     if (count == 0) std::fill(sums, sums + n, Sum { 0 });
-    for (int32_t done = 0; done < count;) {
-        const OwnTap* const next = taps + done;
-        const bool isFirst = done == 0;
-        const int32_t batch = std::min(count - done, 9);
-        done += batch;
-        switch (batch) {
-        case 9: ownAddTaps<9, T>(next, from, sums, n, isFirst); break;
-        case 8: ownAddTaps<8, T>(next, from, sums, n, isFirst); break;
-        case 7: ownAddTaps<7, T>(next, from, sums, n, isFirst); break;
-        case 6: ownAddTaps<6, T>(next, from, sums, n, isFirst); break;
-        case 5: ownAddTaps<5, T>(next, from, sums, n, isFirst); break;
-        case 4: ownAddTaps<4, T>(next, from, sums, n, isFirst); break;
-        case 3: ownAddTaps<3, T>(next, from, sums, n, isFirst); break;
-        case 2: ownAddTaps<2, T>(next, from, sums, n, isFirst); break;
-        default: ownAddTaps<1, T>(next, from, sums, n, isFirst); break;
+    if constexpr (isReal && sizeof(T) == 1) return ownSumTapsSingly<T>(taps, count, from, sums, n);
+    const int32_t rest = count % ownTapBatch;
+    const int32_t first = std::min(count, isReal || rest == 0 ? ownTapBatch : rest);
+    if (count > 0) ownAddSomeTaps<true, T>(taps, first, from, sums, n);
+    for (int32_t done = first; done < count; done += ownTapBatch) {
+        if constexpr (isReal) {
+            ownAddSomeTaps<false, T>(taps + done, std::min(count - done, ownTapBatch), from, sums, n);
+        } else {
+            ownAddTaps<ownTapBatch, false, T>(taps + done, from, sums, n);
         }
     }
 }

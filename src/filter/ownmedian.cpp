@@ -73,6 +73,14 @@ template <class T> static bool ownMedianByNetwork(const OwnBand& band, const Own
 
 // ---- 8 bits: counts of columns -------------------------------------------------------------------------------------
 
+// Signed samples are counted with their top bit turned, which keeps their order.
+template <class T> constexpr uint32_t ownOrderBit = std::is_signed<T>::value ? 1u << (8 * sizeof(T) - 1) : 0u;
+
+template <class T> static inline uint32_t ownCountedAs(T sample)
+{
+    return static_cast<std::make_unsigned_t<T>>(sample) ^ ownOrderBit<T>;
+}
+
 // Counts of 256 values in two levels, 16 groups of 16 values each (Perreault and Hebert, Median filtering in constant
 // time, 2007). They are cumulative: a lane holds how many samples are not above its group or value; so the place of a
 // rank is the number of lanes that do not exceed it, without a search. Lanes of type C lie side by side in words, which
@@ -193,34 +201,34 @@ private:
 };
 
 // One channel of `pixels` output columns.
-template <class C>
+template <class C, class T>
 static void ownMedianStrip(const OwnBand& band, const OwnRank& rank, OwnColumnCounts<C>* columns, ptrdiff_t first,
                            int32_t pixels)
 {
     const int32_t count = pixels + rank.nCols - 1;
-    const auto row = [&](int64_t y) { return band.rows[y] + first; };
+    const auto row = [&](int64_t y) { return reinterpret_cast<const T*>(band.rows[y]) + first; };
     std::fill(columns, columns + count + 1, OwnColumnCounts<C> {}); // the last step looks one further
     const ptrdiff_t step = band.step;
     for (int32_t y = 0; y < rank.nRows; ++y) {
-        for (int32_t c = 0; c < count; ++c) columns[c].enter(row(y)[c * step]);
+        for (int32_t c = 0; c < count; ++c) columns[c].enter(ownCountedAs(row(y)[c * step]));
     }
     const uint32_t below = static_cast<uint32_t>(rank.below());
     for (int32_t y = 0; y < band.height; ++y) {
         if (y > 0) {
-            const uint8_t* const leaving = row(y - 1);
-            const uint8_t* const entering = row(static_cast<int64_t>(y) + rank.nRows - 1);
+            const T* const leaving = row(y - 1);
+            const T* const entering = row(static_cast<int64_t>(y) + rank.nRows - 1);
             for (int32_t c = 0; c < count; ++c) {
-                columns[c].leave(leaving[c * step]);
-                columns[c].enter(entering[c * step]);
+                columns[c].leave(ownCountedAs(leaving[c * step]));
+                columns[c].enter(ownCountedAs(entering[c * step]));
             }
         }
-        uint8_t* const out = band.out[y] + first;
+        T* const out = reinterpret_cast<T*>(band.out[y]) + first;
         OwnSlidingCounts<C> window(columns, rank.nCols);
-        for (int32_t x = 0; x < pixels; ++x) out[x * step] = static_cast<uint8_t>(window.next(x, below));
+        for (int32_t x = 0; x < pixels; ++x) out[x * step] = static_cast<T>(window.next(x, below) ^ ownOrderBit<T>);
     }
 }
 
-template <class C> static bool ownMedianByColumns(const OwnBand& band, const OwnRank& rank)
+template <class C, class T> static bool ownMedianByColumns(const OwnBand& band, const OwnRank& rank)
 {
     constexpr int32_t ownStripColumns = 512 / sizeof(C); // their counts stay in the second-level cache together
     const int32_t width = static_cast<int32_t>(band.width / band.step);
@@ -230,7 +238,7 @@ template <class C> static bool ownMedianByColumns(const OwnBand& band, const Own
     for (int32_t channel = 0; channel < band.step; ++channel) {
         for (int32_t x = 0; x < width; x += strip) {
             const ptrdiff_t first = static_cast<ptrdiff_t>(x) * band.step + channel;
-            ownMedianStrip<C>(band, rank, columns, first, std::min(strip, width - x));
+            ownMedianStrip<C, T>(band, rank, columns, first, std::min(strip, width - x));
         }
     }
     return true;
@@ -250,7 +258,7 @@ template <class T> struct OwnWindowCounts {
 
     void change(T sample, uint32_t by)
     {
-        const uint32_t place = values + sample;
+        const uint32_t place = values + ownCountedAs(sample);
         for (int32_t bits = 0; bits <= groupBits; bits += 4) count[place >> bits] += by;
         belowGroup += place >> groupBits < group ? by : 0;
     }
@@ -265,7 +273,7 @@ template <class T> struct OwnWindowCounts {
             place *= 16;
             while (count[place] <= rest) rest -= count[place++];
         }
-        return static_cast<T>(place - values);
+        return static_cast<T>((place - values) ^ ownOrderBit<T>);
     }
 };
 
@@ -360,7 +368,7 @@ static bool ownMedianByBits(const OwnBand& band, const OwnRank& rank)
     return true;
 }
 
-// ---- the middle of any window --------------------------------------------------------------------------------------
+// ---- choice --------------------------------------------------------------------------------------------------------
 
 template <class T> static bool ownMedianOf(const OwnBand& band, const OwnRank& rank)
 {
@@ -370,69 +378,20 @@ template <class T> static bool ownMedianOf(const OwnBand& band, const OwnRank& r
     } else if constexpr (sizeof(T) == 2) {
         return ownMedianByWindow<T>(band, rank);
     } else {
-        if (rank.samples() <= UINT8_MAX) return ownMedianByColumns<uint8_t>(band, rank);
-        if (rank.samples() <= UINT16_MAX) return ownMedianByColumns<uint16_t>(band, rank);
+        if (rank.samples() <= UINT8_MAX) return ownMedianByColumns<uint8_t, T>(band, rank);
+        if (rank.samples() <= UINT16_MAX) return ownMedianByColumns<uint16_t, T>(band, rank);
         return ownMedianByWindow<T>(band, rank);
     }
 }
-
-// ---- signed samples ------------------------------------------------------------------------------------------------
-
-template <class T> static void ownTurnTopBits(const uint8_t* from, uint8_t* to, ptrdiff_t n)
-{
-    constexpr T topBit = static_cast<T>(1 << (8 * sizeof(T) - 1));
-    const T* const s = reinterpret_cast<const T*>(from);
-    T* const d = reinterpret_cast<T*>(to);
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) d[i] = static_cast<T>(s[i] ^ topBit);
-}
-
-// With their top bits turned signed samples are unsigned ones in the same order, so the code for these serves both. T
-// is the unsigned type.
-template <class T> static bool ownTurnedMedian(const OwnBand& band, const OwnRank& rank)
-{
-    constexpr int32_t stripRows = 64;
-    const int32_t strip = std::min(band.height, stripRows), most = strip + rank.nRows - 1;
-    const ptrdiff_t width = band.width + static_cast<ptrdiff_t>(rank.nCols - 1) * band.step;
-    const ptrdiff_t rowBytes = width * static_cast<ptrdiff_t>(sizeof(T)) + ownBlockBytes;
-    uint8_t* const turned = band.scratch.take<uint8_t>(static_cast<int64_t>(most) * rowBytes);
-    const uint8_t** const rows = band.scratch.take<const uint8_t*>(most);
-    if (turned == nullptr || rows == nullptr) return false;
-    OwnScratch scratch;
-    for (int32_t y = 0; y < band.height; y += strip) {
-        const int32_t height = std::min(strip, band.height - y);
-        for (int32_t k = 0; k < height + rank.nRows - 1; ++k) {
-            uint8_t* const row = turned + k * rowBytes;
-            ownTurnTopBits<T>(band.rows[y + k], row, width);
-            memset(row + width * static_cast<ptrdiff_t>(sizeof(T)), 0, ownBlockBytes);
-            rows[k] = row;
-        }
-        scratch.restart();
-        if (!ownMedianOf<T>({ rows, band.out + y, band.width, height, band.step, scratch }, rank)) return false;
-        for (int32_t k = y; k < y + height; ++k) ownTurnTopBits<T>(band.out[k], band.out[k], band.width);
-    }
-    return true;
-}
-
-template <class T> static bool ownSignedMedian(const OwnBand& band, const OwnRank& rank)
-{
-    if (rank.samples() > 9) return ownTurnedMedian<std::make_unsigned_t<T>>(band, rank);
-    return ownForCount<1, 9>(static_cast<int32_t>(rank.samples()), [&](auto count) {
-        ownNetworkBand<decltype(count)::value, T>(band, rank, nullptr, nullptr);
-        return true;
-    });
-}
-
-// ---- choice --------------------------------------------------------------------------------------------------------
 
 bool ownMedianBand(const OwnBand& band, int32_t depth, int32_t nCols, int32_t nRows)
 {
     const OwnRank rank = { nCols, nRows };
     switch (depth) {
     case PXK_DEPTH_8U: return ownMedianOf<uint8_t>(band, rank);
-    case PXK_DEPTH_8S: return ownSignedMedian<int8_t>(band, rank);
+    case PXK_DEPTH_8S: return ownMedianOf<int8_t>(band, rank);
     case PXK_DEPTH_16U: return ownMedianOf<uint16_t>(band, rank);
-    case PXK_DEPTH_16S: return ownSignedMedian<int16_t>(band, rank);
+    case PXK_DEPTH_16S: return ownMedianOf<int16_t>(band, rank);
     default: return ownMedianOf<int32_t>(band, rank);
     }
 }

@@ -85,36 +85,57 @@ inline void ownSumFew(const Sum* from, Sum* spare, Sum* sums, ptrdiff_t width, p
 }
 
 // Wide windows: the sums of all samples in front, of which windows are differences. One chain of additions would wait
-// for itself; rows of one channel are cut into four, which take turns.
-template <class Sum> inline void ownSumInFront(const Sum* from, Sum* to, ptrdiff_t n, ptrdiff_t step)
+// for itself; so rows are cut into four parts, which take turns, as the channels do.
+template <int32_t STEP, class Column, class Sum> inline void ownSumInFrontBy(const Column* from, Sum* to, ptrdiff_t n)
 {
-    for (ptrdiff_t i = 0; i < step; ++i) to[i] = 0;
-    if (step > 1) {
-        for (ptrdiff_t i = 0; i < n; ++i) to[i + step] = static_cast<Sum>(to[i] + from[i]);
-        return;
+    constexpr int32_t parts = 4;
+    const ptrdiff_t part = n / (parts * STEP) * STEP;
+    Sum sum[parts][STEP] = {};
+    Sum* const sums = to + STEP;
+    for (ptrdiff_t i = 0; i < STEP; ++i) to[i] = 0;
+    for (ptrdiff_t i = 0; i < part; i += STEP) {
+        for (int32_t k = 0; k < parts; ++k) {
+            for (int32_t c = 0; c < STEP; ++c) {
+                const ptrdiff_t at = k * part + i + c;
+                sums[at] = sum[k][c] = static_cast<Sum>(sum[k][c] + from[at]);
+            }
+        }
     }
-    const ptrdiff_t part = n / 4;
-    Sum sum[4] = {};
-    Sum* const sums = to + 1;
-    for (ptrdiff_t i = 0; i < part; ++i) {
-        for (ptrdiff_t k = 0; k < 4; ++k) sums[k * part + i] = sum[k] = static_cast<Sum>(sum[k] + from[k * part + i]);
-    }
-    Sum base = sum[0];
-    for (ptrdiff_t k = 1; k < 4; ++k) {
+    for (int32_t k = 1; k < parts && part > 0; ++k) {
         Sum* const own = sums + k * part;
+        Sum base[STEP];
+        for (int32_t c = 0; c < STEP; ++c) base[c] = own[c - STEP];
         OWN_IVDEP
-        for (ptrdiff_t i = 0; i < part; ++i) own[i] = static_cast<Sum>(own[i] + base);
-        base = static_cast<Sum>(base + sum[k]);
+        for (ptrdiff_t i = 0; i < part; i += STEP) {
+            for (int32_t c = 0; c < STEP; ++c) own[i + c] = static_cast<Sum>(own[i + c] + base[c]);
+        }
     }
-    for (ptrdiff_t i = 4 * part; i < n; ++i) sums[i] = base = static_cast<Sum>(base + from[i]);
+    for (ptrdiff_t i = parts * part; i < n; ++i) sums[i] = static_cast<Sum>(to[i] + from[i]);
 }
 
-// Sums of `count` neighbours; `spare` holds two rows of the source's length.
-template <class Sum>
-inline void ownRowSums(const Sum* from, Sum* spare, Sum* sums, ptrdiff_t width, ptrdiff_t step, int32_t count)
+template <class Column, class Sum> inline void ownSumInFront(const Column* from, Sum* to, ptrdiff_t n, ptrdiff_t step)
 {
-    constexpr int32_t few = sizeof(Sum) == 2 ? 64 : 32;
-    if (count <= few) return ownSumFew(from, spare, sums, width, step, count);
+    switch (step) {
+    case 1: return ownSumInFrontBy<1>(from, to, n);
+    case 2: return ownSumInFrontBy<2>(from, to, n);
+    case 3: return ownSumInFrontBy<3>(from, to, n);
+    case 4: return ownSumInFrontBy<4>(from, to, n);
+    default: break;
+    }
+    for (ptrdiff_t i = 0; i < step; ++i) to[i] = 0;
+    for (ptrdiff_t i = 0; i < n; ++i) to[i + step] = static_cast<Sum>(to[i] + from[i]);
+}
+
+// Windows of so many columns are summed by their neighbours.
+template <class Sum> constexpr int32_t ownFewColumns = sizeof(Sum) == 2 ? 64 : 32;
+
+// Sums of `count` neighbours; `spare` holds two rows of the source's length.
+template <class Column, class Sum>
+inline void ownRowSums(const Column* from, Sum* spare, Sum* sums, ptrdiff_t width, ptrdiff_t step, int32_t count)
+{
+    if constexpr (std::is_same<Column, Sum>::value) {
+        if (count <= ownFewColumns<Sum>) return ownSumFew(from, spare, sums, width, step, count);
+    }
     ownSumInFront(from, spare, width + (count - 1) * step, step);
     const Sum* const behind = spare + count * step;
     ownInBlocks<ownBlockOf<Sum>>(width, [&](ptrdiff_t i) { sums[i] = static_cast<Sum>(behind[i] - spare[i]); });
@@ -129,25 +150,24 @@ template <class T> inline std::make_unsigned_t<T> ownFromLowest(T sample)
     return static_cast<Word>(static_cast<Word>(sample) - static_cast<Word>(std::numeric_limits<T>::min()));
 }
 
-// Calls store(sums, output row, width) for every output row of a band of integer samples, counted from the lowest one;
-// rows may be stored twice. Sums must fit Sum, which is unsigned.
-template <class T, class Sum, class Store>
-[[nodiscard]] bool ownWindowSums(const OwnBand& band, int32_t nCols, int32_t nRows, const Store& store)
+// The sums of a column must fit Column.
+template <class T, class Column, class Sum, class Store>
+[[nodiscard]] bool ownWindowSumsBy(const OwnBand& band, int32_t nCols, int32_t nRows, const Store& store)
 {
     const ptrdiff_t length = band.width + static_cast<ptrdiff_t>(nCols - 1) * band.step;
-    Sum* columns = ownTakeRow<Sum>(band, length);
-    Sum* next = ownTakeRow<Sum>(band, length);
+    Column* columns = ownTakeRow<Column>(band, length);
+    Column* next = ownTakeRow<Column>(band, length);
     Sum* const spare = ownTakeRow<Sum>(band, 2 * (length + band.step) + 2 * ownBlockOf<Sum>);
     Sum* const sums = ownTakeRow<Sum>(band, band.width);
     if (columns == nullptr || next == nullptr || spare == nullptr || sums == nullptr) return false;
     const auto row = [&](int64_t y) { return reinterpret_cast<const T*>(band.rows[y]); };
-    std::fill(columns, columns + length + ownBlockBytes, Sum { 0 });
+    std::fill(columns, columns + length + ownBlockBytes, Column { 0 });
     for (int64_t y = 0; y < nRows;) {
         const T* const entering = row(y);
-        Sum times = 0;
+        Column times = 0;
         for (; y < nRows && row(y) == entering; ++y) ++times;
         ownInBlocks<ownBlockOf<T>>(length, [&](ptrdiff_t i) {
-            next[i] = static_cast<Sum>(columns[i] + static_cast<Sum>(times * ownFromLowest(entering[i])));
+            next[i] = static_cast<Column>(columns[i] + static_cast<Column>(times * ownFromLowest(entering[i])));
         });
         std::swap(columns, next);
     }
@@ -156,12 +176,24 @@ template <class T, class Sum, class Store>
             const T* const entering = row(static_cast<int64_t>(y) + nRows - 1);
             const T* const leaving = row(y - 1);
             ownInBlocks<ownBlockOf<T>>(length, [&](ptrdiff_t i) {
-                next[i] = static_cast<Sum>(columns[i] + ownFromLowest(entering[i]) - ownFromLowest(leaving[i]));
+                next[i] = static_cast<Column>(columns[i] + ownFromLowest(entering[i]) - ownFromLowest(leaving[i]));
             });
             std::swap(columns, next);
         }
-        ownRowSums<Sum>(columns, spare, sums, band.width, band.step, nCols);
+        ownRowSums(columns, spare, sums, band.width, band.step, nCols);
         store(static_cast<const Sum*>(sums), reinterpret_cast<T*>(band.out[y]), band.width);
     }
     return true;
+}
+
+// Calls store(sums, output row, width) for every output row of a band of integer samples, counted from the lowest one;
+// rows may be stored twice. Sums must fit Sum, which is unsigned.
+template <class T, class Sum, class Store>
+[[nodiscard]] bool ownWindowSums(const OwnBand& band, int32_t nCols, int32_t nRows, const Store& store)
+{
+    if constexpr (sizeof(T) == 1 && sizeof(Sum) == 4) { // half the work down the columns
+        const bool fits = nCols > ownFewColumns<Sum> && nRows <= UINT16_MAX / UINT8_MAX;
+        if (fits) return ownWindowSumsBy<T, uint16_t, Sum>(band, nCols, nRows, store);
+    }
+    return ownWindowSumsBy<T, Sum, Sum>(band, nCols, nRows, store);
 }

@@ -40,6 +40,24 @@ struct OwnMeanTiny {
     }
 };
 
+// 8-bit samples, up to 8191 of them. Half a part more than 2 sum + n, exact in single precision, is at least n / (4 n)
+// parts of 1 away from the next quotient: more than both roundings of a quotient below 256 are off by.
+struct OwnMeanSmall {
+    using Sum = uint32_t;
+    static constexpr int64_t most = 8191;
+    float half;
+    float inverse;
+    explicit OwnMeanSmall(int64_t n)
+        : half(static_cast<float>(n) + 0.5f)
+        , inverse(1.0f / static_cast<float>(2 * n))
+    {
+    }
+    int32_t operator()(uint32_t sum) const
+    {
+        return static_cast<int32_t>((static_cast<float>(static_cast<int32_t>(2 * sum)) + half) * inverse);
+    }
+};
+
 // As long as 2 sum + n fits 31 bits: the quotient of single precision is off by at most one, which the remainder tells.
 // Sums behind a row's end may be of any size; they are not stored, and wrap.
 struct OwnMeanNarrow {
@@ -133,6 +151,7 @@ static bool ownBlurBand(const OwnBand& band, const OwnRectFilter& filter)
             if constexpr (sizeof(T) == 1) {
                 const bool isTiny = n >= OwnMeanTiny::fewest && n <= OwnMeanTiny::most;
                 if (isTiny) return ownMeanBand<T, OwnMeanTiny>(band, filter);
+                if (n <= OwnMeanSmall::most) return ownMeanBand<T, OwnMeanSmall>(band, filter);
             }
             if (n <= most) return ownMeanBand<T, OwnMeanNarrow>(band, filter);
         }

@@ -25,7 +25,8 @@ static void ownMeasureBits(const OwnMeasuring& m)
     constexpr int32_t most = 8 * static_cast<int32_t>(ownStageBytes);
     const OwnPiece& piece = m.piece;
     for (int32_t y = 0; y < piece.views[0].height; ++y) {
-        for (int32_t x = 0; x < piece.views[0].width; x += most) {
+        for (int64_t start = 0; start < piece.views[0].width; start += most) { // rows may end at the last 32-bit number
+            const int32_t x = static_cast<int32_t>(start);
             const int32_t n = std::min(most, piece.views[0].width - x);
             const ptrdiff_t bytes = ownBytesOfBits(0, n);
             memset(selected, 0xFF, static_cast<size_t>(bytes));

@@ -153,8 +153,11 @@ static void writeResult(std::ostream& out, const Page& page, const Card& card)
         writeShown(out, card.shot, title, partOf(page, card.shot), "after");
     } else if (!card.shot.file.empty()) {
         const bool isPart = card.exhibit->view == View::detail;
+        const bool isWhole = card.shot.width <= usualWidth && card.shot.height <= partHeight;
         writeShown(out, card.shot, title, isPart ? partOf(page, card.shot) : "",
-                   isPart ? "a part, pixel for pixel" : "");
+                   !isPart       ? ""
+                       : isWhole ? "pixel for pixel"
+                                 : "a part, pixel for pixel");
     }
     if (!card.result.text.empty()) out << "<pre class=\"words\">" << escape(card.result.text) << "</pre>";
     out << "</div>";

@@ -45,13 +45,13 @@ EXHIBIT(scale_resize, PICTURE)
 }
 
 // Decimate fine circles
-// Every second pixel: circles that are too narrow turn up as others that are not there.
+// Every fourth pixel: circles that are too narrow turn up as others that are not there.
 EXHIBIT(scale_decimate, DETAIL)
 {
     PxkImage* circles = pxkCreateImageJaehne(PXK_DEPTH_8U, w, h);
-    out = newImage(1, PXK_DEPTH_8U, w / 2, h / 2);
+    out = newImage(1, PXK_DEPTH_8U, w / 4, h / 4);
     START;
-    pxkDecimate(circles, out, 1, 2, 1, 2, PXK_INTER_NN);
+    pxkDecimate(circles, out, 1, 4, 1, 4, PXK_INTER_NN);
     STOP;
     pxkDeallocate(circles, PXK_FREE_HEADER | PXK_FREE_DATA);
 }
@@ -61,21 +61,21 @@ EXHIBIT(scale_decimate, DETAIL)
 EXHIBIT(scale_boxes, PAIR(scale_decimate))
 {
     PxkImage* circles = pxkCreateImageJaehne(PXK_DEPTH_8U, w, h);
-    out = newImage(1, PXK_DEPTH_8U, w / 2, h / 2);
+    out = newImage(1, PXK_DEPTH_8U, w / 4, h / 4);
     START;
-    pxkDecimate(circles, out, 1, 2, 1, 2, PXK_INTER_SUPER);
+    pxkDecimate(circles, out, 1, 4, 1, 4, PXK_INTER_SUPER);
     STOP;
     pxkDeallocate(circles, PXK_FREE_HEADER | PXK_FREE_DATA);
 }
 
 // Blur, then decimate
-// A window of 5 by 5 pixels in front of every second pixel.
+// A window of 9 by 9 pixels in front of every fourth pixel.
 EXHIBIT(scale_blurred, PAIR(scale_decimate))
 {
     PxkImage* circles = pxkCreateImageJaehne(PXK_DEPTH_8U, w, h);
-    out = newImage(1, PXK_DEPTH_8U, w / 2, h / 2);
+    out = newImage(1, PXK_DEPTH_8U, w / 4, h / 4);
     START;
-    pxkDecimateExt(circles, out, 1, 2, 1, 2, PXK_INTER_NN, 5, 5);
+    pxkDecimateExt(circles, out, 1, 4, 1, 4, PXK_INTER_NN, 9, 9);
     STOP;
     pxkDeallocate(circles, PXK_FREE_HEADER | PXK_FREE_DATA);
 }

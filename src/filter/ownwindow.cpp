@@ -354,6 +354,12 @@ static int32_t ownPartWidth(const OwnWindowPass& pass, const OwnPart& part)
     return part.columns[0].count + between + second.count;
 }
 
+static bool ownIsSmallWindow(const OwnMargins& margins)
+{
+    constexpr int32_t few = 8;
+    return margins.left + margins.right <= few && margins.top + margins.bottom <= few;
+}
+
 // Cuts a piece into the columns that can be read in place and the others. Few columns in place are not worth a pass of
 // their own.
 static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPart (&parts)[2])
@@ -369,8 +375,8 @@ static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPa
     }
     const int64_t first = std::max<int64_t>(0, low + work.margins.left - origin);
     const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
-    constexpr int64_t fewBytes = 2048;
     const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
+    const int64_t fewBytes = ownIsSmallWindow(work.margins) ? 128 : 1024; // chained rows of a frame cost little
     const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes() >= ownBlockBytes;
     const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes() >= fewBytes);
     if (!pass.isPacked() || !isWorth) {
@@ -412,10 +418,7 @@ static ptrdiff_t ownMadeRowStep(const OwnWindowPass& pass, int32_t width)
 // comes out between their ends is dropped.
 static bool ownIsChained(const OwnWindowPass& pass, const OwnPartWork& work)
 {
-    const OwnMargins& margins = pass.work.margins;
-    constexpr int32_t few = 8;
-    const bool isSmall = margins.left + margins.right <= few && margins.top + margins.bottom <= few;
-    return isSmall && !work.part.isInPlace && !pass.isBitRows() && !pass.work.inFixedBands
+    return ownIsSmallWindow(pass.work.margins) && !work.part.isInPlace && !pass.isBitRows() && !pass.work.inFixedBands
         && pass.rowBytes(work.width) < ownBlockBytes;
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Arithmetic and logic of two images, of an image and a constant, and of one image: by depth, in cache and out of it,
 // with and without mask; on tiles; one-bit images at unlike bit offsets.
 #include "benchsupport.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the benchmarks share: images, masks, and the time of memcpy, which every operation is compared with.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bit reduction: each dither type on gray, RGB and planes, to one bit (gray), to four bits of 8U, from 16U, with noise,
 // and from tiles to tiles.
 #include "benchsupport.h"

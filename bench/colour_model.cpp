@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Colour model conversions, gray and colour, colour twists: packed pixels and planes.
 #include "benchsupport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Comparisons, scaled products and alpha operations: by depth and layout, in cache and out of it, on 16 x 16 pixels for
 // the cost of a call, with and without mask, and on tiles.
 #include "benchsupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bitmaps: every reader and writer, run-length codes, colour tables and the nearest colour. The picture is a
 // photograph, repeated to 2048 x 2048 with each second copy mirrored.
 #include <functional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Conversion between depths: every pair, in cache and out of it, on 16 x 16 pixels for the cost of a call, and some
 // pairs with other layouts, masks, tiles and turned rows.
 #include "benchsupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Fourier transforms, products of packed spectra and cosine transforms: sizes that are powers of two, that have small
 // factors, and that have none; float and fixed point.
 #include "benchsupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Copy, set and exchange, in cache and out of it, with and without a mask.
 #include "benchsupport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Changes of scale by each interpolation, on gray and on colour in both data orders, and mirrors.
 #include "benchsupport.h"
 

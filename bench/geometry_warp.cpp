@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Rotation, warps and remapping on 512 x 512 and 2048 x 2048 pixels.
 #include <functional>
 

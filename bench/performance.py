@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: BSD-2-Clause
 """Writes docs/performance.md and its pictures from one run.
 
 usage: bench/performance.py [--rows FOLDER | FILTER ...]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // A 2048 x 2048 image with a frame of seven pixels, fetched in each border mode, beside memcpy of as many bytes.
 // Arguments: border mode, depth, channels; the one-bit image has as many pixels as the others. Both sides take a fresh
 // block in each turn.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Histograms, maps of levels, threshold, moments, norms and extrema: by depth and layout, in cache and out of it, on
 // 16 x 16 pixels for the cost of a call, with and without mask, and on tiles. What is only measured moves half of the
 // bytes that the same memcpy moves.

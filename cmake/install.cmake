@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # What `cmake --install` puts where, and the packages that `cpack` makes of it: three components.
 
 include(CMakePackageConfigHelpers)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # One library for every processor: all sources are compiled once a level. Those of the higher levels are in a namespace
 # each, so that no inline function of one can serve another. What keeps state is compiled once. An exported function is
 # a jump through a table that is filled when the library is loaded (src/platform/ownprocessor.h).

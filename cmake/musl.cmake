@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Linux with the C library musl (Debian package musl-tools). The library wants nothing of the C++ runtime but headers, and
 # those are GCC's own, in front of musl's.
 set(CMAKE_SYSTEM_NAME Linux)

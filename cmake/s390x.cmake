@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # A 64-bit processor that stores the high byte first, with Linux, emulated.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR s390x)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # 64-bit Windows. The C compiler links the library: the win32 variant of the threads, so that pxkQ6.dll can't come to need
 # another DLL. The C++ compiler is the posix variant, which has std::thread, for the test programs.
 set(CMAKE_SYSTEM_NAME Windows)

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * A bitmap in memory is a header of 40 bytes, a colour table and bits; a bitmap file has 14 bytes in front.
  *

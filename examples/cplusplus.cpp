@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The same library from C++: images that own their pixels, views with regions and masks, failures as exceptions.
 #include <pxk/pxk.hpp>
 

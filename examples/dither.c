@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * Dithering keeps the tone of a picture that gets fewer levels.
  *

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * Failures are status codes, and every one is handed to a report handler. This program installs its own.
  *

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * Interpolations, told by what they make of an edge: a dark and a bright half, eight pixels wide, enlarged four times.
  *

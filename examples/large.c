@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * A picture that memory can't hold is processed from file to file: both images are tiled, and their tile functions read
  * and write pieces of the files. The library asks for a few tiles at a time, so a few megabytes do for any picture.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * A mask is a one-bit image hung on another one: pixels change where its bit is 1.
  *

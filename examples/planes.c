@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * Channels lie side by side in a row (pixel order) or each in a plane of its own (plane order).
  *

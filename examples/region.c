@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * A region limits an operation to part of an image, and to one channel when it names one.
  *

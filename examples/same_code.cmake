@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Fails unless PAGE shows the file CODE, character by character but for the licence in its first line, in a C block behind
 # a line "<!-- NAME.c -->", or in the page's first C block where there is no such line. With WRITE the block is replaced
 # by the file.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * The library starts no threads; a program that has several processors cuts its picture into bands, one a thread.
  *

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * A tiled image has no pixels of its own: a function of the caller delivers them, tile by tile.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Any bytes as a bitmap file.
 #include "bitmapfile.h"
 #include "fuzzinput.h"

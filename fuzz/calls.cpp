@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Any operation on any images: regions that miss them, masks, channels of interest, tiles that are refused, numbers of
 // every size. The input chooses the operation, the headers and the arguments.
 #include <cmath>

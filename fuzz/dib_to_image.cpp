@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Any header, table and bits to an image: by both forms into an image, which must agree, and by translation.
 #include "fuzzinput.h"
 

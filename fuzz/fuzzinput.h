@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the fuzz targets share: reading the input piece by piece, images and bitmaps made of it, and a quiet library.
 #pragma once
 

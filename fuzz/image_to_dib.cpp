@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Any image to a bitmap with any header and table, by both forms, which must agree.
 #include "fuzzinput.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Any run-length bits, zeros behind them as far as the reference asks for them, at even and odd addresses.
 #include "convert/ownrle.h"
 #include "fuzzinput.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Any rows, coded in place; what is kept must decode to the same pixels.
 #include "convert/ownrle.h"
 #include "fuzzinput.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Shared by ./demo and ./check: what has to be installed, and long work with a sign of life.
 # shellcheck shell=bash
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # The failing tests of a log of `ctest --verbose`, whose lines begin with the number of the entry that printed them:
 # what a failed GoogleTest test said, and the last words of an entry that ended without naming one.
 

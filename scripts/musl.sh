@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: BSD-2-Clause
 # Links pxk_exactness of the release build with musl and the library that preset musl built, all of it statically:
 #     scripts/musl.sh PROGRAM
 # There is no C++ library for musl in Debian. That of GCC is made for glibc, but musl has what it wants, save for a few

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Installs Wine for the Windows builds; cmake/wine runs programs with it.
 # shellcheck shell=bash
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The show: every operation of the library on one picture, as a page of pictures.
 //
 // A family is a file exhibits/NAME.c, which exhibits/exhibit.h explains: C code that is compiled into this program, and

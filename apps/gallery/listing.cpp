@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // From the text of the files of exhibits to titles, sentences and code.
 #include "gallery.h"
 

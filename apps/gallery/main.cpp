@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "gallery.h"
 #include "page.h"
 #include "pictures.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Writes the page: one HTML file beside the pictures, no script, nothing loaded from elsewhere.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Pictures that the program makes itself.
 #pragma once
 

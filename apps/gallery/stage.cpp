@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Where exhibits run: what try.h promises them, the clock, and what they leave.
 #include "gallery.h"
 #include "pictures.h"

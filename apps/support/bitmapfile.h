@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Bitmap files in and out, for programs and examples; usable from C and C++. */
 #ifndef PXK_BITMAPFILE_H
 #define PXK_BITMAPFILE_H

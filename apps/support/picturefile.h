@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Picture files for programs: bitmaps through the library, PNG and JPEG where libpng and libjpeg were found.
 #pragma once
 

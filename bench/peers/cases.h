@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The cases. Included by peers.cpp. Each names the group, the case, the size, the ideal traffic in bytes, the library's
 // symbols it needs, the library's call, the peers, and one line on how equal the work of library and peers is.
 static const int kSizes[2] = { 2048, 512 };

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Emits the Halide peers as objects and headers into the directory given: vector code for stencils that no other peer
 // vectorises. Every kernel reads a source that is already padded by its caller, so that no edge rule is inside.
 // usage: halide_kernels DIR

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The library (a shared object named by PXK_LIB) beside independent C and C++ libraries: the same work, in one process,
 // in one thread, in turn. See README.md.
 //

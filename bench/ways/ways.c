@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * Times the same calls however the library was reached: linked by name, statically, or opened by a path (the first
  * argument, where WAYS_BY_PATH is defined). Prints a line a case: name and the least nanoseconds of a call.

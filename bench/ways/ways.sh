@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: BSD-2-Clause
 # Times the library by each way in which programs reach it: linked by name, opened by a path, linked statically, with
 # musl's C library, and as 64-bit DLL under Wine. Prints the least nanoseconds of each case and, behind them, the ratio to the first way.
 #   bench/ways/ways.sh [ROUNDS]     after ./check (and, for the last way, cmake --build --preset win64)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 """Makes the guides' pictures from the photographs of the tests: pictures.py LIBRARY PHOTOS FOLDER
 
 LIBRARY is libpxk.so, PHOTOS the folder tests/photos. Needs Pillow (Debian package python3-pil).

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Fails unless the pages tell of every exported function, in a section and a manual page of its own, and of every
 # constant and record of the header. HEADER, EXPORTS, PAGES (with html and man/man3)
 cmake_minimum_required(VERSION 3.25)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 """Prepares the header for Doxygen: filter.py FILE >FILTERED
 
 Texts of reports stand in double quotes in the comments, letter by letter. Here they become code, so that Doxygen neither

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 """Makes manual pages from Doxygen's XML: man.py XML FOLDER VERSION
 
 One page a function in section 3, one a family in section 3, whose general rules the functions' pages refer to.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 """Draws the pictures of the reference: pictures.py FOLDER"""
 import os
 import sys

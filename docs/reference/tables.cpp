@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // What each function takes, found out by calling it: pxk_tables include/pxk/pxk.h >docs/reference/tables.dox
 //
 // Every function of images is called on each pair of depths, and where that is taken, on the whole product of data

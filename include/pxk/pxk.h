@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /**
  * @file
  * @brief pxk: operations on two-dimensional images, with a plain C interface.

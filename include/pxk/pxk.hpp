@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 /**
  * pxk.hpp: the C interface of pxk for programs in C++17 and later.
  *

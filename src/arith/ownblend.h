@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Composition of two samples a and b under their alphas, after Porter and Duff, Compositing Digital Images, 1984. The
 // whole result is exact until its one rounding, to nearest.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Products of 8-bit samples, formed in 16 bits. A row is taken as pairs of samples in 16-bit words: every lane of a
 // vector stays in its place, while widening the samples of a whole vector moves them there and back.
 #pragma once

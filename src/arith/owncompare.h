@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the comparisons share: their argument checks, and the way from a relation of two samples to a one-bit image.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "owndyadic.h"
 
 bool ownGoodFormats(const OwnSite& site, const OwnDyadic& images, OwnOrders orders)

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the operations of two images share: their argument checks and the way from a sample operation to the work.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Per-sample arithmetic, limited to the sample's range. Plain expressions in the sample's own width, or the next wider
 // one, so that the compiler turns rows of them into vectors.
 #pragma once

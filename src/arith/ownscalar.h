@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the operations of one image, alone or with a constant, share: their argument checks and the way from a sample
 // operation to the work.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Samples as fractions of the depth's largest value M.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Shifts of samples, all of one image by the same number of bits.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "owncompare.h"
 
 void pxkGreater(PxkImage* srcImageA, PxkImage* srcImageB, PxkImage* dstImage)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "ownshift.h"
 
 void pxkLShiftS(PxkImage* srcImage, PxkImage* dstImage, int32_t nShift)

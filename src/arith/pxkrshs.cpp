@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "ownshift.h"
 
 // Toward minus infinity: a signed sample is raised by half its range, shifted as an unsigned one, and lowered again.

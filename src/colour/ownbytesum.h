@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Weighted sums of bytes in lanes of 16 bits, twice as many of which fit a vector as of 32.
 #pragma once
 

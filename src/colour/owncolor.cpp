@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The frame of the colour model conversions: checks, model words, and the way from images to rows.
 #include "owncolor.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The conversions between colour models: what a model is, and the frame of the operations.
 #pragma once
 

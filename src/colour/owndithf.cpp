@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Error diffusion.
 //
 // Along a row each pixel waits for the one before it. So several rows are under way at once, as lanes: they are cut

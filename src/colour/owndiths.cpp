@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Ordered dithering.
 #include "frame/ownivdep.h"
 #include "ownreduc.h"

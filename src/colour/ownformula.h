@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the formulas of the colour models are written with.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // HLS: hue, lightness and saturation.
 #include "ownhue.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // HSV: hue, saturation and value.
 #include "ownhue.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Hue, which HSV and HLS share: degrees around the circle of red (0), green (120) and blue (240).
 #pragma once
 

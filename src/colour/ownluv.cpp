@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // LUV: lightness after CIE 1976, and two differences of chromaticity from white. Single precision.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bit reduction: checks, and the way from source to destination.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Bit reduction: what its stages share. All of them work on contiguous rows of samples; in pixel order a row holds the
 // samples of all channels, and the column of a sample is its index in that row, of which only the low bits count.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the colour twists share: the way from images to rows of the first three channels.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // XYZ: the tristimulus values of the CIE.
 #include "ownxyz.h"
 #include "ownbytesum.h"

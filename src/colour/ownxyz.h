@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The matrices between red, green and blue of ITU-R BT.709 and the tristimulus values of the CIE, for real numbers.
 #pragma once
 

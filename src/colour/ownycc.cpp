@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // YCC: luma and two chromas, whose sums are places in a table of samples.
 #include "ownformula.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // YCrCb: the luma of red, green and blue, and blue and red less the luma, around half the range. Stored Y, Cb, Cr.
 #include "ownbytesum.h"
 #include "ownformula.h"

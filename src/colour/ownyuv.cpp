@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // YUV: the luma of red, green and blue, and two differences around half the range.
 #include "ownbytesum.h"
 #include "ownformula.h"

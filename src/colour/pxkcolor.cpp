@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The exported conversions between colour models.
 #include "owncolor.h"
 

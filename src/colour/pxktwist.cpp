@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Colour twist by integers.
 #include <algorithm>
 #include <limits>

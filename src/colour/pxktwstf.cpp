@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Colour twist by floats.
 #include "frame/ownivdep.h"
 #include "owntwist.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The parts of a device-independent bitmap: header, colour table or masks, rows.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the plain and the Sep form of a bitmap conversion share: all but the tests for null.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Rows of pixels between images and bitmaps.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // A colour table from the colours of a picture.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The entry of a colour table nearest to a colour, for the many colours of a picture.
 #pragma once
 

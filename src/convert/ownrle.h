@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Run-length coded bits of a bitmap: BI_RLE8 and BI_RLE4.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bitmaps in one block: header, colour table, bits.
 #include "frame/ownbuffer.h"
 #include "owndib.h"

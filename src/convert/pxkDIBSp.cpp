@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bitmaps whose header and bits are two blocks.
 #include "owndibform.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "frame/ownconversion.h"
 
 // What a level beyond the depth's range is refused with; 32S holds every level.

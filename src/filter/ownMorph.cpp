@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Dilation, erosion, opening and closing with a square window.
 #include <algorithm>
 

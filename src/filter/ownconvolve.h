@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The convolution engine: what a call computes, prepared once, and how a band is computed from it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "ownconvwork.h"
 
 #include "frame/owndepth.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What all convolutions share: the checks of their images, and the way through masks, borders and tiles to an engine.
 #pragma once
 

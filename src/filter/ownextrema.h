@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Largest or smallest sample of a rectangular window, at a cost that grows with the logarithm of its width and not with
 // its height.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Means of rectangular windows of floats.
 #pragma once
 

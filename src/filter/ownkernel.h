@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Convolution kernels as they are held: coefficients reversed and anchors mirrored, so that a plain correlation with
 // them is the convolution with what the caller gave.
 #pragma once

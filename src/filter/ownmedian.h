@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The middle sample of a rectangular window.
 #pragma once
 

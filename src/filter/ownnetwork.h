@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Selection of one rank out of a fixed number of samples by exchanging pairs, as straight-line code that the compiler
 // turns into vectors over neighbouring pixels.
 #pragma once

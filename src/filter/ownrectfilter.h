@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the filters of a plain rectangular window share: their argument checks and the way to the engine.
 #pragma once
 

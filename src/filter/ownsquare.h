@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Convolution with one dense kernel of 3 x 3 or 5 x 5 coefficients: all taps unrolled, several output rows at once.
 #pragma once
 

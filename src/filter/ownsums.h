@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Sums over rectangular windows of integer samples, at a cost that does not grow with the window's height and hardly
 // with its width.
 #pragma once

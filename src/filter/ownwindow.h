@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The road of the neighbourhood filters: an engine sees bands of source rows that already reach beyond the output on
 // all sides, and writes output rows. It never tests a coordinate and knows nothing of borders, tiles, masks or
 // channels.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Box blur: the mean of a rectangular window, at a cost that hardly depends on its size.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Fixed filters: the gradient, Laplace, Gauss, high-pass and sharpening kernels that are in common use.
 #include "frame/owndepth.h"
 #include "ownconvolve.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Making, reading and releasing convolution kernels.
 #include "frame/ownreport.h"
 #include "ownkernel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Rank filters: maximum, minimum and median of a rectangular window.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Separable convolution: a kernel of one row, then one of one column.
 #include <algorithm>
 #include <type_traits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "ownangle.h"
 
 // Taylor's series on an eighth of a turn, where the terms left out are below 1e-18.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Cosines and sines of the transforms' tables, the same bits wherever they are computed.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Fourier transforms of 2 to 8 points, with a negative exponent, the points in registers.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Orthonormal cosine transforms of lines side by side, by real Fourier transforms of the same length.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Orthonormal cosine transforms of 8 by 8 values, row after row, in place.
 #pragma once
 

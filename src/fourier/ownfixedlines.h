@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Fourier transforms of sixteen lines side by side in 32-bit fixed point with 14-bit factors. Values are what they
 // would be one line at a time; sums wrap. Layouts and functions are those of ownlines.h and ownreallines.h.
 #pragma once

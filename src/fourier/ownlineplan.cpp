@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "frame/ownbuffer.h"
 #include "ownangle.h"
 #include "ownlines.h"

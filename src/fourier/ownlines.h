@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Fourier transforms of sixteen lines side by side, in single precision. A point of the lines is a group of sixteen
 // real and sixteen imaginary parts, one of each line; lines never mix, so a result does not depend on its neighbours.
 #pragma once

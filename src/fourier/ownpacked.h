@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Real images to packed spectra and back, for any arithmetic: lines of it are described by a plan for real lines, a
 // plan for complex ones, and a plane that brings values to samples.
 //

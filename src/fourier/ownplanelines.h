@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // One channel of an image as lines side by side: sixteen rows at a time, turned over in squares.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Fourier transforms of real lines, batches of sixteen side by side, and the other way: each by a complex transform of
 // half the work.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "owntables.h"
 
 void* ownTable(const OwnTransformCaches& caches, OwnTableKind kind, int32_t length)

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the transforms keep between calls of a thread, and the trade with it.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Between rows of samples and lines side by side: squares of sixteen values turned over.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "frame/ownregion.h"
 #include "frame/ownreport.h"
 #include "ownfixedlines.h"

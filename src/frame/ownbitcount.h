@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // How many bits of a row are 1.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // One-bit rows: pixels are bits, most significant first, and a row may start at any bit of a byte.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Rows in whole blocks of a fixed number of samples, so that vector code leaves no remainder to a scalar loop.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What lies beyond an image's edges: the rule for every coordinate outside, written once for rectangles and rows.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Memory that an operation holds while it runs, given back on every way out.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "frame/owncontext.h"
 
 #include "platform/ownplatform.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the library keeps for a thread between calls.
 #pragma once
 

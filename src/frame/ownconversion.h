@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The road from a source of one depth to a destination of another: each channel of the destination from that of the
 // source, whatever the data orders.
 #pragma once

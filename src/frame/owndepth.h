@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The jump from a depth known at run time to a sample type known at compile time.
 #pragma once
 

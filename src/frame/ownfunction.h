@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // A function and its self: how a road is given what to do. Refers to the function object, which must live as long as it
 // is called; a lambda written as an argument lives until the called function returns.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Sizes of images, tiles and rectangles.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Row kernels: plain loops over contiguous samples, which the compiler vectorises.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Numbers as samples: limited to the sample's range, and rounded to the nearest integer, halves to the even one.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Masks: the one mask that is in force in a call, and its rows as runs of selected pixels or as bytes.
 #pragma once
 

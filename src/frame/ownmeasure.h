@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The road of measures: what an operation learns from samples without writing any. Tiles are asked for reading only.
 #pragma once
 

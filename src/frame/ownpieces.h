@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Destinations that are written piece by piece, from rows that an operation makes itself: one piece in memory,
 // otherwise one a tile. A piece is staged, masked and stored here.
 #pragma once

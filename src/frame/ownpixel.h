@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // One pixel by its coordinates, in an image in memory or on tiles.
 #pragma once
 

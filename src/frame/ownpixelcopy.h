@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Runs of pixels copied from row to row: forward, mirrored, or one pixel again and again; one-bit rows like all others.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What channelSeq and colorModel say about the channels of a pixel.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "ownpixels.h"
 
 OwnPixelChannels ownSomeChannels(const OwnView& view, int32_t first, int32_t count)

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The road of operations on whole pixels: channels reach a row function as rows of their own, in the order it wants
 // them. Pixel-ordered images are taken apart and put together here, whatever the order of their channels.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // One channel of an image as rows of a working type, and back.
 #pragma once
 

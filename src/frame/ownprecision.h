@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Numbers that are rounded to 53 bits once. The x87 rounds a result to 64 bits when it computes it and to 53 when it is
 // stored, unless its control word says otherwise; other processors compute doubles as they are stored.
 #pragma once

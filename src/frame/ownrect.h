@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Rectangles of an image, tiled or in memory, also where they stick out of it. Nothing here reports: the calling
 // operation decides on the words.
 #pragma once

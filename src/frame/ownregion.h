@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Geometry of a call: which pixels and channels of an image take part, and where they lie.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Reports: one line states a check, its status and its text; the macros add function, file and line.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Rounding to the nearest integer, ties to even, in a form that each compiler turns into vectors.
 #pragma once
 

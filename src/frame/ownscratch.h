@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Memory for the passes of one call, which take it piece by piece and give it back together.
 #pragma once
 

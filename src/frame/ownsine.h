@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Sine and cosine that are the same bits on every machine: those of the C library may differ in the last bit from
 // system to system and from processor to processor, and where a sample or a position lies between two values, that bit
 // decides.

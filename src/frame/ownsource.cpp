@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "ownsource.h"
 
 bool OwnSource::holds(const OwnRect& inner) const

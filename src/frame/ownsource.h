@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Pixels of an image that are read scattered, again and again, or beyond the image's edges.
 #pragma once
 

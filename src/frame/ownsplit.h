@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Pixels of two to four contiguous samples, taken apart into rows of one channel each, and put together again.
 #pragma once
 

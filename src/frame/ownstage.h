@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // How views reach a row function: in place, or through blocks on the stack where they do not lie as a row function
 // wants them.
 #pragma once

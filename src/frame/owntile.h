@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Tiles: the only place that calls a tile function. A tile is asked for before its pixels are touched, and released
 // once, under its own indices and with its own pixels in `tileData`, whatever the way out.
 #pragma once

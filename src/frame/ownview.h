@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What a kernel sees of an image. Region, channel of interest, alpha left out, data order, tile and fetched rectangle
 // are only different numbers here; a kernel never sees a PxkImage.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Row functions, and the way from views to them: in place, or through blocks on the stack where rows do not lie as a
 // row function wants them.
 #pragma once

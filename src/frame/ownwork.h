@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Work areas: the one way in for all operations behind their checks; and the road of the point-wise ones.
 #pragma once
 

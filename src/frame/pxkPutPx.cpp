@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "ownpixel.h"
 
 int32_t pxkPutPixel(PxkImage* image, int32_t x, int32_t y, void* pixel)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The aligned allocator, and making, testing, filling and freeing of the image records.
 #include <cstdlib>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The thread's status, mode and handler, and the entry that every report goes through.
 #include "frame/owncontext.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The texts of the status codes.
 #include "pxk/pxk.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The generated test image, rings that narrow towards the edge, and the processor's counter.
 #include <cstring>
 

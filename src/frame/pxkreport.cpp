@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The report handlers that come with the library.
 #include <cstdlib>
 #include <cstring>

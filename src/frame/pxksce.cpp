@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Set, copy and exchange.
 #include <algorithm>
 #include <cstring>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // One axis of a change of scale: which source pixels each destination pixel is made of, and with what weights.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Angles in degrees, with sine and cosine that are the same bits in every build.
 #pragma once
 

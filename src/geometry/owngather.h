@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Pixels gathered from scattered places of a row.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Checks that the geometry operations share. They go on after a fault, so one call can give several reports; the call
 // stops at the status that is stored behind all of them, which may be a stale one.
 #pragma once

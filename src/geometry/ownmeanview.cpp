@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Super-sampling: each destination pixel is the mean of its box of the source, parts of pixels by the area they cover.
 #include <algorithm>
 #include <cstring>

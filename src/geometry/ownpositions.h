@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Where the pixels of a destination row lie in the source.
 #pragma once
 

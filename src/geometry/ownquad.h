@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Transforms of the plane, and the quadrangles that they make of rectangles.
 #pragma once
 

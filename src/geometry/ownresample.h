@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The road of operations that make each piece of a destination from a rectangle of the source. Source tiles are asked
 // for reading only, the tiles of one piece at a time; a source whose pixels the destination shares is read before
 // anything is written.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Changes of scale: regions, masks, channels and tiles around the rows of each interpolation.
 #pragma once
 

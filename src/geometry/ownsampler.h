@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Samples between a source's pixels, for runs of positions.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Rows of a linear and of a cubic change of scale: along a source row, then across the rows that this gives.
 #pragma once
 

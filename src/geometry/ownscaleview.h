@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Changes of scale from views to views: regions, masks and tiles are settled already.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Which pixels of a destination a quadrangle covers, row by row.
 #pragma once
 

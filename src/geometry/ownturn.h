@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Turns by right angles that take every pixel to a pixel.
 #pragma once
 

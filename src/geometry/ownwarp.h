@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The engine of the warps: source, pieces of the destination, spans, positions, samples.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Remap: every destination pixel from a source position that two images hold.
 #include <algorithm>
 

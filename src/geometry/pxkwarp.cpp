@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Warps: affine, bilinear and perspective, rotation and shear.
 #include <cmath>
 #include <cstring>

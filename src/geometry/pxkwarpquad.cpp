@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // What belongs to a warp's transform: quadrangle, bounds, the transform of a quadrangle, and the shifts of a rotation.
 #include <cstring>
 

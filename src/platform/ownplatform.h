@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // All that the library wants of the operating system. No other room includes a system header.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The platform on POSIX systems.
 #include "platform/ownplatform.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Processor levels: the library holds its operations once for each, and chooses when it is loaded.
 #pragma once
 

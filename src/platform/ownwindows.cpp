@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The platform on Windows.
 #include "platform/ownplatform.h"
 

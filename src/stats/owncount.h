@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Counting of levels: samples go into counters, one for each level, and counters into the bins of a table.
 #pragma once
 

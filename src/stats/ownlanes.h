@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Sums and extrema of real numbers. The order of their steps is part of the value, so it is written down here, and no
 // vector's width decides it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "ownlut.h"
 
 // The first fault, as the text to report, or null.

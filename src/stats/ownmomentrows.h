@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Rows of the moments: sums of samples times powers of x.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Rows of the norms: largest difference, sum of differences, sum of squared differences of two rows, or of a row and
 // zeros.
 #pragma once

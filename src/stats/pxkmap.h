@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Replacement of samples by the entries of maps.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Scaled products, premultiplication by alpha and alpha composition.
 #include "reference/alpha.h"
 #include "support/operations.h"

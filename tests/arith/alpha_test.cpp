@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Products next to the middle between two results.
 #include "reference/alpha.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Comparison of two images, and of an image with a constant.
 #include <cfloat>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bounds of near floats, with and beyond what a float can tell.
 #include <cfloat>
 #include <cmath>

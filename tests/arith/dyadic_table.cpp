@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Arithmetic and logic of two images.
 #include "reference/arith.h"
 #include "support/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Arithmetic and logic with a constant.
 #include "reference/scalar.h"
 #include "support/operations.h"

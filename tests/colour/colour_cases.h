@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The colour operations as the tests name them, and their models on pictures.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Every byte colour through the conversions; what the table of operations has no room for.
 #include "colour_cases.h"
 #include "support/reports.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Error diffusion under shortage of memory: it says so, writes nothing and keeps nothing.
 #include <cstring>
 

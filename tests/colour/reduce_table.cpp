@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bit reduction.
 #include "colour_cases.h"
 #include "reference/dither.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The reader and writer of bitmap files that programs and examples use.
 #include <cstdio>
 

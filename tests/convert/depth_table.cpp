@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Conversion between depths.
 #include "reference/depth.h"
 #include "reference/stats.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Scaling to and from floats at the ends of ranges, and depths in place.
 #include <cfloat>
 #include <cmath>

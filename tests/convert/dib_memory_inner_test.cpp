@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bitmap interchange under shortage of memory: every allocation fails once.
 #include "support/alloc_failure.h"
 #include "support/bitmap.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // What bitmap interchange refuses: which check speaks first, its text in both forms, and what the Sep form returns.
 #include "support/bitmap.h"
 #include "support/compare.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bitmaps to images and back.
 #include "reference/dib.h"
 #include "support/compare.h"

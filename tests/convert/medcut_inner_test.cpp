@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The colour table that the median cut makes.
 #include "convert/ownmedcut.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The reader and writer of picture files that programs use.
 #include "picturefile.h"
 

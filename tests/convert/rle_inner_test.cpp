@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Run-length coded bits, both ways.
 #include "convert/ownrle.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "further_operations.h"
 
 #include "support/bitmap.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Whether this build gives the same bits as all others (docs/exactness.md).
 //
 //     pxk_exactness                        prints a line for each of some fixed cases of every operation

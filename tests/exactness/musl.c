@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* What GCC's C++ library, which Debian builds for glibc, wants beyond musl; see scripts/musl.sh. */
 #include <stddef.h>
 

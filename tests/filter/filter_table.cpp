@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Filters that look at a neighbourhood: rank filters, morphology, convolution and blur.
 #include "reference/window.h"
 #include "support/operations.h"

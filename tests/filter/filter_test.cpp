@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Kernels given back, tile calls, windows beyond what counters hold, blocks that overlap, and samples that are no
 // numbers.
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Transforms under shortage of memory: one failure is made good, more are reported, nothing is lost.
 #include "frame/owncontext.h"
 #include "support/alloc_failure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Fourier transforms, products of packed spectra, cosine transforms.
 #include "reference/fourier.h"
 #include "support/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Accuracy on large images, rounding, what is kept between calls.
 #include "reference/fourier.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The image records: making, testing, filling, cloning and freeing them.
 #include <cstring>
 #include <functional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // A thread's context from the inside, and what happens when memory is short.
 #include <gtest/gtest.h>
 

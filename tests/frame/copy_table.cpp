@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Copy, exchange and set; the magnitude of depths without a sign, which is a copy.
 #include "reference/frame.h"
 #include "support/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // What copies and sets do beside their rows in the table.
 #include "reference/frame.h"
 #include "support/compare.h"

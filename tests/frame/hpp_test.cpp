@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The header for C++: what it adds to the calls of the C interface.
 #include <pxk/pxk.hpp>
 

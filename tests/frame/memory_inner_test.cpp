@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Operations under shortage of memory: what they say, and that nothing is lost.
 #include "support/alloc_failure.h"
 #include "support/operations.h"

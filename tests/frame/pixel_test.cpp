@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Single pixels, the ring image and the counter.
 #include <cmath>
 #include <cstring>

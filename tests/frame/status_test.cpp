@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Status, texts, chains of reports and the handlers that need nobody to answer.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Two threads on headers of their own never meet: the same results as one thread, and nothing for ThreadSanitizer.
 #include <cstring>
 #include <thread>

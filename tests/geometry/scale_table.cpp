@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Changes of scale and mirrors.
 #include "reference/scale.h"
 #include "support/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Every fault of a call is reported, in order.
 #include "support/operations.h"
 

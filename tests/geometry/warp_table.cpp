@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Warps and remapping.
 #include "reference/warp.h"
 #include "support/operations.h"

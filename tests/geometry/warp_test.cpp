@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 #include "reference/warp.h"
 
 #include "support/cases.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # What the library exports is what the list says: no name less, no name more.
 # LIBRARY, LIST, NM, OBJDUMP
 cmake_minimum_required(VERSION 3.25)

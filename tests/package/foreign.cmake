@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Windows: a program made by another compiler and linker, without any runtime and with another calling convention of its
 # own where there are several, runs with the DLL. Clang and LLVM's linker stand for those of Microsoft.
 # CLANG, LLD_LINK, IMPORT_LIBRARY, DLL, BITS, INCLUDE, EMULATOR, SOURCE, FOLDER

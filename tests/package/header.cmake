@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # The headers compile alone, without a warning, in every dialect that they promise.
 # C_COMPILER, C_FLAGS, CXX_COMPILER, CXX_FLAGS, INCLUDE, FOLDER (for the one-line sources)
 cmake_minimum_required(VERSION 3.25)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # An installation in a folder with blanks in its name, and moved since, serves strangers.
 # BUILD; what use.cmake asks for
 cmake_minimum_required(VERSION 3.25)

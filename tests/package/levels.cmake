@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Nothing that a linker could merge lies outside the higher levels' namespaces: a weak function of one level would serve
 # all of them, on processors that cannot run it.
 # OBJECTS, NM

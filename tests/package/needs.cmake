@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # At run time the library needs the C library and libm; on Windows the kernel, the box and the C runtime.
 # LIBRARY, READELF, OBJDUMP
 cmake_minimum_required(VERSION 3.25)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # The packages, each unpacked into an empty root, serve strangers: .deb, or on Windows a zip.
 # BUILD; what use.cmake asks for
 cmake_minimum_required(VERSION 3.25)

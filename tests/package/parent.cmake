@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # As a part of another project the library brings its targets and nothing else: no rules to install, no tests, no options
 # of the project changed.
 # PXK; what use.cmake asks for

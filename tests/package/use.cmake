@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # use_installation(PREFIX): what lies there serves programs in C and C++, by pkg-config, by -l and by find_package.
 # C_COMPILER, C_FLAGS, CXX_COMPILER, CXX_FLAGS, GENERATOR, TOOLCHAIN, CONFIG, EMULATOR, SOURCE, FOLDER, VERSION
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Attach and detach of processes and threads, on a second copy of the library that is loaded and unloaded.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The default handler on a terminal that answers, and where nobody can be asked.
 #include <gtest/gtest.h>
 

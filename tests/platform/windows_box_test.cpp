@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The default handler's boxes, answered by a hook that presses a button as soon as a box becomes active.
 #include <gtest/gtest.h>
 

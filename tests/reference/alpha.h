@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of scaled products and alpha composition: fractions as integer numerators over powers of the largest
 // sample M, all below 2^49, with one division at the end.
 #pragma once

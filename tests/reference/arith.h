@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of arithmetic and logic.
 #pragma once
 

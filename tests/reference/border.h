@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What a pixel outside an image is: one coordinate at a time, period by period.
 #pragma once
 

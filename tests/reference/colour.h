@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of the colour model conversions and of the colour twist, one pixel at a time. Integers are formed in 64
 // bits, so no sum is ever cut.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of the comparisons: numbers of any depth are exact in a double.
 #pragma once
 

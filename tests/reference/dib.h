@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Model of bitmap interchange: one pixel at a time, one channel at a time.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Model of bit reduction: one sample at a time, one plane at a time.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of the transforms: sums as they are defined, and fixed-point lines one at a time.
 #pragma once
 

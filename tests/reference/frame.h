@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of what all operations share: regions, channels, masks; and of copy, set and exchange.
 #pragma once
 

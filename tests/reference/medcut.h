@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Model of the median cut: histograms are summed anew for every question.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Model of the run-length codes: a decoder that follows a stream pixel by pixel.
 #pragma once
 

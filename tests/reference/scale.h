@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of changes of scale and mirrors: each destination sample from its own few source samples.
 #pragma once
 

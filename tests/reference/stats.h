@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of histograms, maps of levels, moments and norms.
 #pragma once
 

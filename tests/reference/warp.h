@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of warps and remapping: each destination pixel asks for itself whether it lies in the shape and where its
 // source is.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Slow models of the neighbourhood filters: every window is gathered sample by sample through the border rule.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Histograms, maps of levels, moments, norms and extrema. Threshold stands with the conversions of depth.
 #include "reference/stats.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // What the table of operations has no room for.
 #include "reference/stats.h"
 

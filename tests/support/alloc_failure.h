@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Ordered failures of malloc in the inner tests, which are linked with --wrap=malloc and --wrap=free.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Bitmap: header, colour table and bits in guarded memory, with access to single pixels that shares no code with the
 // library.
 #pragma once

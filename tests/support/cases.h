@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The product of cases with which an operation meets its model:
 //
 //     Axes axes;

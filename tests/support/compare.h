@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Comparison of a picture with the expected one, which is a copy taken before the call with the model's result in it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The harness must see what it is there to see.
 #include "support/cases.h"
 

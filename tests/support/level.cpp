@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Takes the processor level that PXK_TEST_LEVEL names, for the whole program.
 #include <cstdio>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The table of operations: one row an operation, and tests that run for every row: the product of cases against the
 // model, long rows, refused tiles, failing allocations, empty work, null images, bad headers, a stale status, regions
 // of one image shifted against each other. A family adds its rows in tests/<room>/<family>_table.cpp, which is compiled

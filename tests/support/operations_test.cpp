@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Every row of the table of operations, and every row of the tables of refusals.
 #include "operations.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // Picture: an image header over guarded pixels, in memory or in tiles, with access to single samples that shares no
 // code with the library.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // The only source of chance in the tests: the same numbers on every system, from a seed.
 #pragma once
 

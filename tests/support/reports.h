@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 // What the library reports: a handler that records, and comparison with the expected list.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Alpha and scaled products
 // The compositions of Porter and Duff, on pictures premultiplied by their alpha and shown
 // over black.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Arithmetic and logic of two pictures
 // Sample by sample, limited to the depth's range, on regions and channels, under masks, in
 // place. pxkAdd, pxkSubtract and pxkMultiply work at all seven depths, pxkAnd, pxkOr and

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bitmaps and palettes
 // Device-independent bitmaps of 1 to 32 bits, with the colour table kept, fixed, or chosen
 // for the picture. Each bitmap is shown as it is read back.

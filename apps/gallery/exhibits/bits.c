@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // One-bit pictures
 // Logic on bits, and pictures of bits as masks.
 #include "exhibit.h"

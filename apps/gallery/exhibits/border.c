@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Beyond the edge
 // What an operation reads outside the picture is set for each side. In the first five a
 // small copy of the photo moves down and to the right by a third, and what comes in is what

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Colour models and twists
 // The three channels of each model side by side, the way back, gray, and matrices on the
 // colours of a pixel.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Comparison
 // Pictures in, one bit a pixel out: masks are made this way.
 #include "exhibit.h"

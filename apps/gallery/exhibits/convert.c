@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Depth conversion
 // pxkConvert keeps values and saturates, pxkScale maps range onto range, pxkScaleFP goes to
 // floats and back.

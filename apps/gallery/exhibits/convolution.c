@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Convolution and box blur
 // Up to ten kernels at once, with integer or float coefficients.
 #include "exhibit.h"

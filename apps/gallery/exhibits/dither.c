@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Bit reduction and dithering
 // Fewer bits a sample: three ways to spread the error of a pixel over its neighbours, one
 // fixed pattern, and noise.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * What a file of exhibits is written with. The gallery compiles it, and prints what stands
  * in it.

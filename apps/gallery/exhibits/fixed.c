@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Fixed filters
 // Common kernels by name, at every depth.
 #include "exhibit.h"

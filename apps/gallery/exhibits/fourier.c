@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Fourier and cosine transforms
 // Images as sums of waves: transformed, changed wave by wave, transformed back.
 #include "exhibit.h"

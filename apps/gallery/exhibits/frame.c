@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Regions, channels and masks
 // Copy, set and exchange, and the three ways to say which pixels an operation touches. All
 // other operations understand them too.

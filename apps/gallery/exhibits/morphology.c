@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Morphology
 // Square windows on bits, gray and colour; the last argument is the reach in pixels.
 #include "exhibit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Rank filters
 // Windows of any size; the last two arguments say which place of the window lies on the
 // pixel.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Arithmetic and logic with a constant
 // One picture and one number, in the forms S for integers and SFP for floats.
 #include "exhibit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Zoom, resize, decimate, mirror
 // The same picture in other sizes, and reversed.
 #include "exhibit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Statistics and maps of levels
 // Histograms and what is made of them, threshold, moments and norms.
 #include "exhibit.h"

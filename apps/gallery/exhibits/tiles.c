@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Tiles
 // Pictures that are not in memory: the library asks for a tile, works on it and gives it
 // back. The times include the tile function.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /*
  * What the gallery's pieces of code stand in: the pictures to start from, and the one to
  * leave behind.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Warps, rotation and remapping
 // Pixels ask for their place in the source; what no place belongs to stays as it is.
 #include "exhibit.h"

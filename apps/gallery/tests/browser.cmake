@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 cmake_minimum_required(VERSION 3.25)
 
 # Opens a page in headless Chromium and looks at it as people do, at the width of a phone and of a screen, light and

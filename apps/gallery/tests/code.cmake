@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 cmake_minimum_required(VERSION 3.25)
 
 # Compiles the programs beside a page as they stand, runs their code, and compares what it leaves with the pictures of

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Runs the code of every program beside a page, and compares what it leaves with the page's pictures. */
 #define main runOne
 #include "try.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 cmake_minimum_required(VERSION 3.25)
 
 # Every exported function has an exhibit: cmake -DLIST=exports.txt -DEXHIBITS=folder -P exports.cmake

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Needs nothing but the library. Its functions clean up the stack themselves unless they say otherwise. */
 #include <pxk/pxk.h>
 

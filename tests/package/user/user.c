@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* A stranger's program: calls the library, and is called by it. */
 #include <stdio.h>
 

@@ -23,28 +23,30 @@ for %%t in (g++ cmake ninja) do (
     where %%t >nul 2>nul || set "missing=yes"
 )
 if exist "%MSYS2%\usr\bin\pacman.exe" if not exist "%MSYS2%\ucrt64\include\png.h" set "missing=yes"
-if defined missing (
-    if not exist "%MSYS2%\usr\bin\pacman.exe" (
-        echo A compiler, CMake and Ninja are needed. Run next: winget install MSYS2.MSYS2, then demo again. 1>&2
-        echo MSYS2 in another folder than %MSYS2%? Run next: set MSYS2=folder, then demo again. 1>&2
-        exit /b 1
-    )
-    echo Installing compiler, CMake, Ninja, libpng and libjpeg-turbo in %MSYS2%
-    pacman -S --needed --noconfirm mingw-w64-ucrt-x86_64-gcc mingw-w64-ucrt-x86_64-cmake ^
-        mingw-w64-ucrt-x86_64-ninja mingw-w64-ucrt-x86_64-libpng mingw-w64-ucrt-x86_64-libjpeg-turbo || exit /b 1
-)
+if not defined missing goto build
+if not exist "%MSYS2%\usr\bin\pacman.exe" goto nothing
+echo Installing compiler, CMake, Ninja, libpng and libjpeg-turbo in %MSYS2%
+set "name=mingw-w64-ucrt-x86_64"
+pacman -S --needed --noconfirm %name%-gcc %name%-cmake %name%-ninja %name%-libpng %name%-libjpeg-turbo
+if errorlevel 1 exit /b 1
 
+:build
 echo Building (build\release)
-cmake --preset release -DPXK_BUILD_TESTS=OFF || goto failed
-cmake --build --preset release --target gallery || goto failed
+cmake --preset release -DPXK_BUILD_TESTS=OFF
+if errorlevel 1 goto failed
+cmake --build --preset release --target gallery
+if errorlevel 1 goto failed
 echo Making the page
-if defined picture (
-    build\release\bin\gallery -o build\gallery "%picture%" || exit /b 1
-) else (
-    build\release\bin\gallery -o build\gallery || exit /b 1
-)
-start "" "%~dp0build\gallery\index.html"
+if defined picture build\release\bin\gallery -o build\gallery "%picture%"
+if not defined picture build\release\bin\gallery -o build\gallery
+if errorlevel 1 exit /b 1
+start "" build\gallery\index.html
 exit /b 0
+
+:nothing
+echo A compiler, CMake and Ninja are needed. Run next: winget install MSYS2.MSYS2, then demo again. 1>&2
+echo MSYS2 in another folder than %MSYS2%? Run next: set MSYS2=folder, then demo again. 1>&2
+exit /b 1
 
 :failed
 echo The build failed. Run next: cmake --build --preset release --target gallery 1>&2

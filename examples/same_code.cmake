@@ -1,7 +1,9 @@
-# Fails unless PAGE shows the file CODE, character by character, in a C block behind a line "<!-- NAME.c -->", or in its
-# first C block where there is no such line. With WRITE the block is replaced by the file.
+# Fails unless PAGE shows the file CODE, character by character but for the licence in its first line, in a C block behind
+# a line "<!-- NAME.c -->", or in the page's first C block where there is no such line. With WRITE the block is replaced
+# by the file.
 file(READ ${PAGE} page)
 file(READ ${CODE} code)
+string(REGEX REPLACE "^/\\* SPDX-[^\n]*\n" "" code "${code}")
 get_filename_component(name ${CODE} NAME)
 string(FIND "${page}" "<!-- ${name} -->" mark)
 if(mark EQUAL -1)

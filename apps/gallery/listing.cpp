@@ -28,6 +28,7 @@ static std::vector<Block> blocksOf(const char* text)
     std::istringstream in(text);
     bool isOpen = false; // inside braces
     for (std::string line; std::getline(in, line);) {
+        if (startsWith(line, "// SPDX-")) continue;
         Block& block = blocks.back();
         if (!isOpen && block.lines.empty() && startsWith(line, "//"))
             block.comment.push_back(line.substr(std::min<size_t>(3, line.size())));

@@ -44,9 +44,10 @@ section { padding: 44px 0 0; }
     grid-template-columns: minmax(0, 1fr); }
 .shown { display: grid; gap: 8px; grid-template-columns: minmax(0, 1fr); }
 .shown.two { grid-template-columns: minmax(0, 1fr) minmax(0, 1fr); }
-.shown a { display: block; cursor: zoom-in; overflow: hidden; border-radius: 3px; background: var(--ground); }
-.shown img { display: block; width: auto; height: auto; max-width: 100%; max-height: 460px; margin: 0 auto; }
-.shown img.part { width: 100%; height: 300px; max-height: none; object-fit: none; image-rendering: pixelated; }
+.shown a { display: block; cursor: zoom-in; overflow: hidden; border-radius: 3px; }
+.shown img { display: block; width: auto; height: auto; max-width: 100%; max-height: 460px; border-radius: 3px; }
+.shown img.part { width: 100%; max-height: none; object-fit: none; image-rendering: pixelated;
+    background: var(--ground); }
 figure { margin: 0; } figcaption { margin-top: 4px; font-size: 12.5px; color: var(--soft); }
 .text { min-width: 0; } .text p { margin: 2px 0 12px; }
 code, pre { font: 12.5px/1.6 var(--mono); }
@@ -55,6 +56,7 @@ pre { margin: 0; padding: 12px 14px; overflow: auto; max-height: 420px; backgrou
 pre b { font-weight: 600; color: var(--ink); } pre.words { color: var(--ink); background: none; max-height: none;
     border: 1px solid var(--line); white-space: pre-wrap; overflow-wrap: anywhere; }
 details { margin-top: 6px; font-size: 13.5px; color: var(--soft); } summary { cursor: pointer; padding: 3px 0; }
+.shown figure ~ pre.words { padding: 0; border: 0; color: var(--soft); }
 .foot { display: flex; justify-content: space-between; gap: 16px; margin: 8px 0 0 !important; max-width: none;
     font-size: 13.5px; font-variant-numeric: tabular-nums; }
 .failed h3 { color: var(--bad); }
@@ -68,8 +70,11 @@ footer { padding: 30px 0 60px; margin-top: 20px; border-top: 1px solid var(--lin
     nav ul { display: block; padding: 32px 20px; white-space: normal; } nav a { padding: 3.5px 0; line-height: 1.35; }
     main { padding: 0 44px; } header { padding-top: 48px; }
     .card { grid-template-columns: 400px minmax(0, 1fr); } .wide { grid-template-columns: minmax(0, 1fr); } }
-@media (min-width: 1240px) { .pair { grid-template-columns: 608px minmax(0, 1fr); } }
+@media (min-width: 1240px) { .pair { grid-template-columns: 480px minmax(0, 1fr); } }
 )css";
+
+// What the style leaves for the picture of a card, and for two of them; and from where on it gets a row of its own.
+constexpr int32_t usualWidth = 400, pairWidth = 480, wideWidth = 2 * pairWidth, partHeight = 300;
 
 static std::string escape(const std::string& text)
 {
@@ -128,11 +133,13 @@ static void writeShown(std::ostream& out, const Shot& shot, const std::string& t
 }
 
 // Pixels as they are: the part round the detail, which the picture's frame cuts out.
-static std::string partOf(const Page& page)
+static std::string partOf(const Page& page, const Shot& shot)
 {
-    char text[120];
-    std::snprintf(text, sizeof text, " class=\"part\" style=\"object-position:%.1f%% %.1f%%\"", 100 * page.detail.x,
-                  100 * page.detail.y);
+    char text[160];
+    std::snprintf(text, sizeof text,
+                  " class=\"part\" style=\"object-position:%.1f%% %.1f%%;height:%dpx;max-width:%dpx\"",
+                  100 * page.detail.x, 100 * page.detail.y, static_cast<int>(std::min(shot.height, partHeight)),
+                  static_cast<int>(shot.width));
     return text;
 }
 
@@ -142,11 +149,15 @@ static void writeResult(std::ostream& out, const Page& page, const Card& card)
     const bool isPair = !card.before.file.empty();
     out << "<div class=\"shown" << (isPair ? " two" : "") << "\">";
     if (isPair) {
-        writeShown(out, card.before, "before: " + title, partOf(page), "before, pixel for pixel");
-        writeShown(out, card.shot, title, partOf(page), "after");
+        writeShown(out, card.before, "before: " + title, partOf(page, card.before), "before, pixel for pixel");
+        writeShown(out, card.shot, title, partOf(page, card.shot), "after");
     } else if (!card.shot.file.empty()) {
         const bool isPart = card.exhibit->view == View::detail;
-        writeShown(out, card.shot, title, isPart ? partOf(page) : "", isPart ? "a part, pixel for pixel" : "");
+        const bool isWhole = card.shot.width <= usualWidth && card.shot.height <= partHeight;
+        writeShown(out, card.shot, title, isPart ? partOf(page, card.shot) : "",
+                   !isPart       ? ""
+                       : isWhole ? "pixel for pixel"
+                                 : "a part, pixel for pixel");
     }
     if (!card.result.text.empty()) out << "<pre class=\"words\">" << escape(card.result.text) << "</pre>";
     out << "</div>";
@@ -179,11 +190,11 @@ static void writeCard(std::ostream& out, const Page& page, const Card& card)
 {
     const Exhibit& exhibit = *card.exhibit;
     const bool isFailed = !card.result.reports.empty();
-    const bool isWide = card.shot.width > 2 * card.shot.height && exhibit.view == View::picture;
     const bool isPair = !card.before.file.empty();
+    const char* const room = isPair || card.shot.width > usualWidth ? " pair" : "";
+    const char* const shape = card.shot.width > wideWidth && exhibit.view == View::picture ? " wide" : room;
     const std::string id = idOf(exhibit);
-    out << "<article class=\"card" << (isWide ? " wide" : "") << (isPair ? " pair" : "") << (isFailed ? " failed" : "")
-        << "\" id=\"" << id << "\">";
+    out << "<article class=\"card" << shape << (isFailed ? " failed" : "") << "\" id=\"" << id << "\">";
     writeResult(out, page, card);
     out << "<div class=\"text\"><h3><a href=\"#" << id << "\">" << escape(exhibit.title) << "</a></h3><p>"
         << escape(exhibit.sentence) << "</p>";

@@ -15,7 +15,7 @@ def code_of(match):
     text = re.sub(r"\n \* +", " ", match.group(1))
     text = text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;")
     text = re.sub(r"([\\@%])", r"\\\1", text)
-    text = text.replace(". ", "&#46; ")  # a full stop would end the brief description
+    text = text.replace(". ", ".\\ ")  # a full stop and a blank would end the brief description
     return "\n * " * match.group(1).count("\n") + "<code>" + text + "</code>"
 
 

@@ -1046,6 +1046,7 @@ int main(int argc, char** argv)
     }
     pxkSetErrMode(PXK_ErrModeSilent);
     pxkRedirectError(countReport);
+    printf("// SPDX-License-Identifier: BSD-2-Clause\n");
     printf("// Made by docs/reference/tables.cpp from calls of the library. Do not edit: run pxk_tables.\n\n");
     std::set<std::string> told;
     for (const Function& f : functions()) {

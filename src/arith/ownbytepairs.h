@@ -31,7 +31,7 @@ template <class T> inline uint16_t ownProductWord(const OwnPair<T>& a, const Own
     return static_cast<uint16_t>((low & 0xFF) | static_cast<uint16_t>(high) << 8);
 }
 
-inline uint16_t ownLoadWord(const uint8_t* from, size_t bytes)
+inline uint16_t ownLoadBytePair(const uint8_t* from, size_t bytes)
 {
     uint16_t word = 0;
     memcpy(&word, from, bytes);
@@ -50,11 +50,11 @@ template <int nSources, class Op> void ownRunPairs(const OwnWork& work, Op op)
         const ptrdiff_t even = n & ~ptrdiff_t { 1 };
         OWN_IVDEP
         for (ptrdiff_t i = 0; i < even; i += 2) {
-            const uint16_t word = operation(ownLoadWord(a + i, 2), ownLoadWord(b + i, 2));
+            const uint16_t word = operation(ownLoadBytePair(a + i, 2), ownLoadBytePair(b + i, 2));
             memcpy(d + i, &word, 2);
         }
         if (even == n) return;
-        const uint16_t word = operation(ownLoadWord(a + even, 1), ownLoadWord(b + even, 1));
+        const uint16_t word = operation(ownLoadBytePair(a + even, 1), ownLoadBytePair(b + even, 1));
         memcpy(d + even, &word, 1);
     };
     ownRunWork(work, OwnPadding::WORKED_ON, row);

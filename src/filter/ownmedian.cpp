@@ -48,27 +48,76 @@ static void ownNetworkBand(const OwnBand& band, const OwnRank& rank, const T* lo
 }
 
 static constexpr int32_t ownMostInNetwork = 81;
+static constexpr int32_t ownFewInNetwork = 25;
 
-// A network for every count up to 25; those of 35, 49 and 81 serve smaller windows too. False: out of memory.
+// A network for every count up to ownFewInNetwork.
+template <class T> static bool ownMedianByOwnNetwork(const OwnBand& band, const OwnRank& rank)
+{
+    return ownForCount<1, ownFewInNetwork>(static_cast<int32_t>(rank.samples()), [&](auto count) {
+        ownNetworkBand<decltype(count)::value, T>(band, rank, nullptr, nullptr);
+        return true;
+    });
+}
+
+// Those of 35, 49 and 81 serve smaller windows too. False: out of memory.
 template <class T> static bool ownMedianByNetwork(const OwnBand& band, const OwnRank& rank)
 {
     const int64_t n = rank.samples();
-    const auto network = [&](auto count, const T* lowest, const T* highest) {
-        ownNetworkBand<decltype(count)::value, T>(band, rank, lowest, highest);
-        return true;
-    };
-    if (n > 25) {
-        const ptrdiff_t length = band.width + ownBlockOf<T>;
-        T* const lowest = band.scratch.take<T>(length);
-        T* const highest = band.scratch.take<T>(length);
-        if (lowest == nullptr || highest == nullptr) return false;
-        std::fill(lowest, lowest + length, std::numeric_limits<T>::min());
-        std::fill(highest, highest + length, std::numeric_limits<T>::max());
-        if (n <= 35) return network(std::integral_constant<int32_t, 35> {}, lowest, highest);
-        if (n <= 49) return network(std::integral_constant<int32_t, 49> {}, lowest, highest);
-        return network(std::integral_constant<int32_t, ownMostInNetwork> {}, lowest, highest);
+    if (n <= ownFewInNetwork) return ownMedianByOwnNetwork<T>(band, rank);
+    const ptrdiff_t length = band.width + ownBlockOf<T>;
+    T* const lowest = band.scratch.take<T>(length);
+    T* const highest = band.scratch.take<T>(length);
+    if (lowest == nullptr || highest == nullptr) return false;
+    std::fill(lowest, lowest + length, std::numeric_limits<T>::min());
+    std::fill(highest, highest + length, std::numeric_limits<T>::max());
+    if (n <= 35) {
+        ownNetworkBand<35, T>(band, rank, lowest, highest);
+    } else if (n <= 49) {
+        ownNetworkBand<49, T>(band, rank, lowest, highest);
+    } else {
+        ownNetworkBand<ownMostInNetwork, T>(band, rank, lowest, highest);
     }
-    return ownForCount<1, 25>(static_cast<int32_t>(n), [&](auto count) { return network(count, nullptr, nullptr); });
+    return true;
+}
+
+// The type of each size that all processors have an instruction for the smaller one of.
+template <class T>
+using OwnOrdered = std::conditional_t<sizeof(T) == 1, uint8_t, std::conditional_t<sizeof(T) == 2, int16_t, int32_t>>;
+
+// Row by row with the top bit turned, which makes samples of the other sign ordered ones: so large networks are there
+// once for each size.
+template <class T> static void ownTurnRow(const T* from, OwnOrdered<T>* to, ptrdiff_t n)
+{
+    constexpr uint32_t topBit = 1u << (8 * sizeof(T) - 1);
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < n; ++i)
+        to[i] = static_cast<OwnOrdered<T>>(static_cast<std::make_unsigned_t<T>>(from[i]) ^ topBit);
+}
+
+template <class T> static bool ownMedianTurned(const OwnBand& band, const OwnRank& rank)
+{
+    using Ordered = OwnOrdered<T>;
+    constexpr int32_t most = 32; // output rows at once
+    const int32_t nRows = std::min(band.height, most) + rank.nRows - 1;
+    const ptrdiff_t length = band.width + static_cast<ptrdiff_t>(rank.nCols - 1) * band.step;
+    const ptrdiff_t stride = length + ownBlockOf<T>;
+    Ordered* const turned = band.scratch.take<Ordered>(nRows * static_cast<int64_t>(stride));
+    const uint8_t** const rows = band.scratch.take<const uint8_t*>(nRows);
+    if (turned == nullptr || rows == nullptr) return false;
+    for (int32_t k = 0; k < nRows; ++k) rows[k] = reinterpret_cast<const uint8_t*>(turned + k * stride);
+    for (int32_t y = 0; y < band.height; y += most) {
+        const int32_t count = std::min(band.height - y, most);
+        for (int32_t k = 0; k < count + rank.nRows - 1; ++k) {
+            ownTurnRow<T>(reinterpret_cast<const T*>(band.rows[y + k]), turned + k * stride, length);
+        }
+        const OwnBand part = { rows, band.out + y, band.width, count, band.step, band.scratch };
+        if (!ownMedianByNetwork<Ordered>(part, rank)) return false;
+        for (int32_t k = 0; k < count; ++k) {
+            T* const out = reinterpret_cast<T*>(band.out[y + k]);
+            ownTurnRow<T>(out, reinterpret_cast<Ordered*>(out), band.width);
+        }
+    }
+    return true;
 }
 
 // ---- 8 bits: counts of columns -------------------------------------------------------------------------------------
@@ -372,7 +421,13 @@ static bool ownMedianByBits(const OwnBand& band, const OwnRank& rank)
 
 template <class T> static bool ownMedianOf(const OwnBand& band, const OwnRank& rank)
 {
-    if (rank.samples() <= ownMostInNetwork) return ownMedianByNetwork<T>(band, rank);
+    if (rank.samples() <= ownMostInNetwork) {
+        if constexpr (std::is_same<T, OwnOrdered<T>>::value) return ownMedianByNetwork<T>(band, rank);
+        if constexpr (sizeof(T) == 2) { // turning would weigh in small windows
+            if (rank.samples() <= ownFewInNetwork) return ownMedianByOwnNetwork<T>(band, rank);
+        }
+        if constexpr (!std::is_same<T, OwnOrdered<T>>::value) return ownMedianTurned<T>(band, rank);
+    }
     if constexpr (sizeof(T) == 4) {
         return ownMedianByBits(band, rank);
     } else if constexpr (sizeof(T) == 2) {

@@ -164,6 +164,7 @@ static void ownConjugate(int32_t* data, int64_t groups)
 
 int32_t* ownTransformLines(const OwnFixedPlan& plan, int32_t* data, int32_t* spare, OwnSign sign)
 {
+    if (plan.n == 1) return data; // a product with 1 would lose the lowest bit
     int32_t* result = plan.isFast ? data : spare;
     if (sign == OwnSign::PLUS) ownConjugate(data, plan.n);
     if (plan.isFast)

@@ -1,10 +1,10 @@
 // The generated test image, rings that narrow towards the edge, and the processor's counter.
-#include <cmath>
 #include <cstring>
 
 #include "ownbuffer.h"
 #include "owndepth.h"
 #include "ownreport.h"
+#include "ownsine.h"
 #include "platform/ownplatform.h"
 
 // A sample from a sine. The factors stop short of the limits, so that no cut value can leave the range. Conversion to
@@ -49,7 +49,7 @@ struct OwnRings {
 
     double sine(int64_t xDistance, int64_t yDistance) const
     {
-        return sin(static_cast<double>(xDistance * xDistance + yDistance * yDistance) * step);
+        return ownSine(static_cast<double>(xDistance * xDistance + yDistance * yDistance) * step);
     }
 };
 

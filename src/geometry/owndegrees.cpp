@@ -2,22 +2,7 @@
 
 #include <cmath>
 
-// Taylor series for angles up to an eighth of a turn, to the last term above half a unit in the last place of 1. The C
-// library's functions may differ in the last bit from system to system and from processor to processor, and where a
-// position lies in the middle between two pixels, a last bit decides.
-static double ownSineTail(double square)
-{
-    double sum = 0;
-    for (int32_t k = 17; k >= 3; k -= 2) sum = (sum + 1) * -square / (k * (k - 1));
-    return sum; // sine is angle + angle * tail
-}
-
-static double ownCosineTail(double square)
-{
-    double sum = 0;
-    for (int32_t k = 18; k >= 4; k -= 2) sum = (sum + 1) * -square / (k * (k - 1));
-    return (sum + 1) * -square / 2; // cosine is 1 + tail
-}
+#include "frame/ownsine.h"
 
 OwnDirection ownDirectionOf(double degrees)
 {
@@ -32,10 +17,8 @@ OwnDirection ownDirectionOf(double degrees)
     const double angle = restHigh * high;
     const double correction = restHigh * low + (rest - restHigh) * (high + low);
     const double whole = angle + correction;
-    const double lost = (angle - whole) + correction;
-    const double square = whole * whole;
-    const double sine = whole + (whole * ownSineTail(square) + lost);
-    const double cosine = 1 + (ownCosineTail(square) - whole * lost);
+    const OwnAngle radians = { whole, (angle - whole) + correction };
+    const double sine = ownSineOf(radians), cosine = ownCosineOf(radians);
     const int32_t quarter = static_cast<int32_t>(nearest) & 3;
     const int32_t quarters = rest == 0 ? quarter : -1;
     switch (quarter) {

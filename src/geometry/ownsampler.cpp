@@ -129,14 +129,17 @@ struct OwnLinear8 {
 };
 
 // The cubic through four values at -1, 0, 1 and 2, in Newton's form on the places 0, 1, 2 and -1: exact at 0 and 1. All
-// in 4 fraction bits. `sixth` and `third` stand for 1 / 6 and -2 / 6 times the values' factor to 4 fraction bits, as
-// 2^18ths; products stay below 2^31.
-static inline int32_t ownCubicOf(int32_t a, int32_t b, int32_t c, int32_t d, int32_t bits, int32_t sixth, int32_t third,
+// in 4 fraction bits. `sixth` stands for 1 / 6 times the values' factor to 4 fraction bits, as 2^18ths, and -2 sixth +
+// rest for -2 / 6; so the two products share one, half of which is added where the whole would pass 31 bits: rows that
+// overshoot make twists up to 26604.
+static inline int32_t ownCubicOf(int32_t a, int32_t b, int32_t c, int32_t d, int32_t bits, int32_t sixth, int32_t rest,
                                  int32_t part)
 {
     const int32_t bend = d - 2 * c + b;
     const int32_t twist = bend - (c - 2 * b + a);
-    const int32_t inner = (bend * (1 << bits) >> 1) + (third * twist >> 18) + ((part * (sixth * twist >> 18)) >> 16);
+    const int32_t scaled = sixth * twist;
+    const int32_t third = ((rest * twist >> 1) - scaled) >> 17;
+    const int32_t inner = (bend * (1 << bits) >> 1) + third + ((part * (scaled >> 18)) >> 16);
     const int32_t slope = (c - b) * (1 << bits) + (((part - 65536) * inner) >> 16);
     const int32_t value = b * (1 << bits) + ((part * slope) >> 16);
     const int32_t first = a * (1 << bits), last = d * (1 << bits);
@@ -147,11 +150,11 @@ struct OwnCubic8 {
     using Part = int32_t;
     static int32_t row(const uint8_t* taps, int32_t part)
     {
-        return ownCubicOf(taps[0], taps[1], taps[2], taps[3], 4, 699050, -1398101, part); // 16 / 6, -32 / 6
+        return ownCubicOf(taps[0], taps[1], taps[2], taps[3], 4, 699050, -1, part); // 16 / 6
     }
     static uint8_t join(const int32_t* rows, int32_t part)
     {
-        const int32_t value = ownCubicOf(rows[0], rows[1], rows[2], rows[3], 0, 43691, -87381, part);
+        const int32_t value = ownCubicOf(rows[0], rows[1], rows[2], rows[3], 0, 43691, 1, part);
         return ownLimitInteger<uint8_t>((value + 8) >> 4);
     }
 };

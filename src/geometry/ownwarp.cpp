@@ -167,7 +167,8 @@ void ownRunWarp(const OwnWarp& warp)
     OwnArea area;
     const OwnStart start = ownFindArea(area, { warp.dstImage });
     if (start == OwnStart::NO_MEMORY) return ownReport(warp.site, PXK_StsNoMem, "Out of memory");
-    if (start == OwnStart::NOTHING_TO_DO || !ownMeets(warp, area.size)) return;
+    if (start == OwnStart::NOTHING_TO_DO || ownProcessedChannels(warp.dstImage) == 0) return;
+    if (ownRegionSize(warp.srcImage).isEmpty() || !ownMeets(warp, area.size)) return;
     OwnSource source;
     const bool isShared = ownSharePixels(warp.srcImage, warp.dstImage);
     if (!ownReadSource(source, warp.srcImage, warp.taps, isShared ? OwnReading::AS_COPY : OwnReading::IN_PLACE)) {

@@ -90,13 +90,12 @@ static void ownRunMirror(const OwnSite& site, PxkImage* srcImage, PxkImage* dstI
     if (start == OwnStart::NO_MEMORY) ownReport(site, PXK_StsNoMem, "Out of memory");
     if (start != OwnStart::READY) return;
     const OwnRect region = ownRegionRect(srcImage);
-    const OwnSize size = area.size;
-    const auto sourceOf = [&](const OwnRect& part) {
-        const int32_t x = flip.columns ? size.width - part.x - part.width : part.x;
-        const int32_t y = flip.rows ? size.height - part.y - part.height : part.y;
+    const auto sourceOf = [&](const OwnRect& part) { // a small mask does not move the picture
+        const int32_t x = flip.columns ? area.regions.width - part.x - part.width : part.x;
+        const int32_t y = flip.rows ? area.regions.height - part.y - part.height : part.y;
         return OwnRect { region.x + x, region.y + y, part.width, part.height };
     };
-    ownResample({ site, srcImage, dstImage, size, area.mask.bitsOrNull() }, sourceOf,
+    ownResample({ site, srcImage, dstImage, area.size, area.mask.bitsOrNull() }, sourceOf,
                 [&](const OwnSource& source, const OwnDestination& piece) {
                     return ownMirrorView(source.view(sourceOf(piece.rect)), piece.view, piece.mask, flip);
                 });

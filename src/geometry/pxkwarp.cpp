@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "frame/ownprecision.h"
 #include "owndegrees.h"
 #include "ownturn.h"
 #include "ownwarp.h"
@@ -70,6 +71,7 @@ static bool ownAreFinite(const double* values, int32_t n)
 static void ownWarpAffine(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, const OwnAffine& transform,
                           int32_t interpolate)
 {
+    const OwnDoublePrecision precision;
     if (!ownGoodWarp(site, srcImage, dstImage, {}, interpolate)) return;
     const double* const c = transform.c;
     const bool isRegular = ownAreFinite(c, 6) && fabs(c[4] * c[0] - c[3] * c[1]) > 0.0000001;
@@ -116,6 +118,7 @@ void pxkWarpAffine(PxkImage* srcImage, PxkImage* dstImage, double coeffs[2][3], 
 
 void pxkRotate(PxkImage* srcImage, PxkImage* dstImage, double angle, double xShift, double yShift, int32_t interpolate)
 {
+    const OwnDoublePrecision precision;
     const OwnDirection to = ownDirectionOf(angle);
     double coeffs[2][3] = { { to.cosine, to.sine, xShift }, { -to.sine, to.cosine, yShift } };
     OwnRightTurn turn;
@@ -129,6 +132,7 @@ void pxkRotate(PxkImage* srcImage, PxkImage* dstImage, double angle, double xShi
 void pxkShear(PxkImage* srcImage, PxkImage* dstImage, double xShear, double yShear, double xShift, double yShift,
               int32_t interpolate)
 {
+    const OwnDoublePrecision precision;
     double coeffs[2][3] = { { 1, xShear, xShift }, { yShear, 1, yShift } };
     pxkWarpAffine(srcImage, dstImage, coeffs, interpolate);
 }
@@ -170,6 +174,7 @@ template <class Transform>
 static void ownWarpQuad(const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage, const OwnQuad& quad,
                         int32_t warpFlag, int32_t interpolate)
 {
+    const OwnDoublePrecision precision;
     const char* const fault = ownQuadFault(quad);
     const bool isGood =
         ownGoodWarp(site, srcImage, dstImage,
@@ -209,6 +214,7 @@ static OwnQuad ownQuadFrom(const double quad[4][2])
 // quadrangle without fault.
 template <class Transform> static void ownRegionQuad(const PxkImage* image, const double* coeffs, double quad[4][2])
 {
+    const OwnDoublePrecision precision;
     OwnBounds bounds = { 0, 0, 1, 1 };
     OwnQuad result = ownCornersOf(bounds);
     if (image != nullptr && ownRegionBounds(image, bounds)) {

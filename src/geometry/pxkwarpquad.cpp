@@ -1,6 +1,7 @@
 // What belongs to a warp's transform: quadrangle, bounds, the transform of a quadrangle, and the shifts of a rotation.
 #include <cstring>
 
+#include "frame/ownprecision.h"
 #include "owndegrees.h"
 #include "ownquad.h"
 
@@ -9,6 +10,7 @@ template <class Transform>
 [[nodiscard]] static bool ownFindQuad(const OwnSite& site, PxkImage* image, const void* coeffs, const OwnCheck& result,
                                       OwnQuad& quad)
 {
+    const OwnDoublePrecision precision;
     if (!ownGoodHeaders(site, { image })) return false;
     OwnBounds bounds;
     const bool isRegion = ownRegionBounds(image, bounds);
@@ -54,6 +56,7 @@ template <class Transform>
 static void ownGetTransform(const OwnSite& site, PxkImage* image, void* coeffs, const double (*quad)[2],
                             const OwnFitTexts& texts)
 {
+    const OwnDoublePrecision precision;
     if (!ownGoodHeaders(site, { image })) return;
     if (!ownPassed(site,
                    { { coeffs == nullptr, PXK_StsBadArg, "coeffs == ((void *)0)" },
@@ -128,6 +131,7 @@ void pxkGetPerspectiveTransform(PxkImage* image, double coeffs[3][3], double qua
 
 void pxkGetRotateShift(double xCenter, double yCenter, double angle, double* xShift, double* yShift)
 {
+    const OwnDoublePrecision precision;
     OWN_REFUSE_IF(xShift == nullptr || yShift == nullptr, PXK_StsBadArg,
                   "xShift == ((void *)0) || yShift == ((void *)0)");
     const OwnDirection to = ownDirectionOf(angle);

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "frame/ownmeasure.h"
+#include "frame/ownprecision.h"
 #include "ownmomentrows.h"
 
 // ---- spatial moments -----------------------------------------------------------------------------------------------
@@ -48,6 +49,7 @@ static void ownAddRow(PxkMomentState& state, const OwnRowMoments& row, int32_t y
 
 void pxkMoments(PxkImage* image, PxkMomentState* state)
 {
+    const OwnDoublePrecision precision;
     OWN_REFUSE_BAD_HEADERS(image);
     const OwnSite site = OWN_HERE;
     if (!ownPassed(site,
@@ -98,6 +100,7 @@ static double ownCentre(const PxkMomentState& state, const PxkMoment& first)
 // The binomials of (x - xb)^m (y - yb)^n, each with its spatial moment.
 static double ownCentralMoment(const PxkMomentState& state, int32_t m, int32_t n)
 {
+    const OwnDoublePrecision precision;
     static constexpr double binomials[4][4] = { { 1 }, { 1, 1 }, { 1, 2, 1 }, { 1, 3, 3, 1 } };
     const double xb = ownCentre(state, state.moments[1][0]);
     const double yb = ownCentre(state, state.moments[0][1]);
@@ -121,6 +124,7 @@ double pxkGetSpatialMoment(PxkMomentState* state, int32_t m, int32_t n)
 
 double pxkGetNormalizedSpatialMoment(PxkMomentState* state, int32_t m, int32_t n)
 {
+    const OwnDoublePrecision precision;
     return ownGoodOrder(OWN_HERE, state, m, n) ? state->moments[m][n].value * state->moments[m][n].scale : 0.0;
 }
 
@@ -131,6 +135,7 @@ double pxkGetCentralMoment(PxkMomentState* state, int32_t m, int32_t n)
 
 double pxkGetNormalizedCentralMoment(PxkMomentState* state, int32_t m, int32_t n)
 {
+    const OwnDoublePrecision precision;
     return ownGoodOrder(OWN_HERE, state, m, n) ? ownCentralMoment(*state, m, n) * state->moments[m][n].scale : 0.0;
 }
 

@@ -4,6 +4,7 @@
 
 #include "frame/owndepth.h"
 #include "frame/ownmeasure.h"
+#include "frame/ownprecision.h"
 #include "ownnormrows.h"
 
 // Sums and extrema of a, or of a - b; and of b, where the norm is relative.
@@ -67,6 +68,7 @@ static bool ownGoodNorm(const OwnSite& site, PxkImage* srcImageA, PxkImage* srcI
 
 double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normType)
 {
+    const OwnDoublePrecision precision;
     const OwnSite site = OWN_HERE;
     if (!ownGoodNorm(site, srcImageA, srcImageB, normType)) return 0.0;
     OwnWork work;

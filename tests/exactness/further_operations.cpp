@@ -129,6 +129,19 @@ void addMoments(std::vector<Operation>& operations)
     operations.push_back(op);
 }
 
+// Of an image with one channel.
+double sampleAt(PxkImage* image, int32_t x, int32_t y)
+{
+    uint8_t byte = 0;
+    uint16_t word = 0;
+    uint32_t longWord = 0;
+    switch (depthBits(image->depth)) {
+    case 16: pxkGetPixel(image, x, y, &word); return word;
+    case 32: pxkGetPixel(image, x, y, &longWord); return longWord;
+    default: pxkGetPixel(image, x, y, &byte); return byte;
+    }
+}
+
 void addRings(std::vector<Operation>& operations)
 {
     Operation op = operation("pxkCreateImageJaehne", { "size" }, [](const Arguments& a) {
@@ -137,15 +150,39 @@ void addRings(std::vector<Operation>& operations)
         if (image == nullptr) return;
         for (int32_t y = 0; y < image->height; ++y) {
             for (int32_t x = 0; x < image->width; ++x) {
-                uint32_t pixel = 0;
-                pxkGetPixel(image, x, y, &pixel);
-                found.push_back(pixel);
+                found.push_back(sampleAt(image, x, y));
             }
         }
         pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA);
         pxkSetErrStatus(status);
     });
     op.axes.masks = op.axes.tilings = { 0 };
+    operations.push_back(op);
+}
+
+// What goes into small records comes out of them; texts.
+void addRecords(std::vector<Operation>& operations)
+{
+    operations.push_back(operation("pxkPutPixel", { "image" }, [](const Arguments& a) {
+        uint8_t pixel[32];
+        for (int32_t i = 0; i < 3; ++i) {
+            memset(pixel, 90 + i, sizeof pixel); // the order of bytes plays no part
+            pxkPutPixel(a[0], i, a[0]->height - 1, pixel);
+        }
+    }));
+    Operation op = operation("pxkGetConvKernel", { "size" }, [](const Arguments& a) {
+        int32_t parts[5], values[6] = { 1, -2, a[0]->width, a[0]->height, 1 << 20, -7 };
+        const std::unique_ptr<PxkConvKernel, void (*)(PxkConvKernel*)> kernel(
+            pxkCreateConvKernel(3, 2, 1, 0, values, 5), pxkDeleteConvKernel);
+        pxkGetConvKernel(kernel.get(), &parts[0], &parts[1], &parts[2], &parts[3], values, &parts[4]);
+        found.assign(parts, parts + 5);
+        found.insert(found.end(), values, values + 6);
+        for (int32_t status = -250; status < 10; ++status)
+            for (const char* text = pxkErrorStr(status); *text != 0; ++text) found.push_back(*text);
+    });
+    op.axes.depths = { PXK_DEPTH_8U };
+    op.axes.masks = op.axes.tilings = { 0 };
+    op.axes.channels = { Channels::ONE };
     operations.push_back(op);
 }
 
@@ -193,6 +230,7 @@ std::vector<Operation> furtherOperations()
     addWarps(operations);
     addMoments(operations);
     addRings(operations);
+    addRecords(operations);
     addBitmaps(operations);
     return operations;
 }

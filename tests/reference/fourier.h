@@ -230,6 +230,7 @@ inline std::vector<Fixed> fixedFast(const std::vector<Fixed>& x)
 
 inline std::vector<Fixed> fixedLine(std::vector<Fixed> x, bool isPlus)
 {
+    if (x.size() == 1) return x;
     const auto conjugateAll = [&](std::vector<Fixed>& line) {
         for (Fixed& value : line) value = isPlus ? conjugate(value) : value;
     };

@@ -175,11 +175,11 @@ inline void modelDecimateExt(const Picture& src, Picture& dst, const std::vector
 inline void modelMirror(Picture& old, Picture& dst, int32_t flipAxis)
 {
     const Window from = windowOf(old);
-    const CommonSize size = commonSize({ &old, &dst });
+    const Window to = windowOf(dst); // a smaller mask does not move the picture
     forEachSelected({ &old, &dst }, [&](const Place* at) {
         Place source = at[0];
-        if (flipAxis != 0) source.x = int32_t(2 * from.x + size.width - 1 - source.x);
-        if (flipAxis != 1) source.y = int32_t(2 * from.y + size.height - 1 - source.y);
+        if (flipAxis != 0) source.x = int32_t(2 * from.x + std::min(from.width, to.width) - 1 - source.x);
+        if (flipAxis != 1) source.y = int32_t(2 * from.y + std::min(from.height, to.height) - 1 - source.y);
         at[1].setBits(source.bits());
     });
 }

@@ -183,12 +183,17 @@ EXHIBIT(colour_luv_back, PAIR(photo))
 }
 
 // YCC to RGB
-// The fixed constants of this one give full blue and nearly full red everywhere: what
-// varies is green.
+// The constants of this one give full blue and nearly full red everywhere: only green
+// follows the luma, here with C1 at its highest and C2 at its lowest.
 EXHIBIT(colour_ycc, PICTURE)
 {
     PxkImage* ycc = newImage(3, PXK_DEPTH_8U, w, h);
-    pxkCopy(photo, ycc);
+    PxkROI channel = { 1, 0, 0, w, h };
+    ycc->roi = &channel;
+    pxkCopy(gray, ycc);
+    channel.coi = 2;
+    pxkSet(ycc, 255);
+    ycc->roi = NULL;
     memcpy(ycc->colorModel, "YCC", 4);
     memcpy(ycc->channelSeq, "YCC", 4);
     START;

@@ -44,34 +44,40 @@ EXHIBIT(scale_resize, PICTURE)
     STOP;
 }
 
-// Decimate fine rings
+// Decimate fine circles
 // Every fourth pixel: circles that are too narrow turn up as others that are not there.
 EXHIBIT(scale_decimate, DETAIL)
 {
-    out = newImage(3, PXK_DEPTH_8U, w / 4, h / 4);
+    PxkImage* circles = pxkCreateImageJaehne(PXK_DEPTH_8U, w, h);
+    out = newImage(1, PXK_DEPTH_8U, w / 4, h / 4);
     START;
-    pxkDecimate(rings, out, 1, 4, 1, 4, PXK_INTER_NN);
+    pxkDecimate(circles, out, 1, 4, 1, 4, PXK_INTER_NN);
     STOP;
+    pxkDeallocate(circles, PXK_FREE_HEADER | PXK_FREE_DATA);
 }
 
 // The mean of each box
-// The same size by super-sampling: what is too narrow becomes gray.
+// The same size by super-sampling: most of what is too narrow becomes gray.
 EXHIBIT(scale_boxes, PAIR(scale_decimate))
 {
-    out = newImage(3, PXK_DEPTH_8U, w / 4, h / 4);
+    PxkImage* circles = pxkCreateImageJaehne(PXK_DEPTH_8U, w, h);
+    out = newImage(1, PXK_DEPTH_8U, w / 4, h / 4);
     START;
-    pxkDecimate(rings, out, 1, 4, 1, 4, PXK_INTER_SUPER);
+    pxkDecimate(circles, out, 1, 4, 1, 4, PXK_INTER_SUPER);
     STOP;
+    pxkDeallocate(circles, PXK_FREE_HEADER | PXK_FREE_DATA);
 }
 
 // Blur, then decimate
 // A window of 9 by 9 pixels in front of every fourth pixel.
 EXHIBIT(scale_blurred, PAIR(scale_decimate))
 {
-    out = newImage(3, PXK_DEPTH_8U, w / 4, h / 4);
+    PxkImage* circles = pxkCreateImageJaehne(PXK_DEPTH_8U, w, h);
+    out = newImage(1, PXK_DEPTH_8U, w / 4, h / 4);
     START;
-    pxkDecimateExt(rings, out, 1, 4, 1, 4, PXK_INTER_NN, 9, 9);
+    pxkDecimateExt(circles, out, 1, 4, 1, 4, PXK_INTER_NN, 9, 9);
     STOP;
+    pxkDeallocate(circles, PXK_FREE_HEADER | PXK_FREE_DATA);
 }
 
 // Boxes with parts of pixels

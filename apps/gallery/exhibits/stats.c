@@ -19,19 +19,22 @@ static PxkLUT* openLevels(Levels* levels)
     return &levels->lut;
 }
 
-// Bars from the bottom of a chart of 512 by 256, in one channel or in all; bars of the
-// highest levels are cut off.
+// Bars from the bottom of a chart of 512 by 256, in one channel or in all. A level that is
+// used as often as all used ones on average gets a quarter of the height.
 static void drawBars(PxkImage* chart, const Levels* levels, int coi)
 {
     PxkROI bar = { coi, 0, 0, 2, 0 };
-    int i, inside = 1;
-    for (i = 1; i < 255; i++)
-        if (levels->counts[i] > inside) inside = levels->counts[i];
+    double used = 0, sum = 0;
+    int i;
+    for (i = 0; i < 256; i++) {
+        used += levels->counts[i] > 0;
+        sum += levels->counts[i];
+    }
     chart->roi = &bar;
     for (i = 0; i < 256; i++) {
-        const double height = 250.0 * levels->counts[i] / inside;
+        const double height = 64 * levels->counts[i] * used / sum;
         bar.xOffset = 2 * i;
-        bar.height = (int)(height > 256 ? 256 : height);
+        bar.height = height > 256 ? 256 : (int)height;
         bar.yOffset = 256 - bar.height;
         if (bar.height > 0) pxkSet(chart, 220);
     }
@@ -200,8 +203,8 @@ EXHIBIT(stats_moment, TEXT)
     STOP;
     printf("sum of all levels %14.0f\n", mass);
     printf("centre of light   %14.4f of the width\n", x / mass);
-    printf("spread            %14.3f pixels, %.4f of the width\n", sqrt(spread / mass),
-           sqrt(share / mass));
+    printf("spread            %14.3f pixels\n", sqrt(spread / mass));
+    printf("                  %14.4f of the width\n", sqrt(share / mass));
 }
 
 // Norms

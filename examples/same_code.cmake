@@ -1,21 +1,23 @@
 # SPDX-License-Identifier: BSD-2-Clause
-# Fails unless PAGE shows the file CODE, character by character but for the licence in its first line, in a C block behind
-# a line "<!-- NAME.c -->", or in the page's first C block where there is no such line. With WRITE the block is replaced
-# by the file.
+# Fails unless PAGE shows the file CODE, character by character but for the licence in its first line, in a block of its
+# language behind a line "<!-- NAME.c -->", or in the page's first such block where there is no such line. With WRITE the
+# block is replaced by the file.
 file(READ ${PAGE} page)
 file(READ ${CODE} code)
-string(REGEX REPLACE "^/\\* SPDX-[^\n]*\n" "" code "${code}")
+string(REGEX REPLACE "^/[/*] SPDX-[^\n]*\n" "" code "${code}")
 get_filename_component(name ${CODE} NAME)
+string(REGEX REPLACE ".*\\." "```" fence "${name}\n") # the suffix is the language
+string(LENGTH "${fence}" fence_length)
 string(FIND "${page}" "<!-- ${name} -->" mark)
 if(mark EQUAL -1)
     set(mark 0)
 endif()
 string(SUBSTRING "${page}" ${mark} -1 rest)
-string(FIND "${rest}" "```c\n" begin)
+string(FIND "${rest}" "${fence}" begin)
 if(begin EQUAL -1)
-    message(FATAL_ERROR "${PAGE} has no C block for ${name}")
+    message(FATAL_ERROR "${PAGE} has no block for ${name}")
 endif()
-math(EXPR begin "${mark} + ${begin} + 5")
+math(EXPR begin "${mark} + ${begin} + ${fence_length}")
 string(SUBSTRING "${page}" ${begin} -1 block)
 string(FIND "${block}" "```" length)
 string(SUBSTRING "${block}" 0 ${length} block)
@@ -25,5 +27,5 @@ if(WRITE)
     string(SUBSTRING "${page}" ${end} -1 tail)
     file(WRITE ${PAGE} "${head}${code}${tail}")
 elseif(NOT "${block}" STREQUAL "${code}")
-    message(FATAL_ERROR "the C block of ${PAGE} is not ${CODE}")
+    message(FATAL_ERROR "the block of ${PAGE} is not ${CODE}")
 endif()

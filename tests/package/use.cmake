@@ -45,7 +45,8 @@ function(use_by_compiler PREFIX PROGRAMS)
     list(APPEND statically -static)
     set(plainly -I${PREFIX}/include -L${library_folder} -lpxk)
     foreach(source IN ITEMS user.c user.cpp)
-        if(EMULATOR AND source STREQUAL "user.cpp") # MinGW's C++ runtime goes into the program, for want of its DLLs
+        # MinGW's C++ runtime goes into the program, for want of its DLLs.
+        if(TOOLCHAIN MATCHES "win(32|64)[.]cmake$" AND source STREQUAL "user.cpp")
             list(TRANSFORM by_pkg_config REPLACE "^-lpxk$" "-l:libpxk.dll.a;-static")
             list(TRANSFORM plainly REPLACE "^-lpxk$" "-l:libpxk.dll.a;-static")
         endif()

@@ -35,6 +35,23 @@ uint32_t littleEndian32(const uint8_t* bytes)
         | static_cast<uint32_t>(bytes[3]) << 24;
 }
 
+// Numbers from the order of bytes in a file, the low one first, to this processor's, or back.
+void turnNumbers(void* numbers, int64_t count)
+{
+    uint8_t* const bytes = static_cast<uint8_t*>(numbers);
+    for (int64_t i = 0; i < count; ++i) {
+        const uint32_t value = littleEndian32(bytes + 4 * i);
+        std::memcpy(bytes + 4 * i, &value, 4);
+    }
+}
+
+void turnHeader(PxkBitmapInfoHeader* dib)
+{
+    turnNumbers(dib, headerBytes / 4);
+    if (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__)
+        std::swap(dib->biPlanes, dib->biBitCount); // they were turned as one number
+}
+
 bool isRunLength(const PxkBitmapInfoHeader& dib)
 {
     return dib.biCompression == PXK_BI_RLE8 || dib.biCompression == PXK_BI_RLE4;
@@ -90,6 +107,7 @@ bool readHeader(const uint8_t* start, int64_t size, PxkBitmapInfoHeader* dib, La
         dib->biBitCount = littleEndian16(header + 10);
     } else {
         std::memcpy(dib, header, static_cast<size_t>(headerBytes));
+        turnHeader(dib);
         if (dib->biCompression == compressionAlphaFields) {
             layout->isPlain = false;
             dib->biCompression = PXK_BI_BITFIELDS;
@@ -128,6 +146,7 @@ const char* placeHeader(BitmapFile* file, uint8_t* start, const PxkBitmapInfoHea
     const int64_t declared = declaredWords(dib), words = bits <= 8 ? INT64_C(1) << bits : declared;
     if (layout.isPlain && declared == words) {
         file->dib = reinterpret_cast<PxkBitmapInfoHeader*>(start + fileHeaderBytes);
+        std::memcpy(file->dib, &dib, static_cast<size_t>(headerBytes));
     } else {
         Memory block = takeMemory(headerBytes + 4 * words);
         if (!block) return "out of memory";
@@ -139,6 +158,7 @@ const char* placeHeader(BitmapFile* file, uint8_t* start, const PxkBitmapInfoHea
         file->blocks[1] = block.release();
         file->dib = static_cast<PxkBitmapInfoHeader*>(file->blocks[1]);
     }
+    turnNumbers(file->dib + 1, words);
     if (bits <= 8) file->dib->biClrUsed = 0;
     return nullptr;
 }
@@ -159,11 +179,10 @@ const char* padRunLengthBits(BitmapFile* file, int64_t available)
 bool isGrayRamp(const PxkBitmapInfoHeader* dib)
 {
     if (dib->biBitCount > 8) return false;
-    const uint8_t* entry = reinterpret_cast<const uint8_t*>(dib + 1);
+    const uint32_t* const table = reinterpret_cast<const uint32_t*>(dib + 1);
     const int32_t last = (1 << dib->biBitCount) - 1;
-    for (int32_t i = 0; i <= last; ++i, entry += 4) {
-        const int32_t gray = i * 255 / last;
-        if (entry[0] != gray || entry[1] != gray || entry[2] != gray) return false;
+    for (int32_t i = 0; i <= last; ++i) {
+        if ((table[i] & 0xFFFFFF) != 0x010101 * static_cast<uint32_t>(i * 255 / last)) return false;
     }
     return true;
 }
@@ -322,6 +341,8 @@ const char* writeBitmap(PxkImage* image, const char* path)
         pxkConvertToDIB(image, dib, 1, PXK_PALETTE_FIXED);
         if (pxkGetErrStatus() != PXK_StsOk) return ReportKeeper::reason();
     }
+    turnHeader(dib);
+    turnNumbers(dib + 1, declaredWords(wanted));
 
     File stream(std::fopen(path, "wb"));
     if (!stream) return "cannot be opened for writing";

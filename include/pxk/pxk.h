@@ -46,7 +46,7 @@ extern "C" {
  * - "Incorrect Image" is the report for a header that pxkCheckImageHeader refuses, with the status of that check.
  * - A region that misses its image, or an empty mask, makes an operation return with nothing done and no report.
  * - Each image keeps its own region offset. The work is the smallest width and the smallest height of all regions and
- * of the mask, taken axis by axis, and pixel (i, j) of the work is pixel (xOffset + i, yOffset + j) of each image.
+ *   of the mask, taken axis by axis, and pixel (i, j) of the work is pixel (xOffset + i, yOffset + j) of each image.
  * - Processed channels are all but alpha, or the one that the region's channel of interest names (which may be alpha).
  * - Two threads may work at the same time on different headers, never on one header. Where both write to one block of
  *   pixels, or one writes what the other reads, no byte may be common to both: an operation may read and write back
@@ -1838,6 +1838,7 @@ PXK_API void PXK_CALL pxkMirror(PxkImage* srcImage, PxkImage* dstImage, int32_t 
  * - affine, 2 by 3: x' = c0 x + c1 y + c2, y' = c3 x + c4 y + c5;
  * - bilinear, 2 by 4: x' = c0 x y + c1 x + c2 y + c3, y' the same from c4 on;
  * - perspective, 3 by 3: x' = (c0 x + c1 y + c2) / (c6 x + c7 y + c8), y' = (c3 x + c4 y + c5) / (c6 x + c7 y + c8).
+ *
  * A quadrangle lists its corners as x, y for those of a region, whose last pixels are (x1, y1): (x0, y0), (x1, y0),
  * (x1, y1), (x0, y1). It may go round in either sense.
  *

@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "frame/ownivdep.h"
+#include "frame/ownlimit.h"
 #include "owncolor.h"
 
 template <class T> struct OwnColour {
@@ -13,6 +14,15 @@ template <class T> struct OwnColour {
     T second;
     T third;
 };
+
+template <class T> inline T ownStored(T value)
+{
+    if constexpr (std::is_floating_point<T>::value) {
+        return ownOneNaN(value);
+    } else {
+        return value;
+    }
+}
 
 // The row of a formula: an object whose call turns the three samples of a pixel into three others.
 template <class T, class Formula> void ownColourRow(uint8_t* const* rows, ptrdiff_t n)
@@ -26,9 +36,9 @@ template <class T, class Formula> void ownColourRow(uint8_t* const* rows, ptrdif
     OWN_IVDEP
     for (ptrdiff_t i = 0; i < n; ++i) {
         const OwnColour<T> result = Formula {}(first[i], second[i], third[i]);
-        firstResult[i] = result.first;
-        secondResult[i] = result.second;
-        thirdResult[i] = result.third;
+        firstResult[i] = ownStored(result.first);
+        secondResult[i] = ownStored(result.second);
+        thirdResult[i] = ownStored(result.third);
     }
 }
 

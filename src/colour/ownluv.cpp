@@ -25,13 +25,22 @@ static inline float ownCubeRoot(float x)
 constexpr float ownWhiteU = 0.19783001f;
 constexpr float ownWhiteV = 0.46831998f;
 
+// The cube root of y / 0.329, which for large numbers does not fit a float: they are divided by the cube of 2^33 first.
+static inline float ownLightnessRoot(float y)
+{
+    constexpr float large = 1.0e30f, cube = 0x1p-99f, side = 0x1p33f;
+    const bool isLarge = y > large;
+    const float root = ownCubeRoot((isLarge ? y * cube : y) * 3.0395136778f) * (isLarge ? side : 1.0f);
+    return y < std::numeric_limits<float>::infinity() ? root : y;
+}
+
 struct OwnRgbToLuv {
     OwnColour<float> operator()(float r, float g, float b) const
     {
         const OwnColour<float> xyz = ownRgbToXyz(r, g, b);
         const float x = xyz.first, y = xyz.second, z = xyz.third;
         const bool isDark = y <= 0.00329f;
-        const float l = 116.0f * ownCubeRoot(y * 3.0395136778f) - 16.0f;
+        const float l = 116.0f * ownLightnessRoot(y) - 16.0f;
         const float d = 1.0f / (x + 15.0f * y + 3.0f * z);
         const float u = (4.0f * d * x - ownWhiteU) * 13.0f * l;
         const float v = (9.0f * d * y - ownWhiteV) * 13.0f * l;

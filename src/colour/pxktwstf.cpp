@@ -1,5 +1,6 @@
 // Colour twist by floats.
 #include "frame/ownivdep.h"
+#include "frame/ownlimit.h"
 #include "owntwist.h"
 
 static void ownTwistRowFP(uint8_t* const* rows, ptrdiff_t n, const float* twist)
@@ -14,7 +15,7 @@ static void ownTwistRowFP(uint8_t* const* rows, ptrdiff_t n, const float* twist)
     OWN_IVDEP
     for (ptrdiff_t i = 0; i < n; ++i) {
         const float a = first[i], b = second[i], c = third[i];
-        for (int32_t k = 0; k < 3; ++k) results[k][i] = w[k][0] * a + w[k][1] * b + w[k][2] * c + w[k][3];
+        for (int32_t k = 0; k < 3; ++k) results[k][i] = ownOneNaN(w[k][0] * a + w[k][1] * b + w[k][2] * c + w[k][3]);
     }
 }
 

@@ -5,8 +5,6 @@
 
 #include "frame/ownpixelorder.h"
 
-static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "work pixels are copied as words");
-
 template <class T> static T ownLoad(const uint8_t* at)
 {
     T value;
@@ -21,18 +19,27 @@ template <class T> static void ownStore(uint8_t* at, T value)
 
 // ---- packed pixels, of images and bitmaps alike --------------------------------------------------------------------
 
+// A number whose low byte comes first in memory, as in pixels of bitmaps, from or to one of this processor's.
+template <class T> static T ownLowByteFirst(T value)
+{
+    static_assert(sizeof(T) == 2 || sizeof(T) == 4);
+    if (__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__) return value;
+    return static_cast<T>(sizeof(T) == 2 ? __builtin_bswap16(static_cast<uint16_t>(value)) : __builtin_bswap32(value));
+}
+
 // Three bytes a pixel are moved by four where the row has a further pixel.
 static void ownLoadTriples(const uint8_t* at, int32_t count, uint32_t* work)
 {
-    for (int32_t i = 0; i + 1 < count; ++i) work[i] = ownLoad<uint32_t>(at + 3 * i) & 0x00FFFFFF;
+    for (int32_t i = 0; i + 1 < count; ++i) work[i] = ownLowByteFirst(ownLoad<uint32_t>(at + 3 * i)) & 0x00FFFFFF;
     const uint8_t* const last = at + 3 * (count - 1);
     work[count - 1] = last[0] | static_cast<uint32_t>(last[1]) << 8 | static_cast<uint32_t>(last[2]) << 16;
 }
 
 static void ownStoreTriples(const uint32_t* work, int32_t count, uint8_t* at)
 {
-    for (int32_t i = 0; i + 1 < count; ++i) ownStore(at + 3 * i, work[i]);
-    memcpy(at + 3 * (count - 1), work + (count - 1), 3);
+    for (int32_t i = 0; i + 1 < count; ++i) ownStore(at + 3 * i, ownLowByteFirst(work[i]));
+    const uint32_t last = ownLowByteFirst(work[count - 1]);
+    memcpy(at + 3 * (count - 1), &last, 3);
 }
 
 // Bytes of 0 and not 0 to bits; the bits of the last byte behind `count` stay.
@@ -128,7 +135,7 @@ static void ownWriteChannels(const OwnDibConversion& c, const uint32_t* work, in
     uint8_t* const at = row + first * pixelStep;
     if (isPacked && nChannels == 3 && sizeof(T) == 1) return ownStoreTriples(work, count, at);
     if (isPacked && nChannels == 4 && sizeof(T) == 1) {
-        memcpy(at, work, static_cast<size_t>(count) * 4);
+        for (ptrdiff_t i = 0; i < count; ++i) ownStore(at + 4 * i, ownLowByteFirst(work[i]));
         return;
     }
     for (int32_t channel = 0; channel < nChannels; ++channel)
@@ -266,7 +273,7 @@ static void ownReadFields(const OwnDibConversion& c, const uint8_t* row, int32_t
     const OwnDibFields fields = c.fields;
     const uint8_t* const at = row + static_cast<ptrdiff_t>(first) * sizeof(T);
     for (ptrdiff_t i = 0; i < count; ++i) {
-        const uint32_t pixel = ownLoad<T>(at + i * sizeof(T));
+        const uint32_t pixel = ownLowByteFirst(ownLoad<T>(at + i * sizeof(T)));
         const uint32_t color = ownFieldToByte(pixel, fields.blue) | ownFieldToByte(pixel, fields.green) << 8
             | ownFieldToByte(pixel, fields.red) << 16;
         work[i] = sizeof(T) == 4 ? color | ownFieldToByte(pixel, fields.alpha) << 24 : color;
@@ -283,7 +290,7 @@ static void ownWriteFields(const OwnDibConversion& c, const uint32_t* work, int3
         const uint32_t color = ownFieldFromByte(pixel, fields.blue) | ownFieldFromByte(pixel >> 8, fields.green)
             | ownFieldFromByte(pixel >> 16, fields.red);
         const uint32_t alpha = sizeof(T) == 4 ? ownFieldFromByte(pixel >> 24, fields.alpha) : 0;
-        ownStore(at + i * sizeof(T), static_cast<T>(color | alpha));
+        ownStore(at + i * sizeof(T), ownLowByteFirst(static_cast<T>(color | alpha)));
     }
 }
 
@@ -299,7 +306,8 @@ static void ownWriteDib24(const OwnDibConversion&, const uint32_t* work, int32_t
 
 static void ownReadDib32(const OwnDibConversion&, const uint8_t* row, int32_t first, int32_t count, uint32_t* work)
 {
-    memcpy(work, row + 4 * static_cast<ptrdiff_t>(first), static_cast<size_t>(count) * 4);
+    const uint8_t* const at = row + 4 * static_cast<ptrdiff_t>(first);
+    for (ptrdiff_t i = 0; i < count; ++i) work[i] = ownLowByteFirst(ownLoad<uint32_t>(at + 4 * i));
 }
 
 template <bool isGray>

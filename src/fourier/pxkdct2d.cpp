@@ -87,6 +87,16 @@ static void ownCosineRows(const OwnCosineWork& work, const OwnFloatPlane& source
     }
 }
 
+// Columns beyond the last one may be transformed as the imaginary parts of points whose real parts are columns of the
+// image: zeros leave these alone.
+static void ownClearColumnsBeyond(const OwnCosineWork& work)
+{
+    const ptrdiff_t used = work.rows.real.n % OWN_LANES;
+    float* row = work.blocks + work.rows.real.n / OWN_LANES * ownBlockValues(work);
+    for (int32_t y = 0; used > 0 && y < work.columns.real.n; ++y, row += OWN_LANES)
+        for (ptrdiff_t lane = used; lane < OWN_LANES; ++lane) row[lane] = 0;
+}
+
 static void ownCosineColumns(const OwnCosineWork& work, const OwnFloatPlane& destination)
 {
     const OwnRealPlan& plan = work.columns.real;
@@ -110,6 +120,7 @@ static bool ownTransformCosines(OwnTransformCaches& caches, OwnCosineTransform t
     work.transform = transform;
     if (!ownOpenCosineWork(caches, size, work)) return false;
     ownCosineRows(work, source);
+    ownClearColumnsBeyond(work);
     ownCosineColumns(work, destination);
     return true;
 }

@@ -233,7 +233,7 @@ def draw_curves(path, curves, x_title):
 
 def draw_families(path, families):
     """A bar a family: the geometric mean of library over fastest peer; left of the line the library is faster."""
-    left, bar, width = 190, 26, 760
+    left, bar, width = 205, 26, 760
     low, high = 1 / 64, 4
     height = bar * len(families) + 60
 
@@ -298,10 +298,11 @@ the work is not quite equal, the last table says so.
 """
 
 
-def table(cases):
+def table(cases, tells_family=False):
     lines = ["| Case | Size | pxk, ns/px | x memcpy | fastest peer | ns/px | pxk / peer |", "|---|---|--:|--:|---|--:|--:|"]
     for case in cases:
-        lines.append(f"| {case.name} | {case.size} | {number(case.library)} | {case.limit:.1f} | {case.peer} | "
+        name = f"{TITLES.get(case.group, case.group)}: {case.name}" if tells_family else case.name
+        lines.append(f"| {name} | {case.size} | {number(case.library)} | {case.limit:.1f} | {case.peer} | "
                      f"{number(case.peer_time)} | {case.ratio:.2f} |")
     return "\n".join(lines) + "\n"
 
@@ -319,7 +320,7 @@ def write_page(cases, curves):
         out.write(f"\n{len(cases)} cases; over the fastest peer of each, geometric mean "
                   f"{geometric_mean([case.ratio for case in cases]):.2f}; a peer is more than 10 % ahead in "
                   f"{len(behind)}.\n\n![By family](performance/families.svg)\n")
-        out.write("\n## Where another is ahead\n\n" + table(behind))
+        out.write("\n## Where another is ahead\n\n" + table(behind, True))
         if curves:
             draw_curves(os.path.join(PICTURES, "windows.svg"), curves["window"], "side of the window, 8U 1024 x 1024")
             draw_curves(os.path.join(PICTURES, "pictures.svg"), curves["picture"], "side of the picture, 8U")

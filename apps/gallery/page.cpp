@@ -243,28 +243,39 @@ static void writeHeader(std::ostream& out, const Page& page)
 
 static void writeStarts(std::ostream& out, const Page& page)
 {
-    out << "<section id=\"start\"><h2>To start from</h2><p>The code uses these names. <code>w</code> and "
-           "<code>h</code> are the width and height of <code>photo</code>, which all but <code>writing</code> have. "
-           "<code>out</code> is black and like <code>photo</code>, unless the code puts another image there: it is "
-           "what "
-           "is shown. <code>newImage</code> makes a black image of so many channels, of a depth, a width and a height. "
-           "Beyond the edges of a picture its last pixels go on (<code>PXK_EDGE_CLAMP</code>).</p>"
-           "<div class=\"starts\">\n";
+    out << R"(<section id="start"><h2>To start from</h2><p>The code uses these names. <code>w</code> and <code>h</code> are
+the width and height of <code>photo</code>, which all but <code>writing</code> have. <code>out</code> is black and like
+<code>photo</code>, unless the code puts another image there: it is what is shown. <code>newImage</code> makes a black image
+of so many channels, of a depth, a width and a height; <code>floatAt</code> is the place of a float in one. Beyond the edges
+of a picture its last pixels go on (<code>PXK_EDGE_CLAMP</code>).</p><div class="starts">
+)";
     for (const Start& start : page.starts) {
         out << "<div><a href=\"" << start.shot.file << "\">";
         writeImage(out, start.shot, start.name);
         out << "</a><p><code>" << start.name << "</code><br>" << escape(start.sentence) << "</p></div>\n";
     }
-    out << "</div></section>\n<section id=\"run\"><h2>To run one</h2><p>The folder <code>code</code> beside this page "
-           "holds each exhibit as a whole program, with <a href=\"code/try.h\">try.h</a>, which reads these pictures "
-           "and writes <code>out.png</code>. With pxk and libpng installed:</p><pre tabindex=\"0\"><b>cd code\n"
-           "cc arith-add.c $(pkg-config --cflags --libs pxk libpng) -lm &amp;&amp; ./a.out</b></pre></section>\n";
+    out << "</div></section>\n";
+}
+
+// The programs read PNG files.
+static bool canRunPrograms()
+{
+    return std::string(pictureSuffix) == ".png";
+}
+
+static void writeHowToRun(std::ostream& out)
+{
+    out << R"(<section id="run"><h2>To run one</h2><p>The folder <code>code</code> beside this page holds each exhibit as a
+whole program, with <a href="code/try.h">try.h</a>, which reads these pictures and writes <code>out.png</code>. With pxk and
+libpng installed:</p><pre tabindex="0"><b>cd code
+cc arith-add.c $(pkg-config --cflags --libs pxk libpng) -lm &amp;&amp; ./a.out</b></pre></section>
+)";
 }
 
 static void writeNavigation(std::ostream& out, const Page& page)
 {
-    out << "<nav aria-label=\"Families\"><ul><li><a href=\"#start\">To start from</a></li>"
-           "<li><a href=\"#run\">To run one</a></li>";
+    out << "<nav aria-label=\"Families\"><ul><li><a href=\"#start\">To start from</a></li>";
+    if (canRunPrograms()) out << "<li><a href=\"#run\">To run one</a></li>";
     for (const Section& section : page.sections)
         out << "<li><a href=\"#" << section.family->name << "\"><span>" << section.cards.size() << "</span>"
             << escape(section.family->title) << "</a></li>";
@@ -281,6 +292,7 @@ bool writePage(const Page& page, const std::string& path)
     out << "<main>\n";
     writeHeader(out, page);
     writeStarts(out, page);
+    if (canRunPrograms()) writeHowToRun(out);
     for (const Section& section : page.sections) writeSection(out, page, section);
     out << "<footer>Written by <code>gallery</code>. The photographs that come with pxk are in the public domain or "
            "CC0; tests/photos/README.md names their sources.</footer></main></body></html>\n";

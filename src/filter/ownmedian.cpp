@@ -48,7 +48,11 @@ static void ownNetworkBand(const OwnBand& band, const OwnRank& rank, const T* lo
     }
 }
 
+#ifdef PXK_SANITIZED
+static constexpr int32_t ownMostInNetwork = 35; // compilers take minutes for more exchanges, each of them instrumented
+#else
 static constexpr int32_t ownMostInNetwork = 81;
+#endif
 static constexpr int32_t ownFewInNetwork = 25;
 
 // A network for every count up to ownFewInNetwork.
@@ -73,10 +77,12 @@ template <class T> static bool ownMedianByNetwork(const OwnBand& band, const Own
     std::fill(highest, highest + length, std::numeric_limits<T>::max());
     if (n <= 35) {
         ownNetworkBand<35, T>(band, rank, lowest, highest);
-    } else if (n <= 49) {
-        ownNetworkBand<49, T>(band, rank, lowest, highest);
-    } else {
-        ownNetworkBand<ownMostInNetwork, T>(band, rank, lowest, highest);
+    } else if constexpr (ownMostInNetwork > 35) {
+        if (n <= 49) {
+            ownNetworkBand<49, T>(band, rank, lowest, highest);
+        } else {
+            ownNetworkBand<ownMostInNetwork, T>(band, rank, lowest, highest);
+        }
     }
     return true;
 }

@@ -18,6 +18,7 @@ static void ownGatherThree(const uint8_t* from, const int32_t* offsets, uint8_t*
     constexpr size_t wideBytes = BYTES / 3 * 4;
     ptrdiff_t inside = n;
     while (inside > 0 && offsets[inside - 1] + BYTES > offsets[n - 1]) --inside;
+#pragma GCC unroll 8
     for (ptrdiff_t i = 0; i < inside; ++i) memcpy(to + i * BYTES, from + offsets[i], wideBytes);
     ownGatherExact<BYTES>(from, offsets + inside, to + inside * BYTES, n - inside);
 }

@@ -3,11 +3,6 @@
 // Images as sums of waves: transformed, changed wave by wave, transformed back.
 #include "exhibit.h"
 
-static float* floatAt(const PxkImage* image, int x, int y)
-{
-    return (float*)((char*)image->imageData + (ptrdiff_t)y * image->widthStep) + x;
-}
-
 // The frequency of element i of a packed line of n: 0, then real and imaginary parts in
 // turn, at the end n / 2.
 static int frequencyOf(int i, int n)

@@ -40,6 +40,12 @@ PxkImage* newImage(int nChannels, int depth, int width, int height);
 /* The same with a plane for each channel. */
 PxkImage* newPlanes(int nChannels, int depth, int width, int height);
 
+/* Sample (x, y) of an image of one channel and depth 32F. */
+static inline float* floatAt(const PxkImage* image, int x, int y)
+{
+    return (float*)((char*)image->imageData + (ptrdiff_t)y * image->widthStep) + x;
+}
+
 /* The code of the page. */
 void show(void);
 

@@ -3,11 +3,6 @@
 // Pixels ask for their place in the source; what no place belongs to stays as it is.
 #include "exhibit.h"
 
-static float* floatAt(const PxkImage* image, int x, int y)
-{
-    return (float*)((char*)image->imageData + (ptrdiff_t)y * image->widthStep) + x;
-}
-
 // Rotate
 // By 30 degrees round the middle, cubic; what the picture does not cover stays black.
 EXHIBIT(warp_rotate, PICTURE)

@@ -9,18 +9,6 @@
 
 namespace {
 
-bool isLess(double a, double b)
-{
-    return a < b;
-}
-bool isGreater(double a, double b)
-{
-    return a > b;
-}
-bool isEqual(double a, double b)
-{
-    return a == b;
-}
 bool isNear(double a, double b, double epsilon)
 {
     const volatile double difference = a - b; // no more digits than a double has
@@ -29,10 +17,8 @@ bool isNear(double a, double b, double epsilon)
 
 void beBits(PictureSpec& spec)
 {
-    spec.depth = PXK_DEPTH_1U;
-    spec.channels = 1;
-    spec.hasAlpha = false;
-    spec.roi.coi = spec.roi.coi != 0 ? 1 : 0;
+    spec = spec.ofDepth(PXK_DEPTH_1U).of(1).with(&PictureSpec::hasAlpha, false);
+    spec.roi.coi = std::min(spec.roi.coi, 1);
 }
 
 // Sources and a one-bit destination. Images of noise are seldom equal, so b takes over most pixels of a; where more
@@ -99,12 +85,15 @@ Operation comparison(std::string name, size_t sources, std::function<void(const 
     return op;
 }
 
-void add(const std::string& name, bool (*relation)(double, double), void (*images)(PxkImage*, PxkImage*, PxkImage*),
+void add(const std::string& name, const NumberRelation& relation, void (*images)(PxkImage*, PxkImage*, PxkImage*),
          void (*withValue)(PxkImage*, PxkImage*, int32_t), void (*withFloat)(PxkImage*, PxkImage*, float))
 {
     Operation op = comparison(
         name, 2, [=](const Arguments& a) { images(a[0], a[1], a[2]); },
         [=](const Scene& s, const Numbers&) { modelCompare(s[0], &s[1], s[2], relation); });
+    const auto withConstant = [=](const Scene& s, const Numbers& n) {
+        modelCompare(s[0], nullptr, s[1], relation, n[0]);
+    };
     addOperation(op);
     op.name += "_inPlace";
     op.axes.depths = { PXK_DEPTH_1U };
@@ -114,15 +103,13 @@ void add(const std::string& name, bool (*relation)(double, double), void (*image
     addOperation(op);
 
     op = comparison(
-        name + "S", 1, [=](const Arguments& a) { withValue(a[0], a[1], a.integer(0)); },
-        [=](const Scene& s, const Numbers& n) { modelCompare(s[0], nullptr, s[1], relation, n[0]); });
+        name + "S", 1, [=](const Arguments& a) { withValue(a[0], a[1], a.integer(0)); }, withConstant);
     op.axes.depths.pop_back();
     op.numbers = anyInteger;
     addOperation(op);
 
     op = comparison(
-        name + "SFP", 1, [=](const Arguments& a) { withFloat(a[0], a[1], a.real(0)); },
-        [=](const Scene& s, const Numbers& n) { modelCompare(s[0], nullptr, s[1], relation, n[0]); });
+        name + "SFP", 1, [=](const Arguments& a) { withFloat(a[0], a[1], a.real(0)); }, withConstant);
     op.axes.depths = { PXK_DEPTH_32F };
     op.axes.count = 600;
     op.numbers = anyFloat;
@@ -141,9 +128,9 @@ void add(const std::string& name, bool (*relation)(double, double), void (*image
 }
 
 const Rows rows([] {
-    add("pxkLess", isLess, pxkLess, pxkLessS, pxkLessSFP);
-    add("pxkGreater", isGreater, pxkGreater, pxkGreaterS, pxkGreaterSFP);
-    add("pxkEqual", isEqual, pxkEqual, pxkEqualS, pxkEqualSFP);
+    add("pxkLess", std::less<>(), pxkLess, pxkLessS, pxkLessSFP);
+    add("pxkGreater", std::greater<>(), pxkGreater, pxkGreaterS, pxkGreaterSFP);
+    add("pxkEqual", std::equal_to<>(), pxkEqual, pxkEqualS, pxkEqualSFP);
 
     Operation near = comparison(
         "pxkEqualFPEps", 2, [](const Arguments& a) { pxkEqualFPEps(a[0], a[1], a[2], a.real(1)); },

@@ -18,9 +18,7 @@ void add(const char* name, Dyadic kind, void (*function)(PxkImage*, PxkImage*, P
     op.axes.count = 4000;
     op.axes.seed = 1 + uint64_t(kind);
     if (needsOneOrder) {
-        op.nullImage = [name, other = op.nullImage](size_t k) {
-            return k == 0 ? Ending({ { PXK_StsBadArg, name, "srcImageA==0" } }) : other(k);
-        };
+        op.nullImage = tells({ { PXK_StsBadArg, "srcImageA==0" }, { PXK_StsNullHeader, "Incorrect Image" } });
     }
     addOperation(op);
     addRefusals(name,

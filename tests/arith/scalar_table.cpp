@@ -40,7 +40,7 @@ Operation operationOf(const std::string& name, Scalar kind, const Call& call, bo
         name, { "srcImage", "dstImage" }, [=](const Arguments& a) { call(a[0], a[1], a.numbers[0]); },
         [=](const Scene& s, const Numbers& n) { modelScalar(kind, s[0], s[1], n[0]); });
     const bool isFloat = name.find("FP") != std::string::npos;
-    if (kind == Scalar::NOT) op.setFunc("pxkXorS");
+    if (kind == Scalar::NOT) op.func = "pxkXorS";
     op.trials = trials;
     op.numbers = isFloat ? anyFloat : anyInteger;
     if (isFloat) {
@@ -52,33 +52,21 @@ Operation operationOf(const std::string& name, Scalar kind, const Call& call, bo
     op.axes.places = { InPlace::NO, InPlace::NO, InPlace::FIRST };
     op.axes.count = 1200;
     op.axes.seed = 11 + uint64_t(kind);
-    if (isNullOwn) {
-        op.nullImage = [func = op.func, other = op.nullImage](size_t k) {
-            return k == 0 ? Ending({ { PXK_StsBadArg, func, "srcImage==0" } }) : other(k);
-        };
-    }
+    if (isNullOwn) op.nullImage = tells({ { PXK_StsBadArg, "srcImage==0" }, { PXK_StsNullHeader, "Incorrect Image" } });
     return op;
-}
-
-PictureSpec planesOf(int32_t depth)
-{
-    PictureSpec spec = RGB_PLANES;
-    spec.depth = depth;
-    return spec;
 }
 
 void add(const std::string& name, Scalar kind, const Call& call, bool isNullOwn, const std::vector<Trial>& trials = {})
 {
     const Operation op = operationOf(name, kind, call, isNullOwn, trials);
     addOperation(op);
-    const PictureSpec gray = op.axes.depths[0] == PXK_DEPTH_32F ? FLOATS : GRAY;
-    PictureSpec rgb = RGB;
-    rgb.depth = gray.depth;
+    const PictureSpec gray = GRAY.ofDepth(op.plainDepth()), rgb = gray.of(3),
+                      planes = rgb.ordered(PXK_DATA_ORDER_PLANE);
     const char *const channels = "(nChSrc != nChDst)", *const orders = "(srcImage->dataOrder != dstImage->dataOrder)";
     const bool hasOrder = op.func != "pxkSubtractS";
     addRefusals(name,
-                { { "(srcImage->depth != dstImage->depth)", { gray, planesOf(PXK_DEPTH_32S) }, { 3 } },
-                  { hasOrder ? orders : channels, { gray, planesOf(gray.depth) }, { 3 } },
+                { { "(srcImage->depth != dstImage->depth)", { gray, planes.ofDepth(PXK_DEPTH_32S) }, { 3 } },
+                  { hasOrder ? orders : channels, { gray, planes }, { 3 } },
                   { channels, { gray, rgb }, { 3 } } });
     if (kind < Scalar::AND || kind > Scalar::SHIFT_RIGHT) return;
     for (const double constant : { 0.0, 3.0, 32.0, -1.0 }) {
@@ -135,21 +123,16 @@ const Rows rows([] {
     magnitude.axes.depths = { PXK_DEPTH_8S, PXK_DEPTH_16S, PXK_DEPTH_32S, PXK_DEPTH_32F };
     magnitude.axes.channels = { Channels::ONE, Channels::THREE, Channels::ALPHA, Channels::COI };
     magnitude.stale = Stale::STOPS;
-    magnitude.nullImage = [](size_t k) {
-        return Ending({ { PXK_StsBadArg, "pxkAbs", k == 0 ? "srcImage==0" : "dstImage==0" } });
-    };
-    magnitude.refusedTile = [](const std::string& func, size_t k, const Scene&) {
-        if (k == 1) return tileText(func, "dstImage", "((void*)(0))");
-        return Ending({ { PXK_StsBadArg, func, "(srcImage->tileInfo->tileData != ((void*)(0)))" } });
-    };
+    magnitude.nullImage = tells({ { PXK_StsBadArg, "srcImage==0" }, { PXK_StsBadArg, "dstImage==0" } });
+    magnitude.refusedTile = tells({ { PXK_StsBadArg, "(srcImage->tileInfo->tileData != ((void*)(0)))" },
+                                    { PXK_StsBadArg, "(dstImage->tileInfo->tileData == ((void*)(0)))" } });
     addOperation(magnitude);
-    PictureSpec oneOfThree = RGB_8S;
-    oneOfThree.region(0, 0, 9, 4, 2);
-    addRefusals("pxkAbs",
-                { { "(srcImage->depth != dstImage->depth)", { GRAY_8S, RGB_PLANES }, { 0 } },
-                  { "(srcImage->dataOrder != dstImage->dataOrder)", { GRAY_8S, planesOf(PXK_DEPTH_8S) }, { 0 } },
-                  { "(nChSrcCoi != nChDstCoi)", { GRAY_8S, RGB_8S }, { 0 } },
-                  { "(srcImage->nChannels != dstImage->nChannels)", { oneOfThree, GRAY_8S }, { 0 } } });
+    addRefusals(
+        "pxkAbs",
+        { { "(srcImage->depth != dstImage->depth)", { GRAY_8S, RGB_PLANES }, { 0 } },
+          { "(srcImage->dataOrder != dstImage->dataOrder)", { GRAY_8S, RGB_PLANES.ofDepth(PXK_DEPTH_8S) }, { 0 } },
+          { "(nChSrcCoi != nChDstCoi)", { GRAY_8S, RGB_8S }, { 0 } },
+          { "(srcImage->nChannels != dstImage->nChannels)", { RGB_8S.region(0, 0, 9, 4, 2), GRAY_8S }, { 0 } } });
 });
 
 } // namespace

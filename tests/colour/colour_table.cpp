@@ -22,9 +22,7 @@ template <class Call, class Model> Operation colourOperation(const std::string& 
     op.axes.masks = { 0 };
     op.axes.count = 400;
     op.hasRegions = op.hasMasks = false;
-    op.refusedTile = [](const std::string& func, size_t image, const Scene&) {
-        return tileText(func, image == 0 ? "src" : "dst", "NULL");
-    };
+    op.refusedTile = tellsNullTile(op.images, "NULL");
     return op;
 }
 
@@ -118,10 +116,8 @@ const Rows rows([] {
         twist.axes.count = 2000;
         twist.hasRegions = twist.hasMasks = true;
         twist.tolerance = { 1e-4, 1e-5 };
-        twist.refusedTile = [](const std::string& func, size_t image, const Scene&) {
-            return tileText(func, image == 0 ? "srcImage" : "dstImage", "NULL");
-        };
-        twist.noMemory = [](const std::string& func) { return Ending({ { -5, func, "(msk == NULL)" } }); };
+        twist.refusedTile = tellsNullTile({ "srcImage", "dstImage" }, "NULL");
+        twist.noMemory = tells(-5, "(msk == NULL)");
         twist.scene = [=](const Case& c) {
             const Scene s = makeScene(c, 2, [](PictureSpec& spec, size_t) {
                 if (spec.channels < 3) spec.channels = 3;
@@ -138,7 +134,7 @@ const Rows rows([] {
 // Two images with words; `spoil` breaks a rule.
 Refusal refusal(
     const char* text, const PictureSpec& src, const PictureSpec& dst, const char* srcWord, const char* dstWord,
-    const std::function<void(const Scene&)>& spoil = [](const Scene&) {})
+    const Spoil& spoil = [](const Scene&) {})
 {
     const auto prepare = [=](const Scene& s) {
         setWords(s[0], srcWord, srcWord);
@@ -146,13 +142,6 @@ Refusal refusal(
         spoil(s);
     };
     return { text, { src, dst }, { 0, 0, 0 }, prepare };
-}
-
-const PictureSpec colourFloats(PXK_DEPTH_32F, 9, 4, 3);
-
-void turnSource(const Scene& s)
-{
-    s[0].header.origin = 1;
 }
 
 const Rows conversionRefusals([] {
@@ -174,11 +163,10 @@ const Rows conversionRefusals([] {
           refusal("src1->depth != src2->depth", RGB, GRAY_16U, "RGB", "YUV"), refusal(unlike, GRAY, RGB, "RGB", "YUV"),
           refusal(unlike, RGB, RGBA, "RGB", "YUV"),
           refusal(unlike, RGB, RGB_PLANES, "BGR", "YUV", wordOf(0, "RGB", "BGR")),
-          refusal(unlike, RGB_8S, RGB_8S, "RGB", "YUV", turnSource),
+          refusal(unlike, RGB_8S, RGB_8S, "RGB", "YUV", turned(0)),
           refusal("Error input depth. 32F, 32S ,16U,8U are valid now", RGB_8S, RGB_8S, "RGB", "YUV") });
-    addRefusals(
-        "pxkRGB2HSV",
-        { refusal(unlike, RGB, RGB_16U, "RGB", "HSV"), refusal(depths, colourFloats, colourFloats, "RGB", "HSV") });
+    addRefusals("pxkRGB2HSV",
+                { refusal(unlike, RGB, RGB_16U, "RGB", "HSV"), refusal(depths, RGB_32F, RGB_32F, "RGB", "HSV") });
     addRefusals("pxkRGB2LUV", { refusal("Error input depth. 32F is valid now", RGB, RGB, "RGB", "LUV") });
     addRefusals(
         "pxkYCrCb2RGB",
@@ -190,16 +178,16 @@ const Rows conversionRefusals([] {
                 { refusal("colorModel must be GRAY instead of gray ", GRAY, RGB, "RGB", "gray"),
                   refusal("channelSeq must be G instead of Y ", GRAY, RGB, "RGB", "Y", wordOf(1, "GRAY", "Y")),
                   refusal("(dst-> dataOrder == PXK_DATA_ORDER_PIXEL) && (dst-> nChannels != 1)", GRAY, RGB, "RGB",
-                          "GRAY", turnSource),
-                  refusal("src->origin != dst->origin", GRAY, GRAY_8S, "RGB", "GRAY", turnSource),
+                          "GRAY", turned(0)),
+                  refusal("src->origin != dst->origin", GRAY, GRAY_8S, "RGB", "GRAY", turned(0)),
                   refusal("(src->nChannels < 3 )", GRAY, GRAY_8S, "RGB", "GRAY"),
                   refusal("Error in-out depth. 32S,16U,8U=> 16U,8U,1U are valid now", RGB, GRAY_32S, "RGB", "GRAY") });
     addRefusals("pxkGrayToColor",
                 { refusal("src-> depth != dst-> depth && src-> depth != 1U", RGB_16U, RGB, "GRAY", "RGB"),
                   refusal("src-> depth == dst-> depth && dst-> depth != 8U", BITONAL, GRAY_16U, "GRAY", "RGB"),
                   refusal("(src-> dataOrder == PXK_DATA_ORDER_PIXEL) && (src-> nChannels != 1)", RGB, RGB, "GRAY",
-                          "RGB", turnSource),
-                  refusal("(src->origin != dst->origin)", GRAY_8S, GRAY_8S, "GRAY", "RGB", turnSource),
+                          "RGB", turned(0)),
+                  refusal("(src->origin != dst->origin)", GRAY_8S, GRAY_8S, "GRAY", "RGB", turned(0)),
                   refusal("(dst->nChannels < 3 )", GRAY_8S, GRAY_8S, "GRAY", "RGB"),
                   refusal(depths, GRAY_8S, RGB_8S, "GRAY", "RGB") });
 });
@@ -214,23 +202,22 @@ const Rows twistRefusals([] {
         for (const PicturePtr& image : s.images) image->mask->header.origin = 1;
     };
     for (const bool isFloat : { false, true }) {
-        const PictureSpec three = isFloat ? colourFloats : RGB, one = isFloat ? FLOATS : GRAY;
+        const PictureSpec three = isFloat ? RGB_32F : RGB, one = isFloat ? FLOATS : GRAY;
         addRefusals(
             isFloat ? "pxkColorTwistFP" : "pxkApplyColorTwist",
             { { "(srcImage->nChannels < 3)", { one, one }, n },
               { "((srcImage->alphaChannel != 0) && (srcImage->nChannels < 4))", { three, one }, n, alpha(0, 3) },
               { "(dstImage->nChannels < 3)", { three, one }, n },
               { "((dstImage->alphaChannel != 0) && (dstImage->nChannels < 4))", { three, three }, n, alpha(1, 3) },
-              { "(srcImage->origin != dstImage->origin)", { three, three }, n, turnSource } });
+              { "(srcImage->origin != dstImage->origin)", { three, three }, n, turned(0) } });
     }
     addRefusals("pxkApplyColorTwist",
                 { { "(srcImage->depth != dstImage->depth)", { RGB_8S, RGB_PLANES }, n },
-                  { "((srcImage->depth != 8) && (srcImage->depth != 16))", { RGB_8S, RGB_8S }, n, turnSource },
-                  { "(srcImage->dataOrder != dstImage->dataOrder)", { RGB, RGB_PLANES }, n, turnSource },
+                  { "((srcImage->depth != 8) && (srcImage->depth != 16))", { RGB_8S, RGB_8S }, n, turned(0) },
+                  { "(srcImage->dataOrder != dstImage->dataOrder)", { RGB, RGB_PLANES }, n, turned(0) },
                   { "(srcImage->origin != srcImage->maskROI->origin)", { RGB, RGB }, n, turnMasks } });
-    addRefusals(
-        "pxkColorTwistFP",
-        { { "((srcImage->depth != 32)|| (dstImage->depth != 32))", { colourFloats, RGB_PLANES }, n, turnSource } });
+    addRefusals("pxkColorTwistFP",
+                { { "((srcImage->depth != 32)|| (dstImage->depth != 32))", { RGB_32F, RGB_PLANES }, n, turned(0) } });
 
     static const int32_t data[16] = {};
     static PxkColorTwist record;

@@ -35,7 +35,7 @@ Scene reductionScene(const Case& c)
         specs[k].align = random.oneOf({ 4, 8, 32 });
         if ((c.tiling >> k & 1) != 0) {
             const int32_t tileWidth = 8 * random.between(1, 9);
-            specs[k].tiled(tileWidth, 8 * random.between(1, 3));
+            specs[k] = specs[k].tiled(tileWidth, 8 * random.between(1, 3));
         }
         scene.images.push_back(Picture::make(specs[k], random));
     }
@@ -49,7 +49,7 @@ Scene reductionScene(const Case& c)
     const bool isGray = channels == 1;
     const char* const seq = isGray ? random.oneOf({ "G", "GRAY", "Gx" }) : random.oneOf({ "RGB", "BGR" });
     setWords(scene[0], isGray ? random.oneOf({ "Gray", "GRAY" }) : "RGB", seq);
-    scene[1].setMask(Picture::make(PictureSpec(PXK_DEPTH_1U, 5, 3), c.seed)); // which does not count
+    scene[1].setMask(Picture::make({ PXK_DEPTH_1U, 5, 3 }, c.seed)); // which does not count
     return scene;
 }
 
@@ -66,17 +66,35 @@ Numbers anyReduction(const Case& c, const Scene& s, Random& random)
     return { double(jitter), double(dither), double(bits), double(random.below(1000)) };
 }
 
+// With tiles there is an image to hold them, too.
+Ending diffusionWithoutMemory(const std::string& kind, size_t, const Scene& s)
+{
+    if (s[0].isTiled() || s[1].isTiled()) {
+        const char* const text = "no memory for error propagation dithering errors array";
+        return Ending({ { PXK_StsNoMem, "pxkReduceBits", text } });
+    }
+    const int32_t at = s[1].spec.depth == PXK_DEPTH_1U ? s[0].spec.depth : s[1].spec.depth; // where errors are spread
+    const std::string depth = at == PXK_DEPTH_8U ? "c" : "w", gray = s[0].spec.channels == 1 ? "Gray_" : "";
+    return Ending({ { PXK_StsNoMem, "own" + depth + "bDither_" + gray + kind, "no memory for errr array" } });
+}
+
 // Wrong arguments: depths, noise and dithering, words of the source, and what is spoilt besides.
-struct Refused {
-    const char* func;
-    const char* text;
-    Pair depths;
-    int32_t jitterType, ditherType;
-    const char *colorModel, *channelSeq;
-    bool isTiled = false;
-    std::function<void(Picture&, Picture&)> spoil = [](Picture&, Picture&) {};
-    int32_t status = PXK_StsBadArg;
-};
+Refusal refused(const char* func, const char* text, Pair depths, int32_t jitterType, int32_t ditherType,
+                const char* colorModel, const char* channelSeq, bool isTiled = false, const Spoil& spoil = {},
+                int32_t status = PXK_StsBadArg)
+{
+    const PictureSpec src = { depths.from, 16, 8 }, dst = src.ofDepth(depths.to);
+    const auto prepare = [=](const Scene& s) {
+        setWords(s[0], colorModel, channelSeq);
+        if (spoil) spoil(s);
+    };
+    return { text,
+             { src, isTiled ? dst.tiled(8, 8) : dst },
+             { double(jitterType), double(ditherType), 4, 1 },
+             prepare,
+             status,
+             func };
+}
 
 const char *const reduceBits = "pxkReduceBits", *const stage = "ownReduceBits", *const jitterRect = "ownjitter_rect";
 const char *const dither = "own_dither_rect", *const tiledDither = "own_dither_tiled_errprop";
@@ -96,32 +114,27 @@ const char* const textShape =
     "(src->nChannels != dst->nChannels)||(src->dataOrder != dst->dataOrder)||(src->origin != dst->origin)";
 
 const Pair plain = { PXK_DEPTH_8U, PXK_DEPTH_8U }, toBits = { PXK_DEPTH_8U, PXK_DEPTH_1U };
-const auto badHeader = [](Picture& p) { p.header.align = 3; };
-const auto region = [](Picture& p) { p.setRegion(0, 0, 4, 4); };
+const auto badHeader = [](size_t k) { return [k](const Scene& s) { s[k].header.align = 3; }; };
+const auto region = [](size_t k) { return [k](const Scene& s) { s[k].setRegion(0, 0, 4, 4); }; };
+const auto both = [](const Spoil& first, const Spoil& second) { return [=](const Scene& s) { first(s), second(s); }; };
 
 // Each row but the last breaks the later rules, too, as far as it can.
-const Refused argumentRows[] = {
-    { reduceBits, textType, toBits, 9, 2, "CMY", "C", false, [](Picture& s, Picture&) { badHeader(s); } },
-    { reduceBits, textType, toBits, -1, 2, "CMY", "C" },
-    { reduceBits, textHeader, toBits, 1, 2, "CMY", "C", false,
-      [](Picture& s, Picture& d) { badHeader(s), d.header.width = 0, region(d); }, PXK_StsBadAlign },
-    { reduceBits, textHeader, toBits, 1, 2, "CMY", "C", false, [](Picture& s, Picture& d) { badHeader(d), region(s); },
-      PXK_StsBadAlign },
-    { reduceBits, textRegion, toBits, 1, 2, "CMY", "C", false,
-      [](Picture& s, Picture& d) { region(s), s.header.origin = 1 - d.header.origin; } },
-    { reduceBits, textRegion, toBits, 1, 2, "CMY", "C", false, [](Picture&, Picture& d) { region(d); } },
-    { reduceBits, textShape, toBits, 1, 2, "CMY", "C", false,
-      [](Picture& s, Picture& d) { s.header.origin = 1 - d.header.origin; } },
-    { reduceBits, textShape, toBits, 1, 2, "CMY", "C", false,
-      [](Picture& s, Picture&) { s.header.dataOrder = PXK_DATA_ORDER_PLANE; } },
-    { reduceBits, textShape, plain, 1, 1, "CMY", "C", false,
-      [](Picture& s, Picture&) { s.header.nChannels = 2, s.header.width = 8; } },
-    { reduceBits, textJitter, toBits, 1, 2, "CMY", "C" },
-    { reduceBits, textModel, plain, 0, 2, "RGB", "RGBA" },
-    { reduceBits, textModel, plain, 0, 3, "RGBA", "RGB" },
-    { reduceBits, textModel, plain, 0, 16, "RGB", "G" },
-    { reduceBits, textModel, plain, 0, 2, "gray", "G" },
-    { reduceBits, textModel, plain, 1, 2, "GRAY", "Y" },
+const std::vector<Refusal> argumentRows = {
+    refused(reduceBits, textType, toBits, 9, 2, "CMY", "C", false, badHeader(0)),
+    refused(reduceBits, textType, toBits, -1, 2, "CMY", "C"),
+    refused(reduceBits, textHeader, toBits, 1, 2, "CMY", "C", false, both(badHeader(0), region(1)), PXK_StsBadAlign),
+    refused(reduceBits, textHeader, toBits, 1, 2, "CMY", "C", false, both(badHeader(1), region(0)), PXK_StsBadAlign),
+    refused(reduceBits, textRegion, toBits, 1, 2, "CMY", "C", false, both(region(0), turned(0))),
+    refused(reduceBits, textRegion, toBits, 1, 2, "CMY", "C", false, region(1)),
+    refused(reduceBits, textShape, toBits, 1, 2, "CMY", "C", false, turned(0)),
+    refused(reduceBits, textShape, toBits, 1, 2, "CMY", "C", false, [](const Scene& s) { s[0].header.dataOrder = 1; }),
+    refused(reduceBits, textShape, plain, 1, 1, "CMY", "C", false, [](const Scene& s) { s[0].header.nChannels = 2; }),
+    refused(reduceBits, textJitter, toBits, 1, 2, "CMY", "C"),
+    refused(reduceBits, textModel, plain, 0, 2, "RGB", "RGBA"),
+    refused(reduceBits, textModel, plain, 0, 3, "RGBA", "RGB"),
+    refused(reduceBits, textModel, plain, 0, 16, "RGB", "G"),
+    refused(reduceBits, textModel, plain, 0, 2, "gray", "G"),
+    refused(reduceBits, textModel, plain, 1, 2, "GRAY", "Y"),
 };
 
 const char* const text32S = "Error output depth. 32S to 16U,8U,1U conversion is valid now";
@@ -131,45 +144,28 @@ const char* const textInput = "Error input depth. 32S,16U,8U input is valid now"
 const char* const textGray =
     "Error output depth for gray image dithering. Valid depths are :32S=>16U,8U; 16U => 8U,1U; 8U => 1U";
 
-const Refused stageRows[] = {
-    { stage, text32S, { PXK_DEPTH_32S, PXK_DEPTH_32S }, 0, 1, "CMY", "C" },
-    { stage, text32S, { PXK_DEPTH_32S, PXK_DEPTH_32F }, 0, 2, "GRAY", "G" },
-    { stage, text16U, { PXK_DEPTH_16U, PXK_DEPTH_16S }, 0, 1, "CMY", "C" },
-    { stage, text8U, { PXK_DEPTH_8U, PXK_DEPTH_16U }, 0, 16, "GRAY", "G" },
-    { stage, text8U, { PXK_DEPTH_8U, PXK_DEPTH_8S }, 0, 1, "CMY", "C", true },
-    { stage, textInput, { PXK_DEPTH_8S, PXK_DEPTH_8U }, 0, 2, "RGB", "RGB" },
-    { stage, textInput, { PXK_DEPTH_1U, PXK_DEPTH_1U }, 0, 1, "CMY", "C" },
-    { stage, textInput, { PXK_DEPTH_16S, PXK_DEPTH_8U }, 0, 4, "RGB", "RGB", true },
-    { jitterRect, textJitter32S, { PXK_DEPTH_32S, PXK_DEPTH_8S }, 8, 1, "CMY", "C" },
-    { jitterRect, textJitter16U, { PXK_DEPTH_16U, PXK_DEPTH_32S }, 1, 16, "RGB", "BGR" },
-    { jitterRect, text8U, { PXK_DEPTH_8U, PXK_DEPTH_16U }, 1, 1, "CMY", "C" },
-    { jitterRect, textJitter8U, { PXK_DEPTH_32F, PXK_DEPTH_8U }, 1, 1, "CMY", "C" },
-    { dither, textColour, { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 2, "RGB", "RGB" },
-    { dither, textColour, { PXK_DEPTH_16U, PXK_DEPTH_1U }, 0, 16, "RGB", "RGB", true },
-    { dither, textGray, { PXK_DEPTH_32S, PXK_DEPTH_1U }, 0, 2, "GRAY", "G" },
-    { dither, textGray, { PXK_DEPTH_8S, PXK_DEPTH_1U }, 0, 3, "Gray", "GRAY", true },
-    { dither, "Erroneous dither option", { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 3, "GRAY", "G" },
-    { dither, "Erroneous dither option", { PXK_DEPTH_16U, PXK_DEPTH_8U }, 2, 0, "RGB", "RGB", true },
-    { tiledDither, textColour, { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 4, "RGB", "RGB", true },
-    { tiledDither, textTiledGray, { PXK_DEPTH_32S, PXK_DEPTH_32S }, 0, 8, "GRAY", "G", true },
+const std::vector<Refusal> stageRows = {
+    refused(stage, text32S, { PXK_DEPTH_32S, PXK_DEPTH_32S }, 0, 1, "CMY", "C"),
+    refused(stage, text32S, { PXK_DEPTH_32S, PXK_DEPTH_32F }, 0, 2, "GRAY", "G"),
+    refused(stage, text16U, { PXK_DEPTH_16U, PXK_DEPTH_16S }, 0, 1, "CMY", "C"),
+    refused(stage, text8U, { PXK_DEPTH_8U, PXK_DEPTH_16U }, 0, 16, "GRAY", "G"),
+    refused(stage, text8U, { PXK_DEPTH_8U, PXK_DEPTH_8S }, 0, 1, "CMY", "C", true),
+    refused(stage, textInput, { PXK_DEPTH_8S, PXK_DEPTH_8U }, 0, 2, "RGB", "RGB"),
+    refused(stage, textInput, { PXK_DEPTH_1U, PXK_DEPTH_1U }, 0, 1, "CMY", "C"),
+    refused(stage, textInput, { PXK_DEPTH_16S, PXK_DEPTH_8U }, 0, 4, "RGB", "RGB", true),
+    refused(jitterRect, textJitter32S, { PXK_DEPTH_32S, PXK_DEPTH_8S }, 8, 1, "CMY", "C"),
+    refused(jitterRect, textJitter16U, { PXK_DEPTH_16U, PXK_DEPTH_32S }, 1, 16, "RGB", "BGR"),
+    refused(jitterRect, text8U, { PXK_DEPTH_8U, PXK_DEPTH_16U }, 1, 1, "CMY", "C"),
+    refused(jitterRect, textJitter8U, { PXK_DEPTH_32F, PXK_DEPTH_8U }, 1, 1, "CMY", "C"),
+    refused(dither, textColour, { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 2, "RGB", "RGB"),
+    refused(dither, textColour, { PXK_DEPTH_16U, PXK_DEPTH_1U }, 0, 16, "RGB", "RGB", true),
+    refused(dither, textGray, { PXK_DEPTH_32S, PXK_DEPTH_1U }, 0, 2, "GRAY", "G"),
+    refused(dither, textGray, { PXK_DEPTH_8S, PXK_DEPTH_1U }, 0, 3, "Gray", "GRAY", true),
+    refused(dither, "Erroneous dither option", { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 3, "GRAY", "G"),
+    refused(dither, "Erroneous dither option", { PXK_DEPTH_16U, PXK_DEPTH_8U }, 2, 0, "RGB", "RGB", true),
+    refused(tiledDither, textColour, { PXK_DEPTH_8U, PXK_DEPTH_1U }, 0, 4, "RGB", "RGB", true),
+    refused(tiledDither, textTiledGray, { PXK_DEPTH_32S, PXK_DEPTH_32S }, 0, 8, "GRAY", "G", true),
 };
-
-void addRefused(const Refused& row)
-{
-    PictureSpec dst(row.depths.to, 16, 8);
-    if (row.isTiled) dst.tiled(8, 8);
-    const auto spoil = [row](const Scene& s) {
-        setWords(s[0], row.colorModel, row.channelSeq);
-        row.spoil(s[0], s[1]);
-    };
-    addRefusals("pxkReduceBits",
-                { { row.text,
-                    { PictureSpec(row.depths.from, 16, 8), dst },
-                    { double(row.jitterType), double(row.ditherType), 4, 1 },
-                    spoil,
-                    row.status,
-                    row.func } });
-}
 
 const Rows rows([] {
     Operation op(
@@ -189,13 +185,18 @@ const Rows rows([] {
     op.axes.tilings = { 0, 1, 2, ALL_IMAGES };
     op.axes.count = 3000;
     op.isPointwise = op.hasRegions = op.hasMasks = false;
-    op.refusedTile = [](const std::string& func, size_t k, const Scene&) {
-        return tileText(func, k == 0 ? "src" : "dst", "NULL");
+    for (const int32_t depth : { PXK_DEPTH_8U, PXK_DEPTH_16U }) {
+        for (const int32_t kind : { PXK_DITHER_FS, PXK_DITHER_JJN, PXK_DITHER_STUCKI, PXK_DITHER_BAYER }) {
+            op.trials.push_back({ depth, { 0, double(kind), 4, 1 }, kind == PXK_DITHER_FS ? "Floyd_PX" : "S_J_PX" });
+        }
+    }
+    op.refusedTile = [](const std::string&, size_t image, const Scene& s) {
+        return tellsNullTile({ "src", "dst" }, "NULL")("pxkReduceBits", image, s);
     };
-    op.noMemory = nullptr; // reduce_memory_inner_test.cpp
+    op.noMemory = diffusionWithoutMemory;
     addOperation(op);
     // Diffusion holds the whole picture, however it is tiled.
-    const PictureSpec tiles = PictureSpec(PXK_DEPTH_8U, 16, 8).tiled(8, 8);
+    const PictureSpec tiles = PictureSpec { PXK_DEPTH_8U, 16, 8 }.tiled(8, 8);
     addRefusals("pxkReduceBits",
                 { { "no memory for error propagation dithering errors array",
                     { tiles, tiles },
@@ -205,8 +206,8 @@ const Rows rows([] {
                         for (const PicturePtr& p : s.images) p->header.width = p->header.height = 1 << 20;
                     },
                     PXK_StsNoMem } });
-    for (const Refused& row : argumentRows) addRefused(row);
-    for (const Refused& row : stageRows) addRefused(row);
+    addRefusals("pxkReduceBits", argumentRows);
+    addRefusals("pxkReduceBits", stageRows);
 });
 
 } // namespace

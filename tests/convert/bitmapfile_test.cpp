@@ -31,19 +31,15 @@ Bitmap rampBitmap(int32_t bits, uint32_t colors, Random& random)
     return bitmap;
 }
 
-// Blue, green and red of a pixel of the image that was read.
-uint32_t colorOf(const PxkImage& image, int32_t x, int32_t y)
+// The colours of what was read are those of `want`.
+template <class F> void expectColors(const BitmapFile& file, const F& want)
 {
-    const uint8_t* const row =
-        static_cast<const uint8_t*>(image.imageData) + (image.origin == 0 ? y : image.height - 1 - y) * image.widthStep;
-    if (image.depth == PXK_DEPTH_1U) return (row[x / 8] >> (7 - x % 8) & 1) != 0 ? 0xFFFFFF : 0;
-    const ptrdiff_t plane = static_cast<ptrdiff_t>(image.widthStep) * image.height;
-    const bool isPacked = image.dataOrder == PXK_DATA_ORDER_PIXEL;
-    const auto byte = [&](int32_t k) -> uint32_t {
-        const int32_t c = image.nChannels == 1 ? 0 : k;
-        return isPacked ? row[x * image.nChannels + c] : row[c * plane + x];
-    };
-    return byte(0) | byte(1) << 8 | byte(2) << 16;
+    const PicturePtr got = Picture::of(*file.image);
+    for (int32_t i = 0; i < got->spec.width * got->spec.height; ++i) {
+        const int32_t x = i % got->spec.width, y = i / got->spec.width;
+        const model::Color a = want(x, y), b = model::colorInImage(*got, x, y);
+        EXPECT_TRUE(a.blue == b.blue && a.green == b.green && a.red == b.red) << x << ", " << y;
+    }
 }
 
 } // namespace
@@ -64,11 +60,7 @@ TEST(BitmapFile, readsWhatIsInTheFile)
                      + std::to_string(colors));
         BitmapFile file;
         ASSERT_EQ(readBitmapBytes(&file, bytes.data(), bytes.size()), nullptr);
-        for (int32_t i = 0; i < 11 * 3; ++i) {
-            const model::Color c = model::colorInDib(bitmap, i % 11, i / 11);
-            const uint32_t want = static_cast<uint32_t>(c.blue | c.green << 8 | c.red << 16);
-            EXPECT_EQ(colorOf(*file.image, i % 11, i / 11), want);
-        }
+        expectColors(file, [&](int32_t x, int32_t y) { return model::colorInDib(bitmap, x, y); });
         releaseBitmap(&file);
         expectNoReports();
     }
@@ -100,11 +92,7 @@ TEST(BitmapFile, readsHeadersOfAllSizes)
             file[10] = static_cast<uint8_t>(14 + head.size()), file[11] = static_cast<uint8_t>((14 + head.size()) >> 8);
             BitmapFile opened;
             ASSERT_STREQ(readBitmapBytes(&opened, file.data(), file.size()), nullptr);
-            for (int32_t i = 0; i < 11 * 3; ++i) {
-                const model::Color c = model::colorInDib(bitmap, i % 11, i / 11);
-                EXPECT_EQ(colorOf(*opened.image, i % 11, i / 11),
-                          static_cast<uint32_t>(c.blue | c.green << 8 | c.red << 16));
-            }
+            expectColors(opened, [&](int32_t x, int32_t y) { return model::colorInDib(bitmap, x, y); });
             releaseBitmap(&opened);
         }
     expectNoReports();
@@ -116,28 +104,35 @@ TEST(BitmapFile, refusesWhatIsNotInTheFile)
     Random random(1);
     const Bitmap bitmap = rampBitmap(8, 0, random);
     const std::vector<uint8_t> good = fileOf(bitmap, 0);
-    const auto why = [&](size_t at, int32_t value, int32_t bytes, size_t length = 0) {
-        std::vector<uint8_t> file = good;
-        memcpy(&file[at], &value, bytes);
-        BitmapFile opened;
-        const char* const text = readBitmapBytes(&opened, file.data(), length != 0 ? length : file.size());
-        if (text == nullptr) releaseBitmap(&opened);
-        return std::string(text != nullptr ? text : "");
+    const struct {
+        const char* text;
+        size_t at;
+        int32_t value, bytes;
+        size_t length = 0;
+    } rows[] = {
+        { "", 0, 'B', 1 },
+        { "not a bitmap file", 0, 'C', 1 },
+        { "too short for a bitmap file", 0, 'B', 1, 53 },
+        { "the bits end behind the end of the file", 0, 'B', 1, good.size() - 1 },
+        { "the bits begin inside the table", 10, 54 + 1023, 4 },
+        { "the bits begin behind the end of the file", 10, -1, 4 },
+        { "the bits begin inside the table", 14, 108, 4 },
+        { "a header of a size that is none of 12 to 124 bytes", 14, 41, 4 },
+        { "too short for a bitmap file", 14, 124, 4, 100 },
+        { "bad width or height", 18, 0, 4 },
+        { "bad width or height", 22, INT32_MIN, 4 },
+        { "too large", 18, INT32_MAX, 4 },
+        { "bad bits a pixel", 28, 2, 2 },
+        { "Incorrect format of BI_RLE8 DIB (mismatch biHeight or biWidth)", 30, 1, 4 }, // noise as code
     };
-    EXPECT_EQ(why(0, 'B', 1), "");
-    EXPECT_EQ(why(0, 'C', 1), "not a bitmap file");
-    EXPECT_EQ(why(0, 'B', 1, 53), "too short for a bitmap file");
-    EXPECT_EQ(why(0, 'B', 1, good.size() - 1), "the bits end behind the end of the file");
-    EXPECT_EQ(why(10, 54 + 1023, 4), "the bits begin inside the table");
-    EXPECT_EQ(why(10, -1, 4), "the bits begin behind the end of the file");
-    EXPECT_EQ(why(14, 108, 4), "the bits begin inside the table");
-    EXPECT_EQ(why(14, 41, 4), "a header of a size that is none of 12 to 124 bytes");
-    EXPECT_EQ(why(14, 124, 4, 100), "too short for a bitmap file");
-    EXPECT_EQ(why(18, 0, 4), "bad width or height");
-    EXPECT_EQ(why(22, INT32_MIN, 4), "bad width or height");
-    EXPECT_EQ(why(18, INT32_MAX, 4), "too large");
-    EXPECT_EQ(why(28, 2, 2), "bad bits a pixel");
-    EXPECT_EQ(why(30, 1, 4), "Incorrect format of BI_RLE8 DIB (mismatch biHeight or biWidth)"); // noise as code
+    for (const auto& row : rows) {
+        std::vector<uint8_t> file = good;
+        memcpy(&file[row.at], &row.value, row.bytes);
+        BitmapFile opened;
+        const char* const text = readBitmapBytes(&opened, file.data(), row.length != 0 ? row.length : file.size());
+        if (text == nullptr) releaseBitmap(&opened);
+        EXPECT_EQ(std::string(text != nullptr ? text : ""), row.text);
+    }
     EXPECT_TRUE(recordedReports().empty());
     std::vector<uint8_t> coded = good;
     coded[30] = 1, coded[19] = coded[23] = 0x40; // 16,000 by 16,000 pixels in 36 bytes of code
@@ -149,10 +144,8 @@ TEST(BitmapFile, writesWhatItReads)
 {
     startReports();
     const std::string path = ::testing::TempDir() + "pxk-bitmapfile-test.bmp";
-    PictureSpec withAlpha(PXK_DEPTH_8U, 13, 6, 4);
-    withAlpha.hasAlpha = true;
-    for (const PictureSpec& spec : { PictureSpec(PXK_DEPTH_1U, 13, 6), PictureSpec(PXK_DEPTH_8U, 13, 6),
-                                     PictureSpec(PXK_DEPTH_8U, 13, 6, 3), withAlpha }) {
+    const PictureSpec bytes = { PXK_DEPTH_8U, 13, 6 };
+    for (const PictureSpec& spec : { bytes.ofDepth(PXK_DEPTH_1U), bytes, bytes.of(3), bytes.of(4).withAlpha() }) {
         const PicturePtr image = Picture::make(spec);
         memcpy(image->header.channelSeq, spec.channels == 1 ? "G\0\0" : "BGR", 4);
         ASSERT_EQ(writeBitmap(*image, path.c_str()), nullptr);
@@ -160,11 +153,7 @@ TEST(BitmapFile, writesWhatItReads)
         ASSERT_EQ(readBitmap(&file, path.c_str()), nullptr);
         EXPECT_EQ(file.image->nChannels, std::min(spec.channels, 3));
         EXPECT_EQ(file.image->depth, spec.depth);
-        for (int32_t i = 0; i < 13 * 6; ++i) {
-            const model::Color c = model::colorInImage(*image, i % 13, i / 13);
-            const uint32_t want = static_cast<uint32_t>(c.blue | c.green << 8 | c.red << 16);
-            EXPECT_EQ(colorOf(*file.image, i % 13, i / 13), want);
-        }
+        expectColors(file, [&](int32_t x, int32_t y) { return model::colorInImage(*image, x, y); });
         releaseBitmap(&file);
     }
     std::remove(path.c_str());

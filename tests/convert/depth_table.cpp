@@ -8,22 +8,13 @@ namespace {
 
 const std::vector<int32_t> wideDepths = { PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U, PXK_DEPTH_16S, PXK_DEPTH_32S };
 
-void beDepth(PictureSpec& spec, int32_t depth)
+// Another depth, with one channel where there are bits.
+PictureSpec ofDepth(const PictureSpec& spec, int32_t depth)
 {
-    spec.depth = depth;
-    if (depth != PXK_DEPTH_1U) return;
-    spec.channels = 1;
-    spec.hasAlpha = false;
-    if (spec.roi.coi != 0) spec.roi.coi = 1;
-}
-
-// The size of another image, with a region that meets it.
-void beAsLargeAs(PictureSpec& spec, const PictureSpec& other)
-{
-    spec.width = other.width;
-    spec.height = other.height;
-    spec.roi.xOffset %= spec.width;
-    spec.roi.yOffset %= spec.height;
+    PictureSpec other = spec.ofDepth(depth);
+    if (depth != PXK_DEPTH_1U) return other;
+    other.roi.coi = std::min(spec.roi.coi, 1);
+    return other.of(1).with(&PictureSpec::hasAlpha, false);
 }
 
 // What the images of a function have in common.
@@ -47,10 +38,12 @@ Scene pairOf(const Case& c, const Kind& kind, int32_t toDepth)
     return makeScene(c, 2, [&](PictureSpec& spec, size_t k) {
         spec.origin = k == 0 ? origin : otherOrigin;
         if (isMany) spec.channels = 6;
-        if (k == 1) beDepth(spec, toDepth);
-        if (k == 1 && kind.areSizesEqual) beAsLargeAs(spec, first);
-        if (k == 0) beDepth(spec, c.depth);
+        spec = ofDepth(spec, k == 0 ? c.depth : toDepth);
         if (k == 0) first = spec;
+        if (k == 0 || !kind.areSizesEqual) return;
+        spec = spec.sized(first.width, first.height); // with a region that meets the image
+        spec.roi.xOffset %= spec.width;
+        spec.roi.yOffset %= spec.height;
     });
 }
 
@@ -64,9 +57,7 @@ Operation operationOf(const Kind& kind, int32_t toDepth, const Call& call, const
     op.axes.count = 900;
     op.axes.seed = uint64_t(depthBits(toDepth));
     op.faultStatus = kind.faultStatus;
-    op.refusedTile = [](const std::string& func, size_t k, const Scene&) {
-        return tileText(func, k == 0 ? "srcImage" : "dstImage", "NULL");
-    };
+    op.refusedTile = tellsNullTile(op.images, "NULL");
     return op;
 }
 
@@ -171,30 +162,14 @@ void addThreshold(int32_t toDepth)
     addOperation(op);
 }
 
-PictureSpec sized(const PictureSpec& spec, int32_t width, int32_t height)
-{
-    PictureSpec other = spec;
-    other.width = width;
-    other.height = height;
-    return other;
-}
-
-PictureSpec ofDepth(const PictureSpec& spec, int32_t depth)
-{
-    PictureSpec other = spec;
-    other.depth = depth;
-    return other;
-}
-
 void addConvertRefusals()
 {
-    const PictureSpec other = sized(RGB, 5, 5), region = PictureSpec(RGB).region(1, 1, 4, 2);
-    const PictureSpec second = PictureSpec(RGB).region(1, 1, 4, 2, 2);
+    const PictureSpec other = RGB.sized(5, 5), region = RGB.region(1, 1, 4, 2), second = RGB.region(1, 1, 4, 2, 2);
     addRefusals("pxkConvert_8U",
-                { { "(srcImage->depth == 32)", { ofDepth(other, PXK_DEPTH_32F), FLOATS } },
-                  { "(dstImage->depth == 32)", { sized(BITONAL, 5, 5), ofDepth(RGB, PXK_DEPTH_32F) } },
+                { { "(srcImage->depth == 32)", { RGB_32F.sized(5, 5), FLOATS } },
+                  { "(dstImage->depth == 32)", { BITONAL.sized(5, 5), RGB_32F } },
                   { "(srcImage->height != dstImage->height)", { other, BITONAL } },
-                  { "(srcImage->width != dstImage->width)", { sized(RGB, 5, 4), BITONAL } },
+                  { "(srcImage->width != dstImage->width)", { RGB.sized(5, 4), BITONAL } },
                   { "(srcImage->roi == 0)", { RGB, BITONAL } },
                   { "(srcImage->roi->coi == 0)", { region, BITONAL } },
                   { "srcImage->nChannels != dstImage->nChannels", { BITONAL, RGB } },
@@ -205,38 +180,32 @@ void addConvertRefusals()
 // The checks of layout that both scalings share; the destination's depth must suit the source's.
 void addLayoutRefusals(const char* name, int32_t from, int32_t to)
 {
-    const auto turned = [](const Scene& s) { s[1].header.origin = 1; };
-    PictureSpec two = ofDepth(RGB, from), gray = ofDepth(GRAY, to);
-    two.channels = 2;
-    gray.order = PXK_DATA_ORDER_PLANE;
+    const char* const orders =
+        "((srcImage->dataOrder != dstImage->dataOrder)&& ((srcImage->nChannels != 1)&&(dstImage->nChannels != 1)))";
+    const PictureSpec two = GRAY.of(2).ofDepth(from), planes = RGB_PLANES.ofDepth(to);
     addRefusals(name,
-                { { "((srcImage->dataOrder != dstImage->dataOrder)&& ((srcImage->nChannels != "
-                    "1)&&(dstImage->nChannels != 1)))",
-                    { two, ofDepth(RGB_PLANES, to) },
-                    { 1, 1 },
-                    turned },
-                  { "(srcImage->origin != dstImage->origin)", { two, gray }, { 1, 1 }, turned } });
+                { { orders, { two, planes }, { 1, 1 }, turned(1) },
+                  { "(srcImage->origin != dstImage->origin)", { two, planes.of(1) }, { 1, 1 }, turned(1) } });
 }
 
 void addScaleRefusals()
 {
-    const PictureSpec reals = ofDepth(RGB, PXK_DEPTH_32F);
     addRefusals("pxkScale_8U",
                 { { "(srcImage->depth == dstImage->depth)", { BITONAL, BITONAL } },
-                  { "(srcImage->depth == dstImage->depth)", { reals, reals } },
-                  { "(srcImage->depth == 1)", { BITONAL, reals } },
-                  { "(srcImage->depth == 32)", { reals, BITONAL } },
+                  { "(srcImage->depth == dstImage->depth)", { RGB_32F, RGB_32F } },
+                  { "(srcImage->depth == 1)", { BITONAL, RGB_32F } },
+                  { "(srcImage->depth == 32)", { RGB_32F, BITONAL } },
                   { "(dstImage->depth == 1)", { GRAY, BITONAL } },
-                  { "(dstImage->depth == 32)", { GRAY, reals } },
+                  { "(dstImage->depth == 32)", { GRAY, RGB_32F } },
                   { "(srcChannels != dstChannels)", { GRAY, RGB_16U } } });
     addLayoutRefusals("pxkScale_8U", PXK_DEPTH_8U, PXK_DEPTH_16S);
     addRefusals("pxkScaleFP_32F",
                 { { "((srcImage->depth != 32)&& (dstImage->depth != 32))", { BITONAL, GRAY }, { 1, 1 } },
-                  { "((srcImage->depth == 32)&& (dstImage->depth == 32))", { reals, reals }, { 1, 1 } },
-                  { "((srcImage->depth == 1)|| (dstImage->depth == 1))", { reals, BITONAL }, { 1, 1 } },
-                  { "((srcImage->depth == 1)|| (dstImage->depth == 1))", { BITONAL, reals }, { 1, 1 } },
-                  { "((maxVal - minVal) <= 0.0f)", { reals, GRAY }, { 1, 1 } },
-                  { "(srcChannels != dstChannels)", { reals, GRAY }, { 0, 1 } } });
+                  { "((srcImage->depth == 32)&& (dstImage->depth == 32))", { RGB_32F, RGB_32F }, { 1, 1 } },
+                  { "((srcImage->depth == 1)|| (dstImage->depth == 1))", { RGB_32F, BITONAL }, { 1, 1 } },
+                  { "((srcImage->depth == 1)|| (dstImage->depth == 1))", { BITONAL, RGB_32F }, { 1, 1 } },
+                  { "((maxVal - minVal) <= 0.0f)", { RGB_32F, GRAY }, { 1, 1 } },
+                  { "(srcChannels != dstChannels)", { RGB_32F, GRAY }, { 0, 1 } } });
     addLayoutRefusals("pxkScaleFP_32F", PXK_DEPTH_16U, PXK_DEPTH_32F);
 }
 
@@ -250,8 +219,8 @@ void addBitonalRefusals()
 {
     const Numbers wild = { INT32_MAX, INT32_MIN };
     addRefusals("pxkBitonalToGray_8U",
-                { { "(srcImage->height != dstImage->height)", { sized(RGB, 5, 5), FLOATS }, wild },
-                  { "(srcImage->width != dstImage->width)", { sized(RGB, 5, 4), FLOATS }, wild },
+                { { "(srcImage->height != dstImage->height)", { RGB.sized(5, 5), FLOATS }, wild },
+                  { "(srcImage->width != dstImage->width)", { RGB.sized(5, 4), FLOATS }, wild },
                   { "(srcImage->nChannels != 1)", { RGB, FLOATS }, wild },
                   { "(srcImage->depth != 1)", { GRAY, FLOATS }, wild },
                   { "(dstImage->depth == 32)", { BITONAL, FLOATS }, wild },
@@ -262,7 +231,7 @@ void addBitonalRefusals()
             addRefusals("pxkBitonalToGray_8U",
                         { { "((dstImage->depth == " + word.second + ") && (" + level + " " + than + " "
                                 + std::to_string(int32_t(end)) + "))",
-                            { BITONAL, ofDepth(RGB, word.first) },
+                            { BITONAL, RGB.ofDepth(word.first) },
                             levels } });
         };
         add({ high + 1, high + 1 }, "ZeroScale", ">", high);
@@ -276,7 +245,6 @@ void addBitonalRefusals()
 void addThresholdRefusals()
 {
     const char* const name = "pxkThreshold_8U";
-    const PictureSpec reals = ofDepth(RGB, PXK_DEPTH_32F);
     const auto masks = [](const Scene& s) {
         for (size_t k = 0; k < 2; ++k) s[k].setMask(Picture::make(BITONAL));
         for (size_t k = 0; k < 2; ++k) s[k].mask->header.origin = 1;
@@ -286,8 +254,8 @@ void addThresholdRefusals()
         s[0].mask->header.origin = 0;
     };
     addRefusals(name,
-                { { "(srcImage->depth == 32)", { reals, reals }, { 1e6 } },
-                  { "(dstImage->depth == 32)", { BITONAL, reals }, { 1e6 } },
+                { { "(srcImage->depth == 32)", { RGB_32F, RGB_32F }, { 1e6 } },
+                  { "(dstImage->depth == 32)", { BITONAL, RGB_32F }, { 1e6 } },
                   { "(srcImage->depth == 1)", { BITONAL, RGB_PLANES }, { 1e6 } } });
     addLayoutRefusals(name, PXK_DEPTH_8U, PXK_DEPTH_8U);
     addRefusals(name,
@@ -296,7 +264,7 @@ void addThresholdRefusals()
     for (const auto& word : depthWords) {
         const int64_t low = depthMin(word.first), high = depthMax(word.first);
         const std::string start = "((srcImage->depth == " + word.second + ") && (Threshold ";
-        const std::vector<PictureSpec> images = { ofDepth(RGB, word.first), GRAY };
+        const std::vector<PictureSpec> images = { RGB.ofDepth(word.first), GRAY };
         addRefusals(name,
                     { { start + "> " + std::to_string(high) + "))", images, { double(high + 1) } },
                       { start + "< " + std::to_string(low) + "))", images, { double(low - 1) } } });

@@ -7,20 +7,15 @@
 
 using Reports = std::vector<Report>;
 
-namespace {
-
 // One level but for a noisy corner, so that both codings pay.
-PicturePtr coloredPicture()
+static PicturePtr coloredPicture()
 {
-    const PicturePtr image = Picture::make(PictureSpec(PXK_DEPTH_8U, 64, 20, 3));
-    memcpy(image->header.channelSeq, "BGR", 4);
-    for (int32_t y = 0; y < 20; ++y)
-        for (int32_t x = 16; x < 64; ++x)
-            for (int32_t k = 0; k < 3; ++k) image->setNumber(x, y, k, 50);
+    const PicturePtr image = Picture::make({ PXK_DEPTH_8U, 64, 20, 3 });
+    image->forEachSample([&](int32_t x, int32_t y, int32_t c) {
+        if (x >= 16) image->setNumber(x, y, c, 50);
+    });
     return image;
 }
-
-} // namespace
 
 TEST(DibMemory, toBitmap)
 {

@@ -27,15 +27,12 @@ PicturePtr colorPicture(const PictureSpec& spec, const char* word, Random& rando
 // Colours around a few centres, some of them much more frequent than others.
 void cluster(Picture& image, int32_t centres, int32_t spread, Random& random)
 {
-    const int32_t unit = depthBits(image.spec.depth) == 16 ? 256 : 1;
-    for (int32_t y = 0; y < image.spec.height; ++y)
-        for (int32_t x = 0; x < image.spec.width; ++x) {
-            const int32_t centre = random.below(random.between(1, centres));
-            for (int32_t c = 0; c < image.spec.channels; ++c) {
-                const int32_t level = (centre * 97 + c * 53) % 256 + random.below(spread);
-                image.setNumber(x, y, c, std::min(level, 255) * unit + (unit == 256 ? random.below(256) : 0));
-            }
-        }
+    int32_t centre = 0;
+    image.forEachSample([&](int32_t x, int32_t y, int32_t c) {
+        if (c == 0) centre = random.below(random.between(1, centres));
+        const int32_t level = std::min((centre * 97 + c * 53) % 256 + random.below(spread), 255);
+        image.setNumber(x, y, c, image.spec.depth == PXK_DEPTH_16U ? level * 256 + random.below(256) : level);
+    });
 }
 
 } // namespace
@@ -62,7 +59,7 @@ TEST(Medcut, matchesModel)
 TEST(Medcut, endsWhenNoBoxMayBeSplit)
 {
     Random random(1);
-    const PicturePtr image = colorPicture(PictureSpec(PXK_DEPTH_8U, 100, 100, 3), "BGR", random);
+    const PicturePtr image = colorPicture({ PXK_DEPTH_8U, 100, 100, 3 }, "BGR", random);
     image->setAll(0);
     for (int32_t x = 0; x < 60; ++x) image->setNumber(x, 0, 2, 4 * (x % 60) + 4);
     expectTable(*image, 4);
@@ -71,20 +68,17 @@ TEST(Medcut, endsWhenNoBoxMayBeSplit)
 TEST(Medcut, refuses)
 {
     Random random(1);
-    const auto resultOf = [&](int32_t bits, int32_t channels, const char* word) {
-        const PicturePtr image = colorPicture(PictureSpec(PXK_DEPTH_8U, 3, 3, channels), word, random);
-        Bitmap bitmap(bitmapHeader(1, 1, bits), true, random, false, 256);
+    const struct {
+        int32_t bits, channels;
+        const char* word;
+        bool isMade;
+    } rows[] = { { 8, 3, "BGR", true },   { 9, 3, "BGR", false },  { 8, 2, "BGR", false },
+                 { 8, 3, "GRAY", false }, { 8, 3, "BGR ", false }, { 8, 1, "XYZ", true } };
+    for (const auto& row : rows) {
+        const PicturePtr image = colorPicture({ PXK_DEPTH_8U, 3, 3, row.channels }, row.word, random);
+        Bitmap bitmap(bitmapHeader(1, 1, row.bits), true, random, false, 256);
         const auto before = bitmap.copy();
-        const int32_t result = ownMedcutPalette(bitmap.dib(), &image->header);
-        if (result == 0) {
-            EXPECT_TRUE(bitmap.sameAs(*before));
-        }
-        return result;
-    };
-    EXPECT_EQ(resultOf(8, 3, "BGR"), 1);
-    EXPECT_EQ(resultOf(9, 3, "BGR"), 0);
-    EXPECT_EQ(resultOf(8, 2, "BGR"), 0);
-    EXPECT_EQ(resultOf(8, 3, "GRAY"), 0);
-    EXPECT_EQ(resultOf(8, 3, "BGR "), 0);
-    EXPECT_EQ(resultOf(8, 1, "XYZ"), 1);
+        EXPECT_EQ(ownMedcutPalette(bitmap.dib(), &image->header), row.isMade ? 1 : 0) << row.word;
+        EXPECT_EQ(!bitmap.sameAs(*before), row.isMade) << row.word;
+    }
 }

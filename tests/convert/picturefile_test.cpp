@@ -33,8 +33,8 @@ const std::string photos = PXK_TEST_PHOTOS;
 TEST(PictureFile, readsWhatItWrites)
 {
     const std::string path = ::testing::TempDir() + "pxk-picturefile-test" + pictureSuffix;
-    for (const PictureSpec& spec :
-         { PictureSpec(PXK_DEPTH_1U, 13, 6), PictureSpec(PXK_DEPTH_8U, 13, 6), PictureSpec(PXK_DEPTH_8U, 13, 6, 3) }) {
+    const PictureSpec bytes = { PXK_DEPTH_8U, 13, 6 };
+    for (const PictureSpec& spec : { bytes.ofDepth(PXK_DEPTH_1U), bytes, bytes.of(3) }) {
         const PicturePtr image = Picture::make(spec);
         memcpy(image->header.channelSeq, spec.channels == 1 ? "G\0\0" : "BGR", 4);
         std::string why;

@@ -60,8 +60,10 @@ std::vector<uint8_t> someStream(bool isRle8, int32_t width, int32_t height, bool
             const int32_t left = std::min(width - x, 255),
                           count = random.between(1, random.oneIn(2) ? left : std::min(left, 5));
             if (random.oneIn(12) && left > 3) {
-                // What is read again: two pixels of level dx, then dy pixels of the level that follows.
-                const int32_t dx = random.below(left - 2), dy = random.oneIn(20) ? 0 : 1;
+                // What is read again: two pixels of level dx, then dy pixels of the level that follows. At times they
+                // would end behind the right edge.
+                const int32_t dx = random.oneIn(9) ? left - random.below(3) : random.below(left - 2);
+                const int32_t dy = random.oneIn(20) ? 0 : 1;
                 put(0), put(2), put(dx), put(dy), put(random.below(256));
                 x += dx + 2 + dy;
                 y += dy;
@@ -89,8 +91,8 @@ TEST(RleDecode, matchesModel)
         SCOPED_TRACE(seed);
         Random random(seed);
         const bool isRle8 = random.oneIn(2), isOdd = random.oneIn(3);
-        const int32_t width = random.oneIn(10) ? random.between(250, 600) : random.between(1, 40),
-                      height = random.between(1, 6);
+        const int32_t width = random.oneIn(10) ? random.between(250, 600) : random.between(1, 40);
+        const int32_t height = random.between(1, 6);
         std::vector<uint8_t> stream = someStream(isRle8, width, height, isOdd, random);
         if (random.oneIn(10))
             for (uint8_t& byte : stream) byte = static_cast<uint8_t>(random.oneIn(2) ? random.below(4) : random.next());
@@ -100,21 +102,16 @@ TEST(RleDecode, matchesModel)
 
 TEST(RleDecode, refusesImpossibleSizes)
 {
-    const std::string size = faultText(true, "biHeight or biWidth");
-    const std::string memory = "Not enough memory to decompress BI_RLE8 DIB at DIB";
-    const std::tuple<int32_t, int32_t, Report> cases[] = {
-        { 5, -1, { -5, "ownDecompressRLESep", size } },
-        { -5, 1, { -5, "ownDecompressRLESep", size } },
-        { 5, INT32_MIN, { -5, "ownDecompressRLESep", size } },
-        { INT32_MAX, INT32_MAX, { -4, "ownDecompressRLESep", memory } },
-        { 65536, 65536, { -4, "ownDecompressRLESep", memory } },
-    };
     const uint8_t stream[4] = { 0, 1, 0, 0 };
     startReports();
-    for (const auto& c : cases) {
-        PxkBitmapInfoHeader header = rleHeader(true, std::get<0>(c), std::get<1>(c));
+    for (const auto& [width, height] : { std::pair(5, -1), std::pair(-5, 1), std::pair(5, INT32_MIN),
+                                         std::pair(INT32_MAX, INT32_MAX), std::pair(65536, 65536) }) {
+        PxkBitmapInfoHeader header = rleHeader(true, width, height);
+        const bool isNegative = width < 0 || height < 0;
         EXPECT_EQ(ownDecompressRLESep(&header, stream), nullptr);
-        expectReports({ std::get<2>(c) });
+        expectReports({ { isNegative ? -5 : -4, "ownDecompressRLESep",
+                          isNegative ? faultText(true, "biHeight or biWidth")
+                                     : "Not enough memory to decompress BI_RLE8 DIB at DIB" } });
     }
 }
 
@@ -199,28 +196,23 @@ TEST(RleEncode, isInverseAtAllWidths)
                 }
 }
 
-// The steps of four-bit pixels: a run, its exceptions, and what is left at the end of a row.
+// The steps of four-bit pixels: a run, its exceptions, and what is left at the end of a row of 64.
 TEST(RleEncode, knownRowsOfFourBits)
 {
-    struct {
-        std::vector<uint8_t> opening, code;
-    } const cases[] = {
+    const std::pair<std::vector<uint8_t>, std::vector<uint8_t>> cases[] = {
         { { 1, 2, 3, 2, 5 }, { 2, 0x12, 1, 0x30, 1, 0x20, 60, 0x55 } },
-        { { 1, 2, 3, 4, 3, 4 }, { 2, 0x12, 62, 0x34 } },
+        { { 1, 2, 3, 4, 3 }, { 2, 0x12, 62, 0x34 } },
         { { 1, 2, 1, 2, 1, 7 }, { 5, 0x12, 59, 0x77 } },
         { { 1, 2, 3, 4, 5, 6, 5, 9 }, { 0, 7, 0x12, 0x34, 0x56, 0x50, 57, 0x99 } },
     };
-    for (const auto& c : cases) {
+    for (const auto& [opening, code] : cases) {
+        std::vector<uint8_t> row = opening, want = code;
+        while (row.size() < 64) row.push_back(code.back() == 0x34 ? row[row.size() - 2] : row.back());
+        want.insert(want.end(), { 0, 0, 0, 1 });
         Block bits(32);
-        for (int32_t x = 0; x < 64; ++x) {
-            const int32_t n = static_cast<int32_t>(c.opening.size());
-            const uint8_t pixel = x < n ? c.opening[x] : c.opening[n - 2 + (c.opening[n - 2] == 3 ? x % 2 : 1)];
-            bits.data[x / 2] = static_cast<uint8_t>(x % 2 == 0 ? pixel << 4 : bits.data[x / 2] | pixel);
-        }
+        for (size_t i = 0; i < 32; ++i) bits.data[i] = static_cast<uint8_t>(row[2 * i] << 4 | row[2 * i + 1]);
         PxkBitmapInfoHeader header = rleHeader(false, 64, 1);
         EXPECT_EQ(ownCompressRLESep(&header, bits.data), 0);
-        std::vector<uint8_t> want = c.code;
-        want.insert(want.end(), { 0, 0, 0, 1 });
         ASSERT_EQ(header.biCompression, 2u);
         EXPECT_EQ(std::vector<uint8_t>(bits.data, bits.data + header.biSizeImage), want);
     }

@@ -206,7 +206,7 @@ void addBitmaps(std::vector<Operation>& operations)
             });
         op.scene = [](const Case& c) {
             Random random(c.seed);
-            PictureSpec spec(c.depth);
+            PictureSpec spec { c.depth };
             spec.width = random.between(1, 70);
             spec.height = random.between(1, 9);
             spec.order = int32_t(c.order);

@@ -93,25 +93,21 @@ Operation windowOperation(const std::string& name, WindowFunction function,
     op.axes.depths = integerDepths;
     op.numbers = anyWindow;
     op.stale = Stale::STOPS;
-    op.refusedTile = [](const std::string&, size_t, const Scene&) { return Ending(); };
-    op.noMemory = [](const std::string&) { return Ending(); };
+    op.refusedTile = op.noMemory = tellsNothing();
     return op;
 }
 
 void addWindowRefusals(const std::string& name)
 {
     const Numbers good = { 3, 3, 1, 1 };
-    PictureSpec two = RGB, alpha = RGB, one = RGB;
-    two.channels = 2;
-    alpha.hasAlpha = true;
-    one.region(0, 0, 9, 4, 2);
+    const PictureSpec one = RGB.region(0, 0, 9, 4, 2);
     addRefusals(name,
                 { { "(anchorX>=nCols)||(anchorX<0)", { RGB, GRAY_8S }, { 3, 3, 3, 3 } },
                   { "(anchorX>=nCols)||(anchorX<0)", { RGB, GRAY_8S }, { 0, 3, 0, 3 } },
                   { "(anchorY>=nRows)||(anchorY<0)", { RGB, GRAY_8S }, { 3, 3, 1, -1 } },
                   { "srcImage->depth!=dstImage->depth", { FLOATS, GRAY_8S }, good },
-                  { "srcImage->nChannels!=dstImage->nChannels", { RGB, two }, good },
-                  { "srcImage->alphaChannel!=dstImage->alphaChannel", { RGB, alpha }, good },
+                  { "srcImage->nChannels!=dstImage->nChannels", { RGB, RGB.of(2) }, good },
+                  { "srcImage->alphaChannel!=dstImage->alphaChannel", { RGB, RGB.withAlpha() }, good },
                   { "srcImage->dataOrder!=dstImage->dataOrder", { one, RGB_PLANES }, good },
                   { "Number of interset channel input and output Image is not equal.", { RGB, one }, good } });
 }
@@ -190,21 +186,18 @@ void addMorph(const char* name, void (*function)(PxkImage*, PxkImage*, int32_t),
         if (c.height > 0) return Numbers { 1 };
         return Numbers { double(passes.size() == 1 ? random.oneOf({ 1, 2, 3, 9 }) : random.between(1, 2)) };
     };
-    op.setFunc("ownMorph");
+    op.func = "ownMorph";
     op.stale = Stale::CLEARED;
-    op.refusedTile = [](const std::string&, size_t, const Scene&) { return Ending({}, PXK_StsNoMem); };
-    op.noMemory = [](const std::string&) { return Ending({}, PXK_StsNoMem); };
+    op.refusedTile = op.noMemory = tellsNothing(PXK_StsNoMem);
     addOperation(op);
-    PictureSpec two = RGB;
-    two.channels = 2;
-    addRefusals(
-        name,
-        { { "Illegal number of of iterations", { GRAY_8S, RGB_16U }, { 0 } },
-          { "Illegal image depth", { GRAY_8S, RGB_16U }, { 1 } },
-          { "SRC and DST depth are different", { RGB_PLANES, RGB_16U }, { 1 } },
-          { "SRC and DST order are different", { RGB, RGB_PLANES }, { 1 } },
-          { "SRC and DST orign are different", { RGB, two }, { 1 }, [](const Scene& s) { s[1].header.origin = 1; } },
-          { "SRC and DST number of channels are different", { RGB, two }, { 1 } } });
+    const PictureSpec two = RGB.of(2);
+    addRefusals(name,
+                { { "Illegal number of of iterations", { GRAY_8S, RGB_16U }, { 0 } },
+                  { "Illegal image depth", { GRAY_8S, RGB_16U }, { 1 } },
+                  { "SRC and DST depth are different", { RGB_PLANES, RGB_16U }, { 1 } },
+                  { "SRC and DST order are different", { RGB, RGB_PLANES }, { 1 } },
+                  { "SRC and DST orign are different", { RGB, two }, { 1 }, turned(1) },
+                  { "SRC and DST number of channels are different", { RGB, two }, { 1 } } });
 }
 
 // ---- convolution ---------------------------------------------------------------------------------------------------
@@ -214,10 +207,10 @@ struct Kernels {
     std::vector<ModelKernel> models;
     std::vector<PxkConvKernel*> integers;
     std::vector<PxkConvKernelFP*> floats;
+    bool has[2] = { true, true }; // of a row and a column
 
     Kernels() = default;
     Kernels(const Kernels&) = delete;
-    Kernels& operator=(const Kernels&) = delete;
     ~Kernels()
     {
         for (PxkConvKernel* kernel : integers) pxkDeleteConvKernel(kernel);
@@ -227,20 +220,30 @@ struct Kernels {
     void add(const WindowShape& s, const std::vector<double>& values, int32_t shift, bool isFloat)
     {
         models.push_back({ s, values, shift });
+        const auto create = [&](auto function, auto type, auto... shifts) {
+            const std::vector<decltype(type)> given(values.begin(), values.end());
+            return function(s.nCols, s.nRows, s.anchorX, s.anchorY, given.data(), shifts...);
+        };
         const bool areBytes =
             std::all_of(values.begin(), values.end(), [](double value) { return value >= -128 && value <= 127; });
-        if (isFloat) {
-            const std::vector<float> given(values.begin(), values.end());
-            floats.push_back(pxkCreateConvKernelFP(s.nCols, s.nRows, s.anchorX, s.anchorY, given.data()));
-        } else if (areBytes) {
-            const std::vector<int8_t> given(values.begin(), values.end());
-            integers.push_back(pxkCreateConvKernelChar(s.nCols, s.nRows, s.anchorX, s.anchorY, given.data(), shift));
-        } else {
-            const std::vector<int32_t> given(values.begin(), values.end());
-            integers.push_back(pxkCreateConvKernel(s.nCols, s.nRows, s.anchorX, s.anchorY, given.data(), shift));
-        }
+        if (isFloat) floats.push_back(create(pxkCreateConvKernelFP, 0.0f));
+        if (!isFloat && areBytes) integers.push_back(create(pxkCreateConvKernelChar, int8_t(0), shift));
+        if (!isFloat && !areBytes) integers.push_back(create(pxkCreateConvKernel, int32_t(0), shift));
     }
 };
+
+// Those that `make` makes from a seed for a depth. The last ones are kept: they are no part of the call.
+template <class Make> const Kernels& keptKernels(double seed, int32_t depth, const Make& make)
+{
+    static std::pair<double, int32_t> key;
+    static std::unique_ptr<Kernels> last;
+    if (last != nullptr && key == std::make_pair(seed, depth)) return *last;
+    key = { seed, depth };
+    last = std::make_unique<Kernels>();
+    Random random(static_cast<uint64_t>(seed));
+    make(*last, random);
+    return *last;
+}
 
 // Coefficients by chance, all alike, or such that the largest sum lies at a bound of the integers that hold sums.
 std::vector<double> anyCoefficients(size_t count, int32_t depth, Random& random)
@@ -260,26 +263,19 @@ std::vector<double> anyCoefficients(size_t count, int32_t depth, Random& random)
     return values;
 }
 
-// The last ones are kept: they are no part of the call.
 const Kernels& kernelsOf(double seed, int32_t depth)
 {
-    static std::pair<double, int32_t> key;
-    static std::unique_ptr<Kernels> last;
-    if (last != nullptr && key == std::make_pair(seed, depth)) return *last;
-    key = { seed, depth };
-    last = std::make_unique<Kernels>();
-    Kernels& kernels = *last;
-    Random random(static_cast<uint64_t>(seed));
-    const bool isFloat = isFloatDepth(depth);
-    const int32_t count = random.oneOf({ 1, 1, 1, 2, 3, 10 }), most = count == 1 ? 5 : 3;
-    for (int32_t k = 0; k < count; ++k) {
-        const int32_t nCols = random.oneIn(8) ? random.between(1, 15) : random.between(1, most);
-        const int32_t nRows = random.between(1, most);
-        const WindowShape shape = { nCols, nRows, random.below(nCols), random.below(nRows) };
-        const auto values = anyCoefficients(size_t(nCols * nRows), isFloat ? PXK_DEPTH_8U : depth, random);
-        kernels.add(shape, values, isFloat ? 0 : random.oneOf({ 0, 1, 4, 8, 16, 31 }), isFloat);
-    }
-    return kernels;
+    return keptKernels(seed, depth, [&](Kernels& kernels, Random& random) {
+        const bool isFloat = isFloatDepth(depth);
+        const int32_t count = random.oneOf({ 1, 1, 1, 2, 3, 10 }), most = count == 1 ? 5 : 3;
+        for (int32_t k = 0; k < count; ++k) {
+            const int32_t nCols = random.oneIn(8) ? random.between(1, 15) : random.between(1, most);
+            const int32_t nRows = random.between(1, most);
+            const WindowShape shape = { nCols, nRows, random.below(nCols), random.below(nRows) };
+            const auto values = anyCoefficients(size_t(nCols * nRows), isFloat ? PXK_DEPTH_8U : depth, random);
+            kernels.add(shape, values, isFloat ? 0 : random.oneOf({ 0, 1, 4, 8, 16, 31 }), isFloat);
+        }
+    });
 }
 
 Operation convolution(const std::string& name, const std::vector<int32_t>& depths,
@@ -301,10 +297,7 @@ Operation convolution(const std::string& name, const std::vector<int32_t>& depth
     op.axes.places = inPlace;
     op.axes.count = 400;
     op.missed = Ending({ { PXK_StsBadRoiOffset, op.func, "Bad ROI offsets" } });
-    op.refusedTile = [](const std::string& func, size_t, const Scene&) {
-        return Ending({ { PXK_StsNoMem, func, "Allocation failure" } });
-    };
-    op.noMemory = [](const std::string& func) { return Ending({ { PXK_StsNoMem, func, "Allocation failure" } }); };
+    op.refusedTile = op.noMemory = tells(PXK_StsNoMem, "Allocation failure");
     return op;
 }
 
@@ -312,91 +305,72 @@ Operation convolution(const std::string& name, const std::vector<int32_t>& depth
 void addImageRefusals(const std::string& name, const Numbers& n, bool isFloat)
 {
     const char* const unlike = "Uncompatible images";
-    PictureSpec good = isFloat ? FLOATS : GRAY, three = good, planes = good, one = good, lone = good;
-    three.channels = planes.channels = one.channels = 3;
-    planes.order = PXK_DATA_ORDER_PLANE;
-    one.region(0, 0, 9, 4, 2);
-    lone.hasAlpha = true;
+    const PictureSpec good = isFloat ? FLOATS : GRAY, three = good.of(3), lone = good.withAlpha();
     addRefusals(name,
                 { { unlike, { good, GRAY_16S }, n },
-                  { unlike, { three, planes }, n },
-                  { "One of the COI is not defined", { three, one }, n },
+                  { unlike, { three, three.ordered(PXK_DATA_ORDER_PLANE) }, n },
+                  { "One of the COI is not defined", { three, three.region(0, 0, 9, 4, 2) }, n },
                   { "No channel to operate", { lone, lone }, n },
                   { unlike, { three, good }, n } });
 }
 
+// For integers and for floats.
 void addConvolve2D()
 {
-    const auto result = [](const Reader& read, const Numbers& n, int32_t depth, const Place& at) {
-        return modelConvolve(read, kernelsOf(n[0], depth).models, int32_t(n[1]), depth, at);
-    };
-    Operation op = convolution(
-        "pxkConvolve2D", integerDepths,
-        [](const Arguments& a) {
-            auto list = kernelsOf(a.numbers[0], a.integer(2)).integers;
-            pxkConvolve2D(a[0], a[1], list.data(), int32_t(list.size()), a.integer(1));
-        },
-        result);
-    op.numbers = [](const Case& c, const Scene&, Random& random) {
-        return Numbers { double(random.below(INT32_MAX)), double(random.below(5)), double(c.depth) };
-    };
-    op.axes.count = 700;
-    addOperation(op);
-    Operation real = convolution(
-        "pxkConvolve2DFP", { PXK_DEPTH_32F },
-        [](const Arguments& a) {
-            auto list = kernelsOf(a.numbers[0], PXK_DEPTH_32F).floats;
-            pxkConvolve2DFP(a[0], a[1], list.data(), int32_t(list.size()), a.integer(1));
-        },
-        result);
-    real.numbers = op.numbers;
-    addOperation(real);
-    addImageRefusals("pxkConvolve2D", { 1, 0, PXK_DEPTH_8U }, false);
-    addImageRefusals("pxkConvolve2DFP", { 1, 0, PXK_DEPTH_32F }, true);
+    for (const bool isFloat : { false, true }) {
+        const std::string name = isFloat ? "pxkConvolve2DFP" : "pxkConvolve2D";
+        Operation op = convolution(
+            name, isFloat ? std::vector<int32_t> { PXK_DEPTH_32F } : integerDepths,
+            [=](const Arguments& a) {
+                const Kernels& kernels = kernelsOf(a.numbers[0], a.integer(2));
+                auto integers = kernels.integers;
+                auto floats = kernels.floats;
+                const int32_t count = int32_t(kernels.models.size());
+                if (!isFloat) pxkConvolve2D(a[0], a[1], integers.data(), count, a.integer(1));
+                if (isFloat) pxkConvolve2DFP(a[0], a[1], floats.data(), count, a.integer(1));
+            },
+            [](const Reader& read, const Numbers& n, int32_t depth, const Place& at) {
+                return modelConvolve(read, kernelsOf(n[0], depth).models, int32_t(n[1]), depth, at);
+            });
+        op.numbers = [](const Case& c, const Scene&, Random& random) {
+            return Numbers { double(random.below(INT32_MAX)), double(random.below(5)), double(c.depth) };
+        };
+        if (!isFloat) op.axes.count = 700;
+        addOperation(op);
+        addImageRefusals(name, { 1, 0, double(isFloat ? PXK_DEPTH_32F : PXK_DEPTH_8U) }, isFloat);
+    }
     addRefusals("pxkConvolve2D",
                 { { "32F images can be processed only with FP kernel", { FLOATS, FLOATS }, { 1, 0, PXK_DEPTH_8U } } });
     addRefusals("pxkConvolve2DFP",
-                { { "FP kernel can be used only for 32F image", { GRAY, GRAY }, { 1, 0, PXK_DEPTH_8U } } });
+                { { "FP kernel can be used only for 32F image", { GRAY, GRAY }, { 1, 0, PXK_DEPTH_32F } } });
 }
 
 // A kernel of one row and one of one column, one of which may be absent.
-struct AxisKernels {
-    Kernels kernels;
-    bool has[2];
-};
-
-const AxisKernels& axisKernelsOf(double seed, bool isFloat)
+const Kernels& axisKernelsOf(double seed, bool isFloat)
 {
-    static std::pair<double, bool> key;
-    static std::unique_ptr<AxisKernels> last;
-    if (last != nullptr && key == std::make_pair(seed, isFloat)) return *last;
-    key = { seed, isFloat };
-    last = std::make_unique<AxisKernels>();
-    AxisKernels& axes = *last;
-    Random random(static_cast<uint64_t>(seed));
-    const int32_t reach = random.oneOf({ 1, 6, 100, 4000 });
-    for (const bool isRow : { true, false }) {
-        const int32_t n = random.between(1, 9), anchor = random.below(n);
-        std::vector<double> values;
-        for (int32_t i = 0; i < n; ++i) values.push_back(random.between(-reach, reach));
-        const WindowShape shape = isRow ? WindowShape { n, 1, anchor, 0 } : WindowShape { 1, n, 0, anchor };
-        axes.kernels.add(shape, values, isFloat ? 0 : random.oneOf({ 0, 3, 16 }), isFloat);
-    }
-    axes.has[0] = !random.oneIn(4);
-    axes.has[1] = !axes.has[0] || !random.oneIn(4);
-    return axes;
+    return keptKernels(seed, isFloat, [&](Kernels& axes, Random& random) {
+        const int32_t reach = random.oneOf({ 1, 6, 100, 4000 });
+        for (const bool isRow : { true, false }) {
+            const int32_t n = random.between(1, 9), anchor = random.below(n);
+            std::vector<double> values;
+            for (int32_t i = 0; i < n; ++i) values.push_back(random.between(-reach, reach));
+            const WindowShape shape = isRow ? WindowShape { n, 1, anchor, 0 } : WindowShape { 1, n, 0, anchor };
+            axes.add(shape, values, isFloat ? 0 : random.oneOf({ 0, 3, 16 }), isFloat);
+        }
+        axes.has[0] = !random.oneIn(4);
+        axes.has[1] = !axes.has[0] || !random.oneIn(4);
+    });
 }
 
 Range modelSeparable(const Reader& read, const Numbers& n, int32_t depth, const Place& at)
 {
-    const AxisKernels& axes = axisKernelsOf(n[0], isFloatDepth(depth));
+    const Kernels& axes = axisKernelsOf(n[0], isFloatDepth(depth));
+    const ModelKernel &row = axes.models[0], &column = axes.models[1];
     const auto sumOf = [&](bool isMagnitude) {
         const Reader passed = [&](int64_t x, int64_t y, int32_t c) {
             if (!axes.has[0]) return isMagnitude ? std::fabs(read(x, y, c)) : read(x, y, c);
-            const ModelKernel& row = axes.kernels.models[0];
             return floorShift(modelSum(read, row, { nullptr, int32_t(x), int32_t(y), c }, isMagnitude), row.shift);
         };
-        const ModelKernel& column = axes.kernels.models[1];
         if (!axes.has[1]) return passed(at.x, at.y, at.c);
         return floorShift(modelSum(passed, column, at, isMagnitude), column.shift);
     };
@@ -407,28 +381,25 @@ Range modelSeparable(const Reader& read, const Numbers& n, int32_t depth, const 
 
 void addSeparable()
 {
-    Operation op = convolution(
-        "pxkConvolveSep2D", integerDepths,
-        [](const Arguments& a) {
-            const AxisKernels& axes = axisKernelsOf(a.numbers[0], false);
-            const auto& kernels = axes.kernels.integers;
-            pxkConvolveSep2D(a[0], a[1], axes.has[0] ? kernels[0] : nullptr, axes.has[1] ? kernels[1] : nullptr);
-        },
-        modelSeparable);
-    op.numbers = [](const Case&, const Scene&, Random& random) { return Numbers { double(random.below(INT32_MAX)) }; };
-    addOperation(op);
-    Operation real = convolution(
-        "pxkConvolveSep2DFP", { PXK_DEPTH_32F },
-        [](const Arguments& a) {
-            const AxisKernels& axes = axisKernelsOf(a.numbers[0], true);
-            const auto& kernels = axes.kernels.floats;
-            pxkConvolveSep2DFP(a[0], a[1], axes.has[0] ? kernels[0] : nullptr, axes.has[1] ? kernels[1] : nullptr);
-        },
-        modelSeparable);
-    real.numbers = op.numbers;
-    addOperation(real);
-    addImageRefusals("pxkConvolveSep2D", { 1 }, false);
-    addImageRefusals("pxkConvolveSep2DFP", { 1 }, true);
+    for (const bool isFloat : { false, true }) {
+        const std::string name = isFloat ? "pxkConvolveSep2DFP" : "pxkConvolveSep2D";
+        Operation op = convolution(
+            name, isFloat ? std::vector<int32_t> { PXK_DEPTH_32F } : integerDepths,
+            [=](const Arguments& a) {
+                const Kernels& axes = axisKernelsOf(a.numbers[0], isFloat);
+                const auto call = [&](auto function, const auto& kernels) {
+                    function(a[0], a[1], axes.has[0] ? kernels[0] : nullptr, axes.has[1] ? kernels[1] : nullptr);
+                };
+                if (isFloat) return call(pxkConvolveSep2DFP, axes.floats);
+                call(pxkConvolveSep2D, axes.integers);
+            },
+            modelSeparable);
+        op.numbers = [](const Case&, const Scene&, Random& random) {
+            return Numbers { double(random.below(INT32_MAX)) };
+        };
+        addOperation(op);
+        addImageRefusals(name, { 1 }, isFloat);
+    }
 }
 
 // As they stand in the interface, each with its shift; the middle meets the pixel.
@@ -475,20 +446,21 @@ void addFixed()
 void addKernelRefusals()
 {
     static const int32_t one = 1;
-    const char* const anchors = "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)";
-    const auto add = [](int32_t status, const char* text, int32_t nCols, int32_t nRows, int32_t x, int32_t y,
-                        const int32_t* values) {
-        addRefusedCalls({ { { status, "pxkCreateConvKernel", text },
-                            [=] { EXPECT_EQ(pxkCreateConvKernel(nCols, nRows, x, y, values, 0), nullptr); } } });
-    };
-    add(-5, "(values == 0)", 0, 0, -1, -1, nullptr);
-    add(-5, "(nRows<=0 || nCols<=0)", 3, 0, -1, -1, &one);
-    add(-5, "(nRows<=0 || nCols<=0)", -1, 1, -1, -1, &one);
-    add(-5, anchors, 3, 2, 3, 0, &one);
-    add(-5, anchors, 3, 2, 0, -1, &one);
-    add(-4, "Allocation failure", 1 << 15, 1 << 15, 0, 0, &one);
-    add(-4, "Allocation failure", INT32_MAX, INT32_MAX, 0, 0, &one);
     static PxkConvKernel hollow = {};
+    const auto add = [](int32_t status, const char* text, const WindowShape& s, bool hasValues = true) {
+        addRefusedCalls({ { { status, "pxkCreateConvKernel", text }, [=] {
+                               const int32_t* const values = hasValues ? &one : nullptr;
+                               EXPECT_EQ(pxkCreateConvKernel(s.nCols, s.nRows, s.anchorX, s.anchorY, values, 0),
+                                         nullptr);
+                           } } });
+    };
+    add(-5, "(values == 0)", { 0, 0, -1, -1 }, false);
+    for (const WindowShape& s : { WindowShape { 3, 0, -1, -1 }, { -1, 1, -1, -1 } })
+        add(-5, "(nRows<=0 || nCols<=0)", s);
+    for (const WindowShape& s : { WindowShape { 3, 2, 3, 0 }, { 3, 2, 0, -1 } }) {
+        add(-5, "(anchorX<0 ||anchorY<0 ||nRows<=anchorY || nCols<=anchorX)", s);
+    }
+    for (const int32_t side : { 1 << 15, INT32_MAX }) add(-4, "Allocation failure", { side, side, 0, 0 });
     addRefusedCalls({ { { -5, "pxkDeleteConvKernelFP", "kernel==0" }, [] { pxkDeleteConvKernelFP(nullptr); } },
                       { { -5, "pxkDeleteConvKernel", "kernel->values==0" }, [] { pxkDeleteConvKernel(&hollow); } } });
 }
@@ -505,15 +477,15 @@ void addKernelsThatAreRefused()
                                pxkConvolve2D(*Picture::make(GRAY), *Picture::make(RGB_PLANES), kernels, count, method);
                            } } });
     };
+    const auto addSep = [](const char* text, PxkConvKernel* row, PxkConvKernel* column) {
+        addRefusedCalls({ { { -5, "pxkConvolveSep2D", text },
+                            [=] { pxkConvolveSep2D(*Picture::make(GRAY), *Picture::make(GRAY), row, column); } } });
+    };
     add("kernel==0", nullptr, 11, 5);
     for (const int32_t count : { 0, -1, 11 }) add("(nKernels<=0 || nKernels>10)", missing, count, 5);
     for (const int32_t method : { 5, -1 }) add("Inadmissible method", missing, 2, method);
     add("kernel[i]==0", missing + 1, 1, 99); // one kernel has no method to be wrong
     add("Bad kernel structure", broken, 2, 4);
-    const auto addSep = [](const char* text, PxkConvKernel* row, PxkConvKernel* column) {
-        addRefusedCalls({ { { -5, "pxkConvolveSep2D", text },
-                            [=] { pxkConvolveSep2D(*Picture::make(GRAY), *Picture::make(GRAY), row, column); } } });
-    };
     addSep("(xKernel == 0) && (yKernel == 0)", nullptr, nullptr);
     addSep("Bad kernel structure", &tall, &bad);
     addSep("(xKernel->nRows != 1)", &tall, &wide);

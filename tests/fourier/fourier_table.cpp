@@ -20,27 +20,34 @@ Scene fourierScene(const Case& given, size_t count, const std::function<void(Pic
 
 using Change = std::function<Grid<double>(const Grid<double>&, const Numbers&)>;
 
-// Changes each processed channel of the work; what the destination can't hold is limited.
+// A channel of the work, from the window's first pixel on.
+Grid<double> planeOf(const Picture& p, const Window& window, int32_t c, const CommonSize& size)
+{
+    Grid<double> plane(int32_t(size.width), int32_t(size.height));
+    for (int32_t y = 0; y < size.height; ++y)
+        for (int32_t x = 0; x < size.width; ++x)
+            plane.at(x, y) = p.number(int32_t(window.x) + x, int32_t(window.y) + y, window.firstChannel + c);
+    return plane;
+}
+
+// What the image can't hold is limited.
+void storePlane(Picture& p, const Window& window, int32_t c, const Grid<double>& plane)
+{
+    const double low = double(depthMin(p.spec.depth)), high = double(depthMax(p.spec.depth));
+    for (int32_t y = 0; y < plane.height; ++y)
+        for (int32_t x = 0; x < plane.width; ++x) {
+            const double value = plane.at(x, y), limited = std::clamp(std::nearbyint(value), low, high);
+            p.setNumber(int32_t(window.x) + x, int32_t(window.y) + y, window.firstChannel + c,
+                        isFloatDepth(p.spec.depth) ? value : limited);
+        }
+}
+
 void changePlanes(const Scene& s, const Numbers& n, const Change& change)
 {
     const Window from = windowOf(s[0]), to = windowOf(s[1]);
-    const CommonSize size = { std::min(from.width, to.width), std::min(from.height, to.height) };
+    const CommonSize size = commonSize({ &s[0], &s[1] });
     const Scene old = s.copy();
-    for (int32_t c = 0; c < from.channels; ++c) {
-        Grid<double> grid(int32_t(size.width), int32_t(size.height));
-        for (int32_t y = 0; y < size.height; ++y)
-            for (int32_t x = 0; x < size.width; ++x)
-                grid.at(x, y) = old[0].number(int32_t(from.x) + x, int32_t(from.y) + y, from.firstChannel + c);
-        const Grid<double> result = change(grid, n);
-        const int32_t depth = s[1].spec.depth;
-        for (int32_t y = 0; y < size.height; ++y)
-            for (int32_t x = 0; x < size.width; ++x) {
-                double value = result.at(x, y);
-                if (!isFloatDepth(depth))
-                    value = std::min(std::max(std::nearbyint(value), double(depthMin(depth))), double(depthMax(depth)));
-                s[1].setNumber(int32_t(to.x) + x, int32_t(to.y) + y, to.firstChannel + c, value);
-            }
-    }
+    for (int32_t c = 0; c < from.channels; ++c) storePlane(s[1], to, c, change(planeOf(old[0], from, c, size), n));
 }
 
 Operation transformOperation(const std::string& name, std::function<void(PxkImage*, PxkImage*, int32_t)> call,
@@ -57,22 +64,20 @@ Operation transformOperation(const std::string& name, std::function<void(PxkImag
     op.axes.count = 150;
     op.tolerance = { 0.05, 0 };
     op.isPointwise = op.hasMasks = false;
-    op.noMemory = nullptr;
+    op.noMemory = tells(PXK_StsNoMem, "No working memory");
     op.refusedTile = nullptr;
-    op.nullImage = [name = op.func](size_t k) {
-        return Ending({ { PXK_StsBadArg, name, k == 0 ? "srcImage==0" : "dstImage==0" } });
-    };
+    op.nullImage = tells({ { PXK_StsBadArg, "srcImage==0" }, { PXK_StsBadArg, "dstImage==0" } });
     return op;
 }
 
-int32_t signOf(const Numbers& n)
+bool isPlus(const Numbers& n)
 {
-    return (int32_t(n[0]) & PXK_FFT_FORWARD) != 0 ? -1 : 1;
+    return (int32_t(n[0]) & PXK_FFT_FORWARD) == 0;
 }
 
 bool scalesBy(const Numbers& n)
 {
-    return signOf(n) > 0 && (int32_t(n[0]) & PXK_FFT_NOSCALE) == 0;
+    return isPlus(n) && (int32_t(n[0]) & PXK_FFT_NOSCALE) == 0;
 }
 
 Numbers anyFlags(const Case&, const Scene&, Random& random)
@@ -80,20 +85,18 @@ Numbers anyFlags(const Case&, const Scene&, Random& random)
     return { double(random.oneOf({ 1, 2, 1 | 4, 2 | 4, 1 | 32 })) };
 }
 
-void addFourier(const std::string& name, void (*call)(PxkImage*, PxkImage*, int32_t), const decltype(modelPack)& model,
-                const decltype(modelPackFixed)& modelFixed)
+using Model = Grid<double> (*)(const Grid<double>&, bool isPlus, bool scales);
+
+void addFourier(const std::string& name, void (*call)(PxkImage*, PxkImage*, int32_t), Model model, Model fixedModel)
 {
-    const auto scaled = [&model](const Grid<double>& grid, const Numbers& n) {
-        return model(grid, signOf(n), scalesBy(n) ? 1.0 / grid.width / grid.height : 1);
+    const auto change = [](Model how) {
+        return [=](const Grid<double>& grid, const Numbers& n) { return how(grid, isPlus(n), scalesBy(n)); };
     };
-    Operation op = transformOperation(name, call, scaled, PXK_DEPTH_32F);
+    Operation op = transformOperation(name, call, change(model), PXK_DEPTH_32F);
     op.numbers = anyFlags;
     addOperation(op);
     // Where one image is 32F the flag of fixed point is not honoured.
-    op = transformOperation(
-        name + "_fixed", call,
-        [&](const Grid<double>& grid, const Numbers& n) { return modelFixed(grid, signOf(n) > 0, scalesBy(n)); },
-        PXK_DEPTH_32S);
+    op = transformOperation(name + "_fixed", call, change(fixedModel), PXK_DEPTH_32S);
     op.axes.depths.pop_back();
     op.numbers = [](const Case& c, const Scene& s, Random& random) {
         return Numbers { std::fmod(anyFlags(c, s, random)[0], 8) + 16 };
@@ -104,27 +107,24 @@ void addFourier(const std::string& name, void (*call)(PxkImage*, PxkImage*, int3
 
 void addFourierRefusals(const std::string& name)
 {
-    PictureSpec lone = GRAY, loneRegion = GRAY, tiles = GRAY, one = RGB;
-    lone.hasAlpha = loneRegion.hasAlpha = true;
-    loneRegion.region(0, 0, 9, 4, 0);
-    tiles.tiled(8, 8);
-    one.region(0, 0, 9, 4, 2);
+    const PictureSpec lone = GRAY.withAlpha(), tiles = GRAY.tiled(8, 8), one = RGB.region(0, 0, 9, 4, 2);
     const std::string counts = "(srcImage->nChannels - (srcImage->alphaChannel != 0))",
                       counted = "(dstImage->nChannels - (dstImage->alphaChannel != 0))";
-    addRefusals(name,
-                { { "(flags & 1) == 0 && (flags & 2 ) == 0", { NO_IMAGE, NO_IMAGE }, { 48 } },
-                  { "(flags & 1) != 0 && (flags & 2 ) != 0", { NO_IMAGE, NO_IMAGE }, { 51 } },
-                  { "(flags & 32) != 0 && (flags & 16 ) != 0", { NO_IMAGE, NO_IMAGE }, { 49 } },
-                  { "srcImage->alphaChannel == 1 && srcImage->roi == 0", { lone, NO_IMAGE }, { 1 } },
-                  { "srcImage->alphaChannel == 1 && srcImage->roi->coi != 1", { loneRegion, NO_IMAGE }, { 1 } },
-                  { "srcImage->depth == 1", { BITONAL, NO_IMAGE }, { 1 } },
-                  { "srcImage->imageData == ((void*)(0))", { tiles, NO_IMAGE }, { 1 } },
-                  { "dstImage->alphaChannel == 1 && dstImage->roi == 0", { GRAY, lone }, { 1 } },
-                  { "dstImage->depth == 1", { GRAY, BITONAL }, { 1 } },
-                  { "dstImage->imageData == ((void*)(0))", { RGB, tiles }, { 1 } },
-                  { counts + " != " + counted, { RGB, GRAY }, { 1 } },
-                  { counted + " != (srcImage->roi->coi > 0)", { one, RGB }, { 1 } },
-                  { counts + " != (dstImage->roi->coi > 0)", { RGB, one }, { 1 } } });
+    addRefusals(
+        name,
+        { { "(flags & 1) == 0 && (flags & 2 ) == 0", { NO_IMAGE, NO_IMAGE }, { 48 } },
+          { "(flags & 1) != 0 && (flags & 2 ) != 0", { NO_IMAGE, NO_IMAGE }, { 51 } },
+          { "(flags & 32) != 0 && (flags & 16 ) != 0", { NO_IMAGE, NO_IMAGE }, { 49 } },
+          { "srcImage->alphaChannel == 1 && srcImage->roi == 0", { lone, NO_IMAGE }, { 1 } },
+          { "srcImage->alphaChannel == 1 && srcImage->roi->coi != 1", { lone.region(0, 0, 9, 4), NO_IMAGE }, { 1 } },
+          { "srcImage->depth == 1", { BITONAL, NO_IMAGE }, { 1 } },
+          { "srcImage->imageData == ((void*)(0))", { tiles, NO_IMAGE }, { 1 } },
+          { "dstImage->alphaChannel == 1 && dstImage->roi == 0", { GRAY, lone }, { 1 } },
+          { "dstImage->depth == 1", { GRAY, BITONAL }, { 1 } },
+          { "dstImage->imageData == ((void*)(0))", { RGB, tiles }, { 1 } },
+          { counts + " != " + counted, { RGB, GRAY }, { 1 } },
+          { counted + " != (srcImage->roi->coi > 0)", { one, RGB }, { 1 } },
+          { counts + " != (dstImage->roi->coi > 0)", { RGB, one }, { 1 } } });
 }
 
 // ---- products ------------------------------------------------------------------------------------------------------
@@ -132,28 +132,12 @@ void addFourierRefusals(const std::string& name)
 void multiplyPlanes(const Scene& s)
 {
     const Window windows[3] = { windowOf(s[0]), windowOf(s[1]), windowOf(s[2]) };
-    const bool wraps = depthBits(s[0].spec.depth) < 32;
+    const CommonSize size = { windows[0].width, windows[0].height };
     const Scene old = s.copy();
     for (int32_t c = 0; c < windows[0].channels; ++c) {
-        Grid<double> grids[3] = { { int32_t(windows[0].width), int32_t(windows[0].height) }, { 1, 1 }, { 1, 1 } };
-        grids[1] = grids[2] = grids[0];
-        const auto forEach = [&](const std::function<void(double&, size_t k, int32_t x, int32_t y, int32_t c)>& visit) {
-            for (size_t k = 0; k < 3; ++k)
-                for (int32_t y = 0; y < grids[0].height; ++y)
-                    for (int32_t x = 0; x < grids[0].width; ++x)
-                        visit(grids[k].at(x, y), k, int32_t(windows[k].x) + x, int32_t(windows[k].y) + y,
-                              windows[k].firstChannel + c);
-        };
-        forEach([&](double& value, size_t k, int32_t x, int32_t y, int32_t channel) {
-            value = old[k].number(x, y, channel);
-        });
-        modelMultiplySpectra(grids[0], grids[1], wraps, grids[2]);
-        const int32_t depth = s[2].spec.depth;
-        forEach([&](double& value, size_t k, int32_t x, int32_t y, int32_t channel) {
-            if (!isFloatDepth(depth))
-                value = std::min(std::max(std::nearbyint(value), double(depthMin(depth))), double(depthMax(depth)));
-            if (k == 2) s[k].setNumber(x, y, channel, value);
-        });
+        storePlane(s[2], windows[2], c,
+                   modelMultiplySpectra(planeOf(old[0], windows[0], c, size), planeOf(old[1], windows[1], c, size),
+                                        depthBits(s[0].spec.depth) < 32));
     }
 }
 
@@ -167,17 +151,15 @@ Scene productScene(const Case& given)
         c, 3,
         [&](PictureSpec& spec, size_t k) {
             if (k == 0) {
-                spec.roi.width = std::max(1, std::min(spec.roi.width, spec.width - spec.roi.xOffset));
-                spec.roi.height = std::max(1, std::min(spec.roi.height, spec.height - spec.roi.yOffset));
+                spec.roi.width = std::min(spec.roi.width, spec.width - spec.roi.xOffset);
+                spec.roi.height = std::min(spec.roi.height, spec.height - spec.roi.yOffset);
                 first = spec;
                 return;
             }
             const bool isWhole = first.roi.width == 0;
-            const int32_t width = isWhole ? first.width : first.roi.width,
-                          height = isWhole ? first.height : first.roi.height;
-            spec.roi = { spec.roi.coi, spec.roi.xOffset, spec.roi.yOffset, width, height };
-            spec.width = spec.roi.xOffset + width;
-            spec.height = spec.roi.yOffset + height;
+            spec.roi.width = isWhole ? first.width : first.roi.width;
+            spec.roi.height = isWhole ? first.height : first.roi.height;
+            spec = spec.sized(spec.roi.xOffset + spec.roi.width, spec.roi.yOffset + spec.roi.height);
         },
         false);
     Random random(c.seed);
@@ -201,10 +183,7 @@ void addProducts()
     op.isPointwise = op.hasMasks = op.hasRegions = false;
     op.refusedTile = nullptr;
     addOperation(op);
-    PictureSpec wide = GRAY_8S, high = GRAY_8S, tiles = GRAY_8S;
-    wide.width = 10;
-    high.height = 5;
-    tiles.tiled(8, 8);
+    const PictureSpec wide = GRAY_8S.sized(10, 4), high = GRAY_8S.sized(9, 5), tiles = GRAY_8S.tiled(8, 8);
     addRefusals("pxkMpyRCPack2D",
                 { { "srcA->depth || srcB->depth == 8U||16U||1U", { GRAY_8S, GRAY_16U, wide }, {}, {}, PXK_StsBadDepth },
                   { "(srcA->depth != srcB->depth)", { GRAY_8S, GRAY_16S, GRAY } },
@@ -243,11 +222,10 @@ void addCosine()
     op.hasRegions = false; // one that leaves its image is refused
     op.stale = Stale::STOPS;
     op.badHeader = nullptr;
-    op.nullImage = [](size_t k) { return Ending({ { PXK_StsBadArg, "pxkDCT2D", k == 0 ? "src==0" : "dst==0" } }); };
+    op.nullImage = tells({ { PXK_StsBadArg, "src==0" }, { PXK_StsBadArg, "dst==0" } });
+    op.noMemory = tellsNothing();
     addOperation(op);
-    PictureSpec tiles = GRAY, outside = GRAY;
-    tiles.tiled(8, 8);
-    outside.region(1, 0, 9, 4);
+    const PictureSpec tiles = GRAY.tiled(8, 8), outside = GRAY.region(1, 0, 9, 4);
     addRefusals("pxkDCT2D",
                 { { "\nImages with 1u depth are not processed", { BITONAL, RGB }, { 3 } },
                   { "Images are not compatible", { GRAY, RGB }, { 1 } },
@@ -259,8 +237,8 @@ void addCosine()
 }
 
 const Rows rows([] {
-    addFourier("pxkRealFft2D", pxkRealFft2D, modelPack, modelPackFixed);
-    addFourier("pxkCcsFft2D", pxkCcsFft2D, modelUnpack, modelUnpackFixed);
+    addFourier("pxkRealFft2D", pxkRealFft2D, modelPack<double>, modelPack<int64_t>);
+    addFourier("pxkCcsFft2D", pxkCcsFft2D, modelUnpack<double>, modelUnpack<int64_t>);
     addFourierRefusals("pxkRealFft2D");
     addFourierRefusals("pxkCcsFft2D");
     addProducts();

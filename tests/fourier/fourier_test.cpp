@@ -11,54 +11,47 @@ namespace {
 
 PicturePtr noise(int32_t width, int32_t height)
 {
-    const PicturePtr picture = Picture::make(PictureSpec(PXK_DEPTH_32F, width, height));
+    const PicturePtr picture = Picture::make({ PXK_DEPTH_32F, width, height });
     Random random(5);
     fillRange(*picture, random, -1, 1);
     return picture;
 }
 
-double energy(const Picture& p)
-{
-    double sum = 0;
-    for (int32_t y = 0; y < p.spec.height; ++y)
-        for (int32_t x = 0; x < p.spec.width; ++x) sum += p.number(x, y) * p.number(x, y);
-    return sum;
-}
-
+// Root of the mean square of the difference, as a part of that of `a`.
 double distance(const Picture& a, const Picture& b)
 {
-    double sum = 0;
-    for (int32_t y = 0; y < a.spec.height; ++y)
-        for (int32_t x = 0; x < a.spec.width; ++x) sum += std::pow(a.number(x, y) - b.number(x, y), 2);
-    return std::sqrt(sum / energy(a));
+    double difference = 0, energy = 0;
+    a.forEachSample([&](int32_t x, int32_t y, int32_t) {
+        difference += std::pow(a.number(x, y) - b.number(x, y), 2);
+        energy += std::pow(a.number(x, y), 2);
+    });
+    return std::sqrt(difference / energy);
 }
 
-// Every value of a few rows and columns of the spectrum against sums, the rest by way of the inverse.
+PicturePtr pictureOf(const Grid<double>& grid)
+{
+    const PicturePtr picture = Picture::make({ PXK_DEPTH_32F, grid.width, grid.height });
+    picture->forEachSample([&](int32_t x, int32_t y, int32_t) { picture->setNumber(x, y, 0, grid.at(x, y)); });
+    return picture;
+}
+
 TEST(Fourier, isAccurateOnLargeImages)
 {
     startReports();
-    for (const auto& size :
-         { CommonSize { 256, 256 }, { 1000, 30 }, { 64, 1021 }, { 97, 101 }, { 262, 134 }, { 2048, 3 } }) {
-        const PicturePtr image = noise(int32_t(size.width), int32_t(size.height));
+    for (const auto& [width, height] : { std::pair(256, 256), std::pair(1000, 30), std::pair(64, 1021),
+                                         std::pair(97, 101), std::pair(262, 134), std::pair(2048, 3) }) {
+        SCOPED_TRACE(::testing::Message() << width << " x " << height);
+        const PicturePtr image = noise(width, height);
         const PicturePtr packed = image->copy(), back = image->copy(), cosines = image->copy(), again = image->copy();
-        Grid<double> grid(int32_t(size.width), int32_t(size.height));
-        for (size_t i = 0; i < grid.values.size(); ++i)
-            grid.values[i] = image->number(int32_t(i) % grid.width, int32_t(i) / grid.width);
+        Grid<double> grid(width, height);
+        image->forEachSample([&](int32_t x, int32_t y, int32_t) { grid.at(x, y) = image->number(x, y); });
         pxkRealFft2D(*image, *packed, PXK_FFT_FORWARD);
         pxkCcsFft2D(*packed, *back, PXK_FFT_INVERSE);
         pxkDCT2D(*image, *cosines, PXK_DCT_FORWARD);
         pxkDCT2D(*cosines, *again, PXK_DCT_INVERSE);
-        const PicturePtr want = image->copy(), wantCosines = image->copy();
-        const Grid<double> spectrum = modelPack(grid, -1, 1), cosine = modelCosine(grid, true);
-        for (int32_t y = 0; y < grid.height; ++y)
-            for (int32_t x = 0; x < grid.width; ++x) {
-                want->setNumber(x, y, 0, spectrum.at(x, y));
-                wantCosines->setNumber(x, y, 0, cosine.at(x, y));
-            }
-        SCOPED_TRACE(::testing::Message() << size.width << " x " << size.height);
-        EXPECT_LT(distance(*want, *packed), 4e-7);
+        EXPECT_LT(distance(*pictureOf(modelPack<double>(grid, false, false)), *packed), 4e-7);
         EXPECT_LT(distance(*image, *back), 5e-7);
-        EXPECT_LT(distance(*wantCosines, *cosines), 4e-7);
+        EXPECT_LT(distance(*pictureOf(modelCosine(grid, true)), *cosines), 4e-7);
         EXPECT_LT(distance(*image, *again), 5e-7);
     }
 }
@@ -74,8 +67,7 @@ TEST(Fourier, roundsHalvesToEvenAndLimits)
                  { PXK_DEPTH_8U, -0.3, 0 },         { PXK_DEPTH_16U, 70000, 65535 },   { PXK_DEPTH_16S, 2.5, 2 },
                  { PXK_DEPTH_32S, 3e9, INT32_MAX }, { PXK_DEPTH_32S, -3e9, INT32_MIN } };
     for (const auto& row : rows) {
-        const PicturePtr from = Picture::make(PictureSpec(PXK_DEPTH_32F, 1, 1)),
-                         to = Picture::make(PictureSpec(row.depth, 1, 1));
+        const PicturePtr from = Picture::make({ PXK_DEPTH_32F, 1, 1 }), to = Picture::make({ row.depth, 1, 1 });
         from->setNumber(0, 0, 0, row.value);
         pxkRealFft2D(*from, *to, PXK_FFT_FORWARD);
         EXPECT_EQ(to->number(0, 0), row.stored) << depthName(row.depth) << " of " << row.value;
@@ -92,7 +84,7 @@ TEST(Fourier, tablesComeAndGo)
     const PicturePtr first = image->copy(), then = image->copy();
     pxkRealFft2D(*image, *first, PXK_FFT_FORWARD);
     for (int32_t n = 1; n < 200; n += 3) {
-        const PicturePtr other = noise(n, 1 + n % 7), integers = Picture::make(PictureSpec(PXK_DEPTH_16S, n, 5));
+        const PicturePtr other = noise(n, 1 + n % 7), integers = Picture::make({ PXK_DEPTH_16S, n, 5 });
         pxkRealFft2D(*other, *other, PXK_FFT_FORWARD);
         pxkRealFft2D(*integers, *integers, PXK_FFT_FORWARD | PXK_FFT_USE_INT);
         pxkDCT2D(*other, *other->copy(), PXK_DCT_FORWARD);

@@ -18,10 +18,7 @@ Ending refusedTile(const std::string& func, size_t image, const Scene& s)
     return Ending({ { -2, func, isRead ? "Error get tile to read" : "Error get tile to write" } });
 }
 
-Ending noMemory(const std::string& func)
-{
-    return Ending({ { PXK_StsBackTrace, func, "" } });
-}
+const Refused noMemory = tells(PXK_StsBackTrace, "");
 
 Operation pairOperation(const char* name, void (*function)(PxkImage*, PxkImage*), void (*model)(Picture&, Picture&))
 {
@@ -39,17 +36,12 @@ Operation pairOperation(const char* name, void (*function)(PxkImage*, PxkImage*)
 
 void addPairRefusals(const char* name)
 {
-    PictureSpec one = RGB;
-    one.region(0, 0, 2, 2, 1);
-    addRefusals(
-        name,
-        { { "srcImage->depth != dstImage->depth", { GRAY, GRAY_8S } },
-          { "srcImage->origin != dstImage->origin",
-            { GRAY, GRAY },
-            {},
-            [](const Scene& s) { s[1].header.origin = 1; } },
-          { "srcImage->dataOrder != dstImage->dataOrder", { RGB, RGB_PLANES } },
-          { "Number of processed channels of srcImage != Number of processed channels of dstImage", { RGB, one } } });
+    addRefusals(name,
+                { { "srcImage->depth != dstImage->depth", { GRAY, GRAY_8S } },
+                  { "srcImage->origin != dstImage->origin", { GRAY, GRAY }, {}, turned(1) },
+                  { "srcImage->dataOrder != dstImage->dataOrder", { RGB, RGB_PLANES } },
+                  { "Number of processed channels of srcImage != Number of processed channels of dstImage",
+                    { RGB, RGB.region(0, 0, 2, 2, 1) } } });
 }
 
 Numbers anyValue(const Case& c, const Scene&, Random& random)
@@ -63,7 +55,9 @@ const Rows rows([] {
     Operation copy = pairOperation("pxkCopy", pxkCopy, modelCopy);
     copy.axes.places = { InPlace::NO, InPlace::NO, InPlace::FIRST, InPlace::OTHER_HEADER };
     addOperation(copy);
-    addOperation(pairOperation("pxkExchange", pxkExchange, modelExchange));
+    Operation exchange = pairOperation("pxkExchange", pxkExchange, modelExchange);
+    exchange.nWritten = 2;
+    addOperation(exchange);
     addPairRefusals("pxkCopy");
     addPairRefusals("pxkExchange");
 
@@ -77,19 +71,14 @@ const Rows rows([] {
     magnitude.axes.depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U };
     magnitude.axes.channels = { Channels::ONE, Channels::UNLIKE };
     magnitude.axes.count = 500;
-    magnitude.nullImage = [](size_t k) {
+    magnitude.func = "pxkCopy";
+    magnitude.nullImage = [](const std::string&, size_t k, const Scene&) {
         return Ending({ { PXK_StsBadArg, "pxkAbs", k == 0 ? "srcImage==0" : "dstImage==0" } });
     };
-    magnitude.badHeader = [](int32_t status) {
-        return Ending(
-            { { status, "pxkCopy", "Incorrect Image" }, { PXK_StsBackTrace, "pxkAbs", "pxkCopy is failed" } });
+    magnitude.badHeader = [other = magnitude.badHeader](const std::string& func, int32_t status) {
+        return withTrace(other(func, status), "pxkAbs", "pxkCopy is failed");
     };
-    magnitude.refusedTile = [](const std::string&, size_t image, const Scene& s) {
-        Ending ending = refusedTile("pxkCopy", image, s);
-        if (ending.status < 0) ending.reports.push_back({ PXK_StsBackTrace, "pxkAbs", "pxkCopy is failed" });
-        return ending;
-    };
-    magnitude.noMemory = [](const std::string&) { return noMemory("pxkCopy"); };
+    magnitude.refusedTile = traced(refusedTile, "pxkAbs", "pxkCopy is failed");
     addOperation(magnitude);
 
     Operation set(
@@ -98,9 +87,7 @@ const Rows rows([] {
     set.axes.depths.pop_back();
     set.numbers = anyValue;
     set.stale = Stale::STOPS;
-    set.refusedTile = [](const std::string& func, size_t, const Scene&) {
-        return Ending({ { -2, func, "Error get tile to write" } });
-    };
+    set.refusedTile = tells(-2, "Error get tile to write");
     addOperation(set);
     addRefusals("pxkSet", { { "You should use pxkSetFP for this image", { FLOATS }, { 1 }, {}, PXK_StsBadDepth } });
 
@@ -108,17 +95,18 @@ const Rows rows([] {
     Operation real(
         "pxkSetFP", { "dstImage" }, [](const Arguments& a) { pxkSetFP(a[0], a.real(0)); },
         [](const Scene& s, const Numbers& n) { modelSetBits(s[0], bitsOf(PXK_DEPTH_32F, n[0])); });
-    const auto traced = [](int32_t status, const char* text) {
-        return Ending({ { status, "pxkSet", text }, { PXK_StsBackTrace, "pxkSetFP", "" } });
-    };
     real.axes.depths = { PXK_DEPTH_32F };
     real.tolerance = BITS;
     real.numbers = anyValue;
     real.stale = Stale::STOPS;
     real.staleReports = { { PXK_StsBackTrace, "pxkSetFP", "" } };
-    real.nullImage = [](size_t) { return Ending({ { PXK_StsBadArg, "pxkSetFP", "dstImage==0" } }); };
-    real.badHeader = [=](int32_t status) { return traced(status, "Incorrect Image"); };
-    real.refusedTile = [=](const std::string&, size_t, const Scene&) { return traced(-2, "Error get tile to write"); };
+    real.nullImage = tells(PXK_StsBadArg, "dstImage==0");
+    real.badHeader = [](const std::string& func, int32_t status) {
+        return withTrace(Ending({ { status, "pxkSet", "Incorrect Image" } }), func);
+    };
+    real.refusedTile = [](const std::string& func, size_t, const Scene&) {
+        return withTrace(Ending({ { -2, "pxkSet", "Error get tile to write" } }), func);
+    };
     addOperation(real);
     addRefusals("pxkSetFP", { { "You should use pxkSet for this image", { GRAY }, { 1 }, {}, PXK_StsBadDepth } });
 });

@@ -21,7 +21,7 @@ TEST(Set, asManyBitsAsFitInMemory)
 // Behind good headers all faults are told, whatever status was stored.
 TEST(Copy, reportsAllArgumentFaults)
 {
-    const PictureSpec rgb(PXK_DEPTH_8U, 9, 4, 3);
+    const PictureSpec rgb { PXK_DEPTH_8U, 9, 4, 3 };
     const PicturePtr src = Picture::make(rgb, 1), dst = Picture::make(rgb, 2);
     dst->header.depth = PXK_DEPTH_8S;
     dst->header.origin = 1;
@@ -34,7 +34,7 @@ TEST(Copy, reportsAllArgumentFaults)
                     { PXK_StsBadArg, "pxkExchange", "srcImage->dataOrder != dstImage->dataOrder" } });
     pxkAbs(nullptr, nullptr);
     expectReports({ { PXK_StsBadArg, "pxkAbs", "srcImage==0" }, { PXK_StsBadArg, "pxkAbs", "dstImage==0" } });
-    pxkAbs(*src, *Picture::make(PictureSpec(PXK_DEPTH_16U)));
+    pxkAbs(*src, *Picture::make({ PXK_DEPTH_16U }));
     expectReports({ { PXK_StsBadArg, "pxkCopy", "srcImage->depth != dstImage->depth" },
                     { PXK_StsBackTrace, "pxkAbs", "pxkCopy is failed" } });
     pxkSetErrStatus(3); // only negative ones stop it
@@ -48,8 +48,8 @@ TEST(Copy, reportsAllArgumentFaults)
 // Alpha alone is nothing to process, with or without a region; named as channel of interest it is.
 TEST(Copy, loneAlpha)
 {
-    const PicturePtr src = Picture::make(PictureSpec(PXK_DEPTH_8U, 5, 2).withAlpha(), 1);
-    const PicturePtr dst = Picture::make(PictureSpec(PXK_DEPTH_8U, 5, 2).withAlpha(), 2), want = dst->copy();
+    const PicturePtr src = Picture::make(PictureSpec { PXK_DEPTH_8U, 5, 2 }.withAlpha(), 1);
+    const PicturePtr dst = Picture::make(PictureSpec { PXK_DEPTH_8U, 5, 2 }.withAlpha(), 2), want = dst->copy();
     startReports();
     for (const int32_t coi : { 0, 1 }) {
         pxkCopy(*src, *dst);
@@ -66,8 +66,9 @@ TEST(Copy, loneAlpha)
 // The image is one of integers of the same width while it works.
 TEST(Set, floatTilesAreAskedForAsIntegers)
 {
-    const PicturePtr p = Picture::make(PictureSpec(PXK_DEPTH_32F, 24, 2).tiled(8, 8));
+    const PicturePtr p = Picture::make(PictureSpec { PXK_DEPTH_32F, 24, 2 }.tiled(8, 8));
     p->storage->refuseAt = 2;
+    startReports();
     pxkSetFP(*p, 1);
     EXPECT_EQ(p->storage->calls[0].depth, PXK_DEPTH_32S);
     EXPECT_EQ(p->header.depth, PXK_DEPTH_32F);

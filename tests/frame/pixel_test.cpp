@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Single pixels, the ring image and the counter.
+#include <array>
 #include <cmath>
-#include <cstring>
-#include <memory>
 
 #include "support/cases.h"
 #include "support/reports.h"
@@ -14,11 +13,11 @@ namespace {
 // The bytes of a pixel as the library lays them out: samples one behind the other; one-bit samples in a byte.
 std::vector<uint8_t> bytesOfPixel(const Picture& p, int32_t x, int32_t row)
 {
-    const int32_t width = std::max(depthBits(p.spec.depth) / 8, 1);
-    std::vector<uint8_t> bytes(static_cast<size_t>(width * p.spec.channels));
+    std::vector<uint8_t> bytes;
     for (int32_t c = 0; c < p.spec.channels; ++c) {
-        const uint32_t bits = p.bits(x, row, c); // the machine stores low bytes first
-        memcpy(&bytes[static_cast<size_t>(c * width)], &bits, static_cast<size_t>(width));
+        for (int32_t shift = 0; shift < depthBits(p.spec.depth); shift += 8) { // low bytes first
+            bytes.push_back(static_cast<uint8_t>(p.bits(x, row, c) >> shift));
+        }
     }
     return bytes;
 }
@@ -68,14 +67,11 @@ TEST(Pixel, isReadAndWrittenByCoordinatesAlone)
             EXPECT_EQ(read.front() + read.back(), 2 * 0xA5);
             expectOneTile(p, x, row, PXK_TILE_READ);
 
-            const Scene want = got.copy();
-            for (size_t i = 0; i < pixel.size(); ++i) read[i + 1] = static_cast<uint8_t>(random.next());
-            for (int32_t channel = 0; channel < p.spec.channels; ++channel) {
-                const size_t width = pixel.size() / static_cast<size_t>(p.spec.channels);
-                uint32_t bits = 0;
-                memcpy(&bits, &read[1 + static_cast<size_t>(channel) * width], width);
-                want[0].setBits(x, row, channel, bits);
-            }
+            const Scene want = got.copy(), other = got.copy();
+            fillRandom(other[0], random);
+            for (int32_t k = 0; k < p.spec.channels; ++k) want[0].setBits(x, row, k, other[0].bits(x, row, k));
+            pixel = bytesOfPixel(want[0], x, row);
+            std::copy(pixel.begin(), pixel.end(), read.begin() + 1);
             EXPECT_EQ(pxkPutPixel(p, x, y, read.data() + 1), 0);
             expectOneTile(p, x, row, PXK_TILE_WRITE);
             EXPECT_TRUE(sameScene(want, got, BITS)) << x << ", " << y;
@@ -89,7 +85,7 @@ using PixelCall = int32_t (*)(PxkImage*, int32_t, int32_t, void*);
 void expectPixelRefusals(PixelCall call, const char* name, const char* refusedTile)
 {
     uint8_t pixel[16] = {};
-    const PicturePtr p = Picture::make(PictureSpec(PXK_DEPTH_16U, 10, 6)), before = p->copy();
+    const PicturePtr p = Picture::make({ PXK_DEPTH_16U, 10, 6 }), before = p->copy();
     const auto expectFault = [&](PxkImage* image, int32_t x, int32_t y, void* to, int32_t status, const char* text) {
         startReports();
         EXPECT_EQ(call(image, x, y, to), status);
@@ -103,7 +99,7 @@ void expectPixelRefusals(PixelCall call, const char* name, const char* refusedTi
     p->header.alphaChannel = 3;
     expectFault(*p, -1, -1, nullptr, -18, "Incorrect Image");
 
-    const PicturePtr tiled = Picture::make(PictureSpec(PXK_DEPTH_16U, 30, 20).tiled(8, 8));
+    const PicturePtr tiled = Picture::make(PictureSpec { PXK_DEPTH_16U, 30, 20 }.tiled(8, 8));
     const PicturePtr tiledBefore = tiled->copy();
     tiled->storage->refuseAt = 1;
     expectFault(*tiled, 29, 19, pixel, -2, refusedTile);
@@ -123,53 +119,42 @@ TEST(Pixel, resultOfAFailureIsTheHandlers)
     startReports();
     pxkRedirectError([](int32_t, const char*, const char*, const char*, int32_t) { return int32_t(4711); });
     uint8_t pixel[4];
-    EXPECT_EQ(pxkGetPixel(*Picture::make(PictureSpec()), -1, 0, pixel), 4711);
+    EXPECT_EQ(pxkGetPixel(*Picture::make({}), -1, 0, pixel), 4711);
     EXPECT_EQ(pxkPutPixel(nullptr, 0, 0, pixel), 4711);
     startReports();
 }
 
 // ---- rings ---------------------------------------------------------------------------------------------------------
 
-struct FreeImage {
-    void operator()(PxkImage* image) const { pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA); }
-};
-
 // Everywhere within one level of the sine, in a header that says gray.
 TEST(Rings, followTheSine)
 {
     for (const int32_t depth : Axes().depths) {
-        for (const auto& size : { std::make_pair(255, 33), std::make_pair(34, 200), std::make_pair(1, 2) }) {
-            const int32_t width = size.first, height = size.second;
-            const std::unique_ptr<PxkImage, FreeImage> image(pxkCreateImageJaehne(depth, width, height));
-            ASSERT_EQ(pxkCheckImageHeader(image.get()), 0);
+        for (const auto& [width, height] : { std::pair(255, 33), std::pair(34, 200), std::pair(1, 2) }) {
+            PxkImage* const image = pxkCreateImageJaehne(depth, width, height);
+            ASSERT_EQ(pxkCheckImageHeader(image), 0);
             EXPECT_EQ(std::string(image->colorModel, 4) + std::string(image->channelSeq, 4), "GRAYGRAY");
-            EXPECT_TRUE(image->width == width && image->height == height && image->nChannels == 1);
-            const PicturePtr ring = Picture::make(PictureSpec(depth, width, height));
-            const auto* const data = static_cast<const uint8_t*>(image->imageData);
-            for (int32_t y = 0; y < height; ++y)
-                memcpy(ring->row(y), data + y * image->widthStep, static_cast<size_t>(ring->header.widthStep));
+            const PicturePtr ring = Picture::of(*image);
             const bool isFloat = isFloatDepth(depth);
             const double middle = depth < 0 ? 0 : 1, scale = isFloat ? 0.5 : std::exp2(depthBits(depth) - 1);
             for (int32_t i = 0; i < width * height; ++i) {
                 const double dx = i % width - width / 2, dy = i / width - height / 2;
                 const double sine = std::sin((dx * dx + dy * dy) * 6.283185307179586 / (4 * height));
                 const double exact = std::fabs(sine + middle) * scale - (isFloat ? 0 : 0.5); // fractions are cut off
-                const double got = std::fabs(ring->number(i % width, i / width));
-                ASSERT_NEAR(got, exact, isFloat ? 1e-4 : 0.51 + scale * 1e-7);
+                ASSERT_NEAR(std::fabs(ring->number(i % width, i / width)), exact, isFloat ? 1e-4 : 0.51 + scale * 1e-7);
             }
+            pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA);
         }
     }
 }
 
 TEST(Rings, refusals)
 {
-    const int32_t bad[][4] = {
-        { PXK_DEPTH_8U, 0, 5, -10 }, { PXK_DEPTH_8U, 5, -1, -10 }, { 12, 0, 0, -10 }, { 12, 5, 5, -17 }
-    };
     startReports();
-    for (const auto& b : bad) {
-        EXPECT_EQ(pxkCreateImageJaehne(b[0], b[1], b[2]), nullptr);
-        expectReports({ { b[3], "pxkCreateImageJaehne", pxkErrorStr(b[3]) } });
+    for (const auto& [depth, width, height, status] : std::vector<std::array<int32_t, 4>> {
+             { PXK_DEPTH_8U, 0, 5, -10 }, { PXK_DEPTH_8U, 5, -1, -10 }, { 12, 0, 0, -10 }, { 12, 5, 5, -17 } }) {
+        EXPECT_EQ(pxkCreateImageJaehne(depth, width, height), nullptr);
+        expectReports({ { status, "pxkCreateImageJaehne", pxkErrorStr(status) } });
     }
     EXPECT_EQ(pxkCreateImageJaehne(PXK_DEPTH_32S, 65536, 65536), nullptr);
     EXPECT_EQ(recordedReports().back(),

@@ -1,27 +1,16 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Status, texts, chains of reports and the handlers that need nobody to answer.
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <string>
 #include <thread>
-#include <vector>
 
-#include "pxk/pxk.h"
+#include "support/reports.h"
 
 namespace {
 
-struct Report {
-    int32_t status;
-    const char *func, *context, *file;
-    int32_t line;
-};
-
-std::vector<Report> reports;
-
+// Passes on something that is no status.
 int32_t record(int32_t status, const char* func, const char* context, const char* file, int32_t line)
 {
-    reports.push_back({ status, func, context, file, line });
+    recordReport(status, func, context, file, line);
     return 4711;
 }
 
@@ -30,16 +19,11 @@ class Status : public testing::Test {
 protected:
     void SetUp() override
     {
-        reports.clear();
-        pxkSetErrStatus(0);
+        startReports();
         pxkSetErrMode(PXK_ErrModeLeaf);
         pxkRedirectError(record);
     }
-    void TearDown() override
-    {
-        pxkSetErrStatus(0);
-        pxkRedirectError(nullptr);
-    }
+    void TearDown() override { startReports(); }
 };
 
 TEST_F(Status, texts)
@@ -62,24 +46,16 @@ TEST_F(Status, texts)
 
 TEST_F(Status, chainKeepsTheFirstFailure)
 {
-    const char *func = "f", *context = "c", *file = "x.cpp";
-    EXPECT_EQ(pxkError(PXK_StsBadArg, func, context, file, 7), 4711);
+    using Reports = std::vector<Report>;
+    EXPECT_EQ(pxkError(PXK_StsBadArg, "f", "c", "x.cpp", 7), 4711);
     EXPECT_EQ(pxkError(PXK_StsBackTrace, nullptr, nullptr, nullptr, -3), 4711);
-    EXPECT_EQ(pxkError(PXK_StsAutoTrace, func, context, file, 0), 4711);
+    EXPECT_EQ(pxkError(PXK_StsAutoTrace, "f", nullptr, "x.cpp", 1), 4711);
+    const Reports all = { { -5, "f", "c" }, { -1, "(null)", "(no file or line)" }, { -8, "f", "(null)" } };
     EXPECT_EQ(pxkGetErrStatus(), PXK_StsBadArg);
-    ASSERT_EQ(reports.size(), 3u);
-    EXPECT_EQ(reports[0].func, func);
-    EXPECT_EQ(reports[0].context, context);
-    EXPECT_EQ(reports[0].file, file);
-    EXPECT_EQ(reports[0].line, 7);
-    EXPECT_EQ(reports[1].status, PXK_StsBackTrace);
-    EXPECT_EQ(reports[1].func, nullptr);
-    EXPECT_EQ(reports[1].line, -3);
-    EXPECT_EQ(reports[2].status, PXK_StsAutoTrace);
-
-    EXPECT_EQ(pxkError(PXK_StsOk, func, context, file, 7), 0);
+    EXPECT_EQ(recordedReports(), all);
+    EXPECT_EQ(pxkError(PXK_StsOk, "f", "c", "x.cpp", 7), 0);
     EXPECT_EQ(pxkGetErrStatus(), 0);
-    EXPECT_EQ(reports.size(), 3u);
+    EXPECT_EQ(recordedReports(), all);
 }
 
 TEST_F(Status, modeIsTheHandlersMatter)
@@ -90,10 +66,9 @@ TEST_F(Status, modeIsTheHandlersMatter)
         EXPECT_EQ(pxkError(12345, "", "", "", 0), 4711); // positive statuses are reports like others
         EXPECT_EQ(pxkGetErrStatus(), 12345);
     }
-    EXPECT_EQ(reports.size(), 4u);
     pxkSetErrStatus(-99);
     EXPECT_EQ(pxkGetErrStatus(), -99);
-    EXPECT_EQ(reports.size(), 4u);
+    EXPECT_EQ(recordedReports().size(), 4u);
 }
 
 TEST_F(Status, redirecting)
@@ -139,6 +114,7 @@ TEST_F(Status, standardErrorText)
         { "\tcalled from [a.cpp:12]:f\n", -8, "f", nullptr, "a.cpp", 12 },
         { "\nPXK Library Error: Unknown error or status code \n\tin function:<unknown>\n", -2, nullptr, nullptr,
           nullptr, -7 },
+        { "\tcalled from [:9]:f\n", -1, "f", nullptr, nullptr, 9 },
         { "\nPXK Library Error: Out of memory \n\tin function [:-2147483648]:%s(): %n%d\n", -4, "%s", "%n%d", "",
           INT32_MIN },
     };
@@ -179,18 +155,13 @@ TEST_F(Status, newThreadsBeginAfresh)
 {
     pxkSetErrMode(PXK_ErrModeParent);
     pxkSetErrStatus(-5);
-    int32_t status = 1, mode = 1;
-    PxkErrorCallBack handler = nullptr;
-    std::thread([&] {
-        status = pxkGetErrStatus();
-        mode = pxkGetErrMode();
-        handler = pxkRedirectError(pxkStdErrReport);
+    std::thread([] {
+        EXPECT_EQ(pxkGetErrStatus(), 0);
+        EXPECT_EQ(pxkGetErrMode(), PXK_ErrModeLeaf);
+        EXPECT_EQ(pxkRedirectError(pxkStdErrReport), &pxkGuiBoxReport);
         pxkSetErrMode(PXK_ErrModeSilent);
         pxkError(PXK_StsNoMem, "", "", "", 0);
     }).join();
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(mode, PXK_ErrModeLeaf);
-    EXPECT_EQ(handler, &pxkGuiBoxReport);
     EXPECT_EQ(pxkGetErrStatus(), -5);
     EXPECT_EQ(pxkGetErrMode(), PXK_ErrModeParent);
     EXPECT_EQ(pxkRedirectError(record), &record);

@@ -17,8 +17,8 @@ static std::vector<PicturePtr> runAll(uint64_t seed)
     pxkRedirectError(passStatusOn);
     pxkSetErrStatus(PXK_StsOk);
     Random random(seed);
-    const PictureSpec spec(PXK_DEPTH_8U, 61, 37, 3);
-    const PicturePtr a = Picture::make(spec, random), b = Picture::make(PictureSpec(spec).tiled(16, 24), random);
+    const PictureSpec spec { PXK_DEPTH_8U, 61, 37, 3 };
+    const PicturePtr a = Picture::make(spec, random), b = Picture::make(spec.tiled(16, 24), random);
     const PicturePtr sum = Picture::make(spec, random), median = Picture::make(spec, random);
     const PicturePtr gray = Picture::make({ PXK_DEPTH_8U, 61, 37 }, random),
                      bits = Picture::make({ PXK_DEPTH_1U, 61, 37 }, random);

@@ -5,31 +5,23 @@
 
 namespace {
 
-// The last report, for functions that tell who called.
-Ending behind(const std::string& func, std::vector<Report> reports, bool isTraced)
-{
-    if (isTraced) reports.push_back({ PXK_StsBackTrace, func, "" });
-    return Ending(reports);
-}
-
-// What geometry operations share: checks go on, and the call stops behind all of them.
+// What geometry operations share: checks go on, and the call stops behind all of them; some tell who called.
 void setGeometry(Operation& op, bool isTraced)
 {
-    const std::string name = op.func;
+    const auto ending = [isTraced, func = op.func](const Refused& refused) {
+        return isTraced ? traced(refused, func) : refused;
+    };
     op.isPointwise = false;
     op.goesOn = true;
     op.keepsTiles = true;
     op.stale = Stale::STOPS;
-    if (isTraced) op.staleReports = { { PXK_StsBackTrace, name, "" } };
-    op.badHeader = [=](int32_t status) { return behind(name, { { status, name, "Incorrect Image" } }, isTraced); };
-    op.nullImage = [badHeader = op.badHeader](size_t) { return badHeader(PXK_StsNullHeader); };
-    op.noMemory = [=](const std::string&) {
-        return behind(name, { { PXK_StsNoMem, name, "Out of memory" } }, isTraced);
+    if (isTraced) op.staleReports = { { PXK_StsBackTrace, op.func, "" } };
+    op.badHeader = [=](const std::string& func, int32_t status) {
+        return ending(tells(status, "Incorrect Image"))(func, 0, {});
     };
-    op.refusedTile = [=](const std::string&, size_t image, const Scene&) {
-        if (image == 0) return behind(name, { { PXK_StsNoMem, name, "Out of memory" } }, isTraced);
-        return behind(name, { { PXK_StsBadArg, name, "Error get tile to write" } }, isTraced);
-    };
+    op.nullImage = ending(op.nullImage);
+    op.noMemory = ending(op.noMemory);
+    op.refusedTile = ending(tells({ { PXK_StsNoMem, "Out of memory" }, { PXK_StsBadArg, "Error get tile to write" } }));
     op.axes.count = 300;
 }
 
@@ -37,8 +29,9 @@ void setGeometry(Operation& op, bool isTraced)
 Scene twoAlike(const Case& c)
 {
     return makeScene(c, 2, [&](PictureSpec& spec, size_t) {
-        if (c.channels == Channels::COI) spec.channels = 3;
-        if (c.channels == Channels::COI) spec.roi.coi = spec.roi.coi % 3 + 1;
+        if (c.channels != Channels::COI) return;
+        spec.channels = 3;
+        spec.roi.coi = spec.roi.coi % 3 + 1;
     });
 }
 

@@ -19,7 +19,7 @@ static void expectTexts(const std::string& func, const std::vector<std::string>&
 TEST(Scale, reportsEveryFault)
 {
     const PicturePtr gray = Picture::make(GRAY), wide = Picture::make(RGB_16U), planes = Picture::make(RGB_PLANES);
-    const PicturePtr coi = Picture::make(PictureSpec(RGB).region(9, 4, 9, 4, 2)), floats = Picture::make(FLOATS);
+    const PicturePtr coi = Picture::make(RGB.region(9, 4, 9, 4, 2)), floats = Picture::make(FLOATS);
     const std::string unknown =
         "interpolate != PXK_INTER_NN && interpolate != PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC";
     const std::string depth =
@@ -34,7 +34,7 @@ TEST(Scale, reportsEveryFault)
     expectTexts("pxkResize", { "This function isn`t in-plase function", "" },
                 [&] { pxkResize(*gray, *gray, 1, 2, 2, 1, PXK_INTER_NN); });
     expectTexts("pxkResize", { "Processed channels of srcImage != Processed channels of dstImage", "" }, [&] {
-        pxkResize(*planes, *Picture::make(PictureSpec(RGB_PLANES).region(0, 0, 9, 4, 1)), 1, 2, 2, 1, PXK_INTER_NN);
+        pxkResize(*planes, *Picture::make(RGB_PLANES.region(0, 0, 9, 4, 1)), 1, 2, 2, 1, PXK_INTER_NN);
     });
     expectTexts("pxkResize",
                 { "(interpolate == PXK_INTER_SUPER) && (xDst > xSrc || yDst > ySrc)", "pxkDecimate: yDst > ySrc", "" },

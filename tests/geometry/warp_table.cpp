@@ -39,16 +39,13 @@ Scene warpScene(Case c)
 
 void setWarp(Operation& op, std::vector<int32_t> depths, const Tolerance& tolerance)
 {
-    const std::string name = op.func;
     op.isPointwise = op.hasMasks = false; // those of sources count for nothing
     op.goesOn = op.keepsTiles = true;
     op.stale = Stale::STOPS;
     op.tolerance = tolerance;
-    op.refusedTile = [=, count = op.images.size()](const std::string&, size_t image, const Scene&) {
-        if (image + 1 == count) return Ending({ { PXK_StsBadArg, name, "Error get tile to write" } });
-        return Ending({ { PXK_StsNoMem, name, "Out of memory" } });
-    };
-    op.nullImage = [=](size_t) { return Ending({ { PXK_StsNullHeader, name, "Incorrect Image" } }); };
+    std::vector<std::pair<int32_t, std::string>> tiles(op.images.size(), { PXK_StsNoMem, "Out of memory" });
+    tiles.back() = { PXK_StsBadArg, "Error get tile to write" };
+    op.refusedTile = tells(tiles);
     op.axes.depths = std::move(depths);
     op.axes.count = 1000;
 }
@@ -158,69 +155,59 @@ void addRemap(const std::string& name, bool isNearest)
 }
 
 // What all refuse; `n` are good numbers, of which the last one is the interpolation.
+const char* const interpolations =
+    "interpolate != PXK_INTER_NN && interpolate != PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC";
+
 void addSharedRefusals(const std::string& name, Numbers n)
 {
-    const auto turned = [](const Scene& s) { s[0].header.origin = 1; };
+    const char* const depths = "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)";
     addRefusals(
         name,
         { { "srcImage->depth != dstImage->depth", { RGB, RGB_16U }, n },
-          { "srcImage->origin != dstImage->origin", { RGB, RGB }, n, turned },
+          { "srcImage->origin != dstImage->origin", { RGB, RGB }, n, turned(0) },
           { "srcImage->dataOrder != dstImage->dataOrder", { RGB, RGB_PLANES }, n },
-          { "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)", { GRAY_8S, GRAY_8S }, n },
-          { "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)", { FLOATS, FLOATS }, n },
+          { depths, { GRAY_8S, GRAY_8S }, n },
+          { depths, { FLOATS, FLOATS }, n },
           { "Number of processed channels of srcImage != Number of processed channels of dstImage", { RGB, GRAY }, n },
-          { "Bad rect ROI", { RGB, RGB }, n, [](const Scene& s) { s[0].setRegion(9, 0, 4, 4); } },
-          { "srcImage Rectangle ROI is degenerate to length or point", { RGB, RGB }, n, [](const Scene& s) {
-               s[0].setRegion(2, 0, 1, 4);
-           } } });
+          { "Bad rect ROI", { RGB.region(9, 0, 4, 4), RGB }, n },
+          { "srcImage Rectangle ROI is degenerate to length or point", { RGB.region(2, 0, 1, 4), RGB }, n } });
     n.back() = 3;
-    addRefusals(name,
-                { { "interpolate != PXK_INTER_NN && interpolate != PXK_INTER_LINEAR && interpolate != "
-                    "PXK_INTER_CUBIC",
-                    { RGB, RGB },
-                    n } });
+    addRefusals(name, { { interpolations, { RGB, RGB }, n } });
 }
 
 void addWarpRefusals()
 {
     const double nan = std::nan(""), inf = HUGE_VAL;
     addSharedRefusals("pxkWarpAffine", { 1, 0, 0, 0, 1, 0, 16 });
-    for (const Numbers& n : std::vector<Numbers> { { 1, 2, 0, 2, 4, 0, 0 },
-                                                   { nan, 0, 0, 0, 1, 0, 0 },
-                                                   { 1, 0, inf, 0, 1, 0, 1 },
-                                                   { inf, 0, 0, 0, inf, 0, 2 },
-                                                   { 1e-4, 0, 0, 0, 1e-4, 0, 0 } }) {
-        addRefusals("pxkWarpAffine", { { "Determinant of transform matrix == 0.0", { RGB, RGB }, n } });
+    const std::vector<PictureSpec> pair = { RGB, RGB };
+    for (const auto& [a, b, c, d, e] : { std::array<double, 5> { 1, 2, 0, 2, 4 },
+                                         { nan, 0, 0, 0, 1 },
+                                         { 1, 0, inf, 0, 1 },
+                                         { inf, 0, 0, 0, inf },
+                                         { 1e-4, 0, 0, 0, 1e-4 } }) {
+        addRefusals("pxkWarpAffine", { { "Determinant of transform matrix == 0.0", pair, { a, b, c, d, e, 0, 0 } } });
     }
     const char* const degenerate = "Quadrangle is degenerate to triangle or length or point";
-    const auto thin = [](const Scene& s) { s[1].setRegion(0, 1, 4, 1); };
+    const char* const thin = "dstImage Rectangle ROI is degenerate to length or point";
     for (const char* name : { "pxkWarpBilinearQ", "pxkWarpPerspectiveQ" }) {
         addSharedRefusals(name, { 0, 0, 5, 0, 5, 3, 0, 3, 0, 17 });
-        addRefusals(
-            name,
-            { { "warpFlag != 0 && warpFlag != 1", { RGB, RGB }, { 0, 0, 5, 0, 5, 3, 0, 3, 2, 0 } },
-              { degenerate, { RGB, RGB }, { 0, 0, 0, 0, 5, 5, 0, 5, 0, 0 } }, // two corners of a square fall together
-              { degenerate, { RGB, RGB }, { 0, 0, 5, 0, nan, 3, 0, 3, 1, 1 } },
-              { degenerate, { RGB, RGB }, { 0, 0, 5, 0, 5, inf, 0, 3, 1, 1 } },
-              { degenerate, { RGB, RGB }, { 0, 0, 1e200, 0, 1e200, 1e200, 0, 1e200, 0, 2 } },
-              { "Quadrangle is concave", { RGB, RGB }, { 0, 0, 5, 0, 1, 1, 0, 5, 0, 0 } },
-              { "Quadrangle is concave", { RGB, RGB }, { 0, 0, 5, 5, 5, 0, 0, 5, 1, 0 } },
-              { "dstImage Rectangle ROI is degenerate to length or point",
-                { RGB, RGB },
-                { 0, 0, 5, 0, 5, 3, 0, 3, 1, 0 },
-                thin } });
+        addRefusals(name,
+                    { { "warpFlag != 0 && warpFlag != 1", pair, { 0, 0, 5, 0, 5, 3, 0, 3, 2, 0 } },
+                      { degenerate, pair, { 0, 0, 0, 0, 5, 5, 0, 5, 0, 0 } }, // two corners fall together
+                      { degenerate, pair, { 0, 0, 5, 0, nan, 3, 0, 3, 1, 1 } },
+                      { degenerate, pair, { 0, 0, 5, 0, 5, inf, 0, 3, 1, 1 } },
+                      { degenerate, pair, { 0, 0, 1e200, 0, 1e200, 1e200, 0, 1e200, 0, 2 } },
+                      { "Quadrangle is concave", pair, { 0, 0, 5, 0, 1, 1, 0, 5, 0, 0 } },
+                      { "Quadrangle is concave", pair, { 0, 0, 5, 5, 5, 0, 0, 5, 1, 0 } },
+                      { thin, { RGB, RGB.region(0, 1, 4, 1) }, { 0, 0, 5, 0, 5, 3, 0, 3, 1, 0 } } });
     }
     const char* const xText = "xMap->depth != PXK_DEPTH_32F || xMap->nChannels != 1 || xMap->alphaChannel != 0";
     const char* const yText = "yMap->depth != PXK_DEPTH_32F || yMap->nChannels != 1 || yMap->alphaChannel != 0";
     addRefusals("pxkRemap",
-                { { "srcImage->dataOrder != dstImage->dataOrder",
-                    { GRAY, FLOATS, FLOATS, PictureSpec(PXK_DEPTH_8U, 9, 4, 1, PXK_DATA_ORDER_PLANE) },
-                    { 0 } },
+                { { "srcImage->dataOrder != dstImage->dataOrder", { GRAY, FLOATS, FLOATS, RGB_PLANES.of(1) }, { 0 } },
                   { xText, { RGB, GRAY_32S, FLOATS, RGB }, { 1 } },
                   { yText, { RGB, FLOATS, GRAY, RGB }, { 2 } },
-                  { "interpolate != PXK_INTER_NN && interpolate != PXK_INTER_LINEAR && interpolate != PXK_INTER_CUBIC",
-                    { RGB, FLOATS, FLOATS, RGB },
-                    { 16 } } });
+                  { interpolations, { RGB, FLOATS, FLOATS, RGB }, { 16 } } });
 }
 
 const Rows rows([] {

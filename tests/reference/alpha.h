@@ -83,62 +83,43 @@ struct Composition {
     int64_t alphaA, alphaB; // of the constant form
 };
 
-// Alphas of one pixel and their fractions, as numerators over M.
-struct CompositePixel {
-    uint64_t largest, alphaA, alphaB, fa, fb;
-
-    CompositePixel(int32_t type, uint64_t largest, uint64_t alphaA, uint64_t alphaB)
-        : largest(largest)
-        , alphaA(alphaA)
-        , alphaB(alphaB)
-    {
-        const uint64_t one = largest;
-        const uint64_t table[6][2] = {
-            { one, one - alphaA },          { alphaB, 0 }, { one - alphaB, 0 }, { alphaB, one - alphaA },
-            { one - alphaB, one - alphaA }, { one, one }
-        };
-        fa = table[type][0];
-        fb = table[type][1];
-    }
-
-    // Over M M, limited to 1.
-    uint64_t alpha() const { return std::min(alphaA * fa + alphaB * fb, largest * largest); }
-    uint64_t premultiplied(uint64_t a, uint64_t b) const { return std::min(a * fa + b * fb, largest * largest); }
-    // Over M M M: plain colour takes its own alpha on the way in.
-    uint64_t plain(uint64_t a, uint64_t b) const
-    {
-        return std::min(a * alphaA * fa + b * alphaB * fb, largest * largest * largest);
-    }
-
-    uint64_t alphaSample() const { return roundedQuotient(alpha(), largest); }
-    uint64_t colourSample(bool isPremultiplied, uint64_t a, uint64_t b) const
-    {
-        if (isPremultiplied) return roundedQuotient(premultiplied(a, b), largest);
-        return alpha() == 0 ? 0 : roundedQuotient(plain(a, b), alpha());
-    }
-};
+// Samples of one pixel's images and the result's: all as numerators over M.
+inline uint64_t compositeSample(const Composition& how, uint64_t largest, uint64_t a, uint64_t b, uint64_t alphaA,
+                                uint64_t alphaB, bool isAlpha)
+{
+    const uint64_t one = largest;
+    const uint64_t table[6][2] = {
+        { one, one - alphaA },          { alphaB, 0 }, { one - alphaB, 0 }, { alphaB, one - alphaA },
+        { one - alphaB, one - alphaA }, { one, one }
+    };
+    const uint64_t fa = table[how.type][0], fb = table[how.type][1];
+    const auto sum = [&](uint64_t x, uint64_t y, uint64_t most) { return std::min(x * fa + y * fb, most); };
+    const uint64_t alpha = sum(alphaA, alphaB, one * one); // over M M, limited to 1
+    if (isAlpha) return roundedQuotient(alpha, largest);
+    if (how.isPremultiplied) return roundedQuotient(sum(a, b, one * one), largest);
+    // Plain colour takes its own alpha on the way in, and gives it back on the way out.
+    return alpha == 0 ? 0 : roundedQuotient(sum(a * alphaA, b * alphaB, one * one * one), alpha);
+}
 
 inline void modelAlphaComposite(Picture& a, Picture& b, Picture& dst, const Composition& how)
 {
     const Window windowA = windowOf(a), windowB = windowOf(b), window = windowOf(dst);
+    const auto sampleOf = [](const Picture& p, const Window& from, int32_t i, int32_t j, int32_t channel) {
+        return uint64_t(p.bits(int32_t(from.x) + i, int32_t(from.y) + j, channel));
+    };
     const auto alphaAt = [&](Picture& p, const Window& from, int32_t i, int32_t j, int64_t constant) {
-        const int64_t limited = std::min(std::max<int64_t>(constant, 0), depthMax(p.spec.depth));
-        return how.isConstant ? uint64_t(limited) : p.bits(int32_t(from.x) + i, int32_t(from.y) + j, alphaOf(p));
+        const int64_t limited = std::clamp<int64_t>(constant, 0, depthMax(p.spec.depth));
+        return how.isConstant ? uint64_t(limited) : sampleOf(p, from, i, j, alphaOf(p));
     };
     forEachSelectedPixel({ &a, &b, &dst }, [&](int32_t i, int32_t j) {
-        const CompositePixel pixel(how.type, largestOf(dst), alphaAt(a, windowA, i, j, how.alphaA),
-                                   alphaAt(b, windowB, i, j, how.alphaB));
+        const uint64_t alphaA = alphaAt(a, windowA, i, j, how.alphaA), alphaB = alphaAt(b, windowB, i, j, how.alphaB);
         std::vector<uint64_t> results; // all are found before one is written: dst may be a source
         const std::vector<int32_t> channels = writtenChannels(dst);
-        for (size_t c = 0; c < channels.size(); ++c) {
-            if (channels[c] == alphaOf(dst)) {
-                results.push_back(pixel.alphaSample());
-                continue;
-            }
-            const int32_t k = int32_t(c);
-            const uint64_t sampleA = a.bits(int32_t(windowA.x) + i, int32_t(windowA.y) + j, windowA.firstChannel + k);
-            const uint64_t sampleB = b.bits(int32_t(windowB.x) + i, int32_t(windowB.y) + j, windowB.firstChannel + k);
-            results.push_back(pixel.colourSample(how.isPremultiplied, sampleA, sampleB));
+        for (int32_t c = 0; c < int32_t(channels.size()); ++c) {
+            const bool isAlpha = channels[size_t(c)] == alphaOf(dst);
+            const uint64_t sampleA = isAlpha ? 0 : sampleOf(a, windowA, i, j, windowA.firstChannel + c);
+            const uint64_t sampleB = isAlpha ? 0 : sampleOf(b, windowB, i, j, windowB.firstChannel + c);
+            results.push_back(compositeSample(how, largestOf(dst), sampleA, sampleB, alphaA, alphaB, isAlpha));
         }
         for (size_t c = 0; c < channels.size(); ++c) {
             dst.setBits(int32_t(window.x) + i, int32_t(window.y) + j, channels[c], uint32_t(results[c]));

@@ -13,25 +13,12 @@ namespace model {
 // ---- jitter --------------------------------------------------------------------------------------------------------
 
 struct Noise {
-    int32_t table[1024];
-    double tableF[1024];
-    int32_t shuffle[1024];
+    int32_t table[1024], shuffle[1024];
 
     Noise()
     {
-        for (int32_t i = 0; i < 1024; ++i) {
-            const int32_t number = rand();
-            table[i] = number & 1023;
-            tableF[i] = number % 1024 * 0.0009765625;
-        }
-        for (int32_t& number : shuffle) number = rand() % 1024;
+        for (int32_t* numbers : { table, shuffle }) std::generate_n(numbers, 1024, [] { return rand() % 1024; });
     }
-};
-
-struct JitterStep {
-    int64_t guard, lowBits, multiplier, bump;
-    int32_t shift;
-    int64_t high;
 };
 
 inline int64_t jitter(const Noise& noise, int64_t v, int64_t x, int64_t y, int64_t j, int32_t from, int32_t to)
@@ -40,17 +27,19 @@ inline int64_t jitter(const Noise& noise, int64_t v, int64_t x, int64_t y, int64
     const int64_t b = (x + noise.shuffle[x % 1024] + 4 * y) % 1024;
     if (from == PXK_DEPTH_32S && to == PXK_DEPTH_1U) {
         double number = static_cast<double>(v);
-        if (2147483647.0 * noise.tableF[b] >= number) number += 2147483647.0;
+        if (2147483647.0 * (noise.table[b] / 1024.0) >= number) number += 2147483647.0;
         const double jd = static_cast<double>(j);
-        const double moved = number + (2 * jd * noise.tableF[a] + 0.5 - jd) * 2147483647.0;
+        const double moved = number + (2 * jd * (noise.table[a] / 1024.0) + 0.5 - jd) * 2147483647.0;
         if (moved >= -2147483648.0 && moved <= 2147483647.0) number = moved;
         return static_cast<int64_t>(number);
     }
-    const JitterStep steps[] = { { 240, 15, 17, 16, 4, 255 },
-                                 { 65280, 255, 257, 256, 8, 65535 },
-                                 { 0x7FFF0000, 0xFFFF, 65537, 65535, 16, 2147483647 },
-                                 { 0x7F000000, 0xFFFFFF, 16777217, 0xFFFFFF, 24, 2147483647 } };
-    const JitterStep s = steps[from == PXK_DEPTH_8U ? 0 : from == PXK_DEPTH_16U ? 1 : to == PXK_DEPTH_16U ? 2 : 3];
+    const struct {
+        int64_t guard, lowBits, multiplier, bump, shift, high;
+    } steps[] = { { 240, 15, 17, 16, 4, 255 },
+                  { 65280, 255, 257, 256, 8, 65535 },
+                  { 0x7FFF0000, 0xFFFF, 65537, 65535, 16, 2147483647 },
+                  { 0x7F000000, 0xFFFFFF, 16777217, 0xFFFFFF, 24, 2147483647 } };
+    const auto& s = steps[from == PXK_DEPTH_8U ? 0 : from == PXK_DEPTH_16U ? 1 : to == PXK_DEPTH_16U ? 2 : 3];
     if (v >= s.guard) return v;
     const int64_t d = ((2 * j * noise.table[a] + 512) / 1024 - j) * (int64_t(1) << s.shift);
     if ((v & s.lowBits) <= noise.table[b] * s.multiplier / 1024) v += s.bump;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <algorithm>
-#include <initializer_list>
 #include <vector>
 
 #include "support/picture.h"
@@ -45,7 +44,7 @@ struct CommonSize {
     int64_t width, height;
 };
 
-inline CommonSize commonSize(std::initializer_list<Picture*> images)
+inline CommonSize commonSize(const std::vector<Picture*>& images)
 {
     CommonSize size = { INT32_MAX, INT32_MAX };
     const auto limit = [&](const Picture& p) {
@@ -60,7 +59,7 @@ inline CommonSize commonSize(std::initializer_list<Picture*> images)
 }
 
 // Calls visit(i, j) for each pixel of the work that all masks select. A mask is read at its own region's offset.
-template <class F> void forEachSelectedPixel(std::initializer_list<Picture*> images, F&& visit)
+template <class F> void forEachSelectedPixel(const std::vector<Picture*>& images, F&& visit)
 {
     struct Mask {
         const Picture* picture;
@@ -83,7 +82,7 @@ template <class F> void forEachSelectedPixel(std::initializer_list<Picture*> ima
 
 // Calls visit(at) for each processed sample of each selected pixel; at[k] is the sample's place in image k. All images
 // must have the same number of processed channels.
-template <class F> void forEachSelected(std::initializer_list<Picture*> images, F&& visit)
+template <class F> void forEachSelected(const std::vector<Picture*>& images, F&& visit)
 {
     std::vector<Window> windows;
     std::vector<Place> at;

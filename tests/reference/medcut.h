@@ -2,8 +2,6 @@
 // Model of the median cut: histograms are summed anew for every question.
 #pragma once
 
-#include <array>
-#include <functional>
 #include <vector>
 
 #include "support/picture.h"
@@ -24,27 +22,23 @@ struct Medcut {
         : isGray(image.spec.channels == 1)
         , counts(isGray ? 256 : 64 * 64 * 64)
     {
-        const bool isRedFirst = image.header.channelSeq[0] == 'R';
-        for (int32_t y = 0; y < image.spec.height; ++y)
-            for (int32_t x = 0; x < image.spec.width; ++x) {
-                const auto byte = [&](int32_t c) {
-                    return static_cast<int32_t>(image.value(x, y, c) >> (depthBits(image.spec.depth) - 8));
-                };
-                if (isGray)
-                    ++counts[byte(0)];
-                else
-                    ++counts[(byte(isRedFirst ? 0 : 2) >> 2) + 64 * (byte(1) >> 2)
-                             + 4096 * (byte(isRedFirst ? 2 : 0) >> 2)];
-            }
+        const int32_t red = image.header.channelSeq[0] == 'R' ? 0 : 2;
+        for (int32_t i = 0; i < image.spec.width * image.spec.height; ++i) {
+            const auto byte = [&](int32_t c) {
+                return image.value(i % image.spec.width, i / image.spec.width, c) >> (depthBits(image.spec.depth) - 8);
+            };
+            ++counts[isGray ? byte(0) : byte(red) / 4 + byte(1) / 4 * 64 + byte(2 - red) / 4 * 4096];
+        }
     }
 
-    void visit(const Box& b, const std::function<void(const int32_t (&at)[3], int64_t)>& onCell) const
+    template <class F> void visit(const Box& b, const F& onCell) const // onCell(at, n)
     {
         for (int32_t blue = b.low[2]; blue <= b.high[2]; ++blue)
             for (int32_t green = b.low[1]; green <= b.high[1]; ++green)
                 for (int32_t red = b.low[0]; red <= b.high[0]; ++red) {
+                    const int32_t at[3] = { red, green, blue };
                     const int64_t n = counts[red + 64 * green + 4096 * blue];
-                    if (n != 0) onCell({ red, green, blue }, n);
+                    if (n != 0) onCell(at, n);
                 }
     }
 

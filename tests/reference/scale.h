@@ -105,7 +105,7 @@ inline PicturePtr scaledPicture(const Picture& src, const Window& most, const st
     const Window from = windowOf(src);
     const ScaleAxis x = { from.width, int64_t(n[0]), int64_t(n[1]) }, y = { from.height, int64_t(n[2]), int64_t(n[3]) };
     const PicturePtr scaled = Picture::make(
-        PictureSpec(src.spec.depth, modelCount(x, most.width), modelCount(y, most.height), from.channels));
+        PictureSpec { src.spec.depth, modelCount(x, most.width), modelCount(y, most.height), from.channels });
     for (int32_t c = 0; c < from.channels; ++c) {
         const ScaleSource read = [&](int64_t u, int64_t v) {
             return src.number(int32_t(from.x + u), int32_t(from.y + v), from.firstChannel + c);

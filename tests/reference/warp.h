@@ -53,50 +53,49 @@ inline int64_t modelFixedBetween(const int64_t* v, int64_t t, int32_t kind, bool
     return v[1] * unit + part(t, (v[2] - v[1]) * unit + part(t - 65536, half + twoSixths + part(t, sixth)));
 }
 
-inline int64_t modelBase(int64_t whole, int64_t size, int32_t kind)
+// What `between(taps, part, isSecond)` makes of the taps around a position, along the rows and then across; `unit` is a
+// pixel in positions.
+template <class Number, class F>
+Number modelTaps(const TapField& field, Number x, Number y, Number unit, int32_t kind, const F& between)
 {
-    if (kind == PXK_INTER_LINEAR) return std::min(whole, size - 2);
-    return std::min(std::max<int64_t>(whole, 1), size - 3);
+    const int64_t before = kind == PXK_INTER_LINEAR ? 0 : 1;
+    const auto baseOf = [&](Number at, int64_t size) {
+        return std::clamp<int64_t>(int64_t(at / unit), before, size - 2 - before);
+    };
+    const int64_t bx = baseOf(x, field.width), by = baseOf(y, field.height);
+    Number rows[4];
+    for (int64_t j = 0; j < 2 + 2 * before; ++j) {
+        Number taps[4];
+        for (int64_t i = 0; i < 2 + 2 * before; ++i) {
+            taps[i] = Number(field.read(field.x + bx - before + i, field.y + by - before + j));
+        }
+        rows[j] = between(taps, x - Number(bx) * unit, false);
+    }
+    return between(rows, y - Number(by) * unit, true);
 }
 
 inline double modelReal(const TapField& field, Point p, int32_t kind, int32_t depth)
 {
-    const double x = std::min(std::max(p.x - double(field.x), 0.0), double(field.width - 1));
+    const double x =
+        std::min(std::max(p.x - double(field.x), 0.0), double(field.width - 1)); // also of what is no number
     const double y = std::min(std::max(p.y - double(field.y), 0.0), double(field.height - 1));
     if (kind == PXK_INTER_NN) {
         return field.read(field.x + int64_t(std::floor(x + 0.5)), field.y + int64_t(std::floor(y + 0.5)));
     }
-    const int64_t bx = modelBase(int64_t(x), field.width, kind), by = modelBase(int64_t(y), field.height, kind);
-    const int64_t before = kind == PXK_INTER_LINEAR ? 0 : 1;
-    double rows[4];
-    for (int64_t j = 0; j < 2 + 2 * before; ++j) {
-        double taps[4];
-        for (int64_t i = 0; i < 2 + 2 * before; ++i) {
-            taps[i] = field.read(field.x + bx - before + i, field.y + by - before + j);
-        }
-        rows[j] = modelBetween(taps, x - double(bx), kind);
-    }
-    const double value = std::nearbyint(modelBetween(rows, y - double(by), kind));
-    return std::min(std::max(value, 0.0), double(depthMax(depth)));
+    const auto between = [&](const double* taps, double t, bool) { return modelBetween(taps, t, kind); };
+    return std::clamp(std::nearbyint(modelTaps(field, x, y, 1.0, kind, between)), 0.0, double(depthMax(depth)));
 }
 
 inline int64_t modelFixed(const TapField& field, int64_t x, int64_t y, int32_t kind)
 {
-    x = std::min(std::max<int64_t>(x - field.x * 65536, 0), (field.width - 1) * 65536);
-    y = std::min(std::max<int64_t>(y - field.y * 65536, 0), (field.height - 1) * 65536);
-    const int64_t bx = modelBase(x >> 16, field.width, kind), by = modelBase(y >> 16, field.height, kind);
-    const int64_t before = kind == PXK_INTER_LINEAR ? 0 : 1;
-    int64_t rows[4];
-    for (int64_t j = 0; j < 2 + 2 * before; ++j) {
-        int64_t taps[4];
-        for (int64_t i = 0; i < 2 + 2 * before; ++i) {
-            taps[i] = int64_t(field.read(field.x + bx - before + i, field.y + by - before + j));
-        }
-        rows[j] = modelFixedBetween(taps, x - bx * 65536, kind, false);
-    }
-    const int64_t value = modelFixedBetween(rows, y - by * 65536, kind, true);
-    if (kind == PXK_INTER_LINEAR) return (value + 32) >> 6;
-    return std::min<int64_t>(std::max<int64_t>((value + 8) >> 4, 0), 255);
+    const int64_t unit = 65536;
+    const auto between = [&](const int64_t* taps, int64_t t, bool isSecond) {
+        return modelFixedBetween(taps, t, kind, isSecond);
+    };
+    const int64_t value =
+        modelTaps(field, std::clamp<int64_t>(x - field.x * unit, 0, (field.width - 1) * unit),
+                  std::clamp<int64_t>(y - field.y * unit, 0, (field.height - 1) * unit), unit, kind, between);
+    return kind == PXK_INTER_LINEAR ? (value + 32) >> 6 : std::clamp<int64_t>((value + 8) >> 4, 0, 255);
 }
 
 // ---- shapes and transforms -----------------------------------------------------------------------------------------

@@ -111,10 +111,8 @@ Operation tableOperation(const std::string& name, const std::vector<std::string>
     };
     Operation op(name, images, run, model);
     op.numbers = [](const Case&, const Scene&, Random& random) { return Numbers { double(random.below(1 << 30)) }; };
-    op.refusedTile = [](const std::string& func, size_t image, const Scene&) {
-        return Ending({ { -2, func, image == 0 ? "Error get tile to read" : "Error get tile to write" } });
-    };
-    op.noMemory = [](const std::string& func) { return Ending({ { PXK_StsNoMem, func, "Allocation failure" } }); };
+    op.refusedTile = tells({ { -2, "Error get tile to read" }, { -2, "Error get tile to write" } });
+    op.noMemory = tells(PXK_StsNoMem, "Allocation failure");
     return op;
 }
 
@@ -138,6 +136,7 @@ void addHistogram()
             EXPECT_EQ(found, wanted);
         });
     op.axes.depths = { PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U };
+    op.nWritten = 0;
     addWithExtremes(op);
     const char* const depths = "(srcImage->depth & PXK_DEPTH_SIGN) || (srcImage->depth == PXK_DEPTH_32F)";
     addRefusals(op.name,
@@ -165,12 +164,11 @@ void addMap(const std::string& name, void (*call)(const Arguments&, PxkLUT**),
     op.axes.count = 800;
     addOperation(op);
     const Numbers bad = { 5, noTables };
-    const auto turned = [](const Scene& s) { s[0].header.origin = 1; };
     addRefusals(name,
                 { { "srcImage->depth != PXK_DEPTH_8U && srcImage->depth != PXK_DEPTH_16U", { RGB_8S, GRAY }, bad },
-                  { "srcImage->depth != dstImage->depth", { RGB_16U, RGB_PLANES }, bad, turned },
-                  { "srcImage->dataOrder != dstImage->dataOrder", { GRAY, RGB_PLANES }, bad, turned },
-                  { "srcImage->origin != dstImage->origin", { RGB, GRAY }, bad, turned },
+                  { "srcImage->depth != dstImage->depth", { RGB_16U, RGB_PLANES }, bad, turned(0) },
+                  { "srcImage->dataOrder != dstImage->dataOrder", { GRAY, RGB_PLANES }, bad, turned(0) },
+                  { "srcImage->origin != dstImage->origin", { RGB, GRAY }, bad, turned(0) },
                   { "Number of processed channels of srcImage != Number of processed channels of dstImage",
                     { RGB, GRAY },
                     bad } });
@@ -223,7 +221,8 @@ void addMoments()
     op.scene = [](const Case& c) { return makeScene(c, 1, {}, false); };
     op.axes.channels = { Channels::ONE, Channels::COI };
     op.axes.count = 800;
-    op.refusedTile = [](const std::string& func, size_t, const Scene&) { return tileText(func, "image", "NULL"); };
+    op.refusedTile = tellsNullTile(op.images, "NULL");
+    op.nWritten = 0;
     addWithExtremes(op);
     addRefusals(
         op.name,
@@ -265,11 +264,10 @@ void addNorm(const std::string& name, const std::vector<std::string>& images)
         const double types[] = { 9, 1, 2, 4, 10, 12 };
         return Numbers { types[isPlain ? random.between(1, 3) : c.seed == 1 ? 0 : random.below(6)] };
     };
-    op.refusedTile = [](const std::string& func, size_t, const Scene&) { return Ending({ { -2, func, " " } }); };
-    op.noMemory = [](const std::string& func) { return Ending({ { -9, func, "Null pointer for mask" } }); };
-    op.nullImage = [](size_t k) {
-        return Ending({ { k == 0 ? -9 : -5, "pxkNorm", k == 0 ? "Incorrect Image" : "normType unknown" } });
-    };
+    op.nWritten = 0;
+    op.refusedTile = tells(-2, " ");
+    op.noMemory = tells(-9, "Null pointer for mask");
+    op.nullImage = tells({ { -9, "Incorrect Image" }, { -5, "normType unknown" } });
     addWithExtremes(op);
 }
 
@@ -290,7 +288,7 @@ void addNormRefusals()
 void addExtrema()
 {
     // A mask, which does not count. It stays until the end: what keeps its memory is gone before.
-    static const PicturePtr& nothing = *new PicturePtr(Picture::make(PictureSpec(PXK_DEPTH_1U, 2, 2)));
+    static const PicturePtr& nothing = *new PicturePtr(Picture::make({ PXK_DEPTH_1U, 2, 2 }));
     nothing->setAll(0);
     Operation op(
         "pxkMinMaxFP", { "srcImage" },
@@ -315,7 +313,8 @@ void addExtrema()
     op.axes.masks = { 0 };
     op.hasMasks = false;
     op.faultStatus = PXK_StsBadArg;
-    op.refusedTile = [](const std::string& func, size_t, const Scene&) { return tileText(func, "srcImage", "NULL"); };
+    op.refusedTile = tellsNullTile(op.images, "NULL");
+    op.nWritten = 0;
     addOperation(op);
     addRefusals(op.name,
                 { { "((min == ((void*)(0)))||(max == ((void*)(0))))", { RGB }, { 1 } },

@@ -9,8 +9,8 @@ namespace {
 TEST(Stats, alphaAloneIsMeasuredByMomentsOnly)
 {
     startReports();
-    const PicturePtr bytes = Picture::make(PictureSpec(PXK_DEPTH_8U, 4, 4).withAlpha());
-    const PicturePtr reals = Picture::make(PictureSpec(PXK_DEPTH_32F, 4, 4).withAlpha()), other = Picture::make({});
+    const PicturePtr bytes = Picture::make(PictureSpec { PXK_DEPTH_8U, 4, 4 }.withAlpha());
+    const PicturePtr reals = Picture::make(PictureSpec { PXK_DEPTH_32F, 4, 4 }.withAlpha()), other = Picture::make({});
     for (const PicturePtr& p : { bytes, reals }) {
         p->setAll(2);
         EXPECT_EQ(pxkSpatialMoment(*p, 0, 0), 32);
@@ -28,7 +28,7 @@ TEST(Stats, alphaAloneIsMeasuredByMomentsOnly)
 TEST(Stats, imagesWithoutMassHaveTheirMiddleAsCentre)
 {
     startReports();
-    const PicturePtr black = Picture::make(PictureSpec(PXK_DEPTH_8U, 6, 4));
+    const PicturePtr black = Picture::make({ PXK_DEPTH_8U, 6, 4 });
     black->setAll(0);
     PxkMomentState state = {};
     pxkMoments(*black, &state);

@@ -10,7 +10,7 @@
 std::string Case::text() const
 {
     const auto number = [](const char* name, uint64_t n) { return std::string(name) + std::to_string(n); };
-    return std::string(depthName(depth)) + number(" order ", uint64_t(order)) + number(", region ", uint64_t(region))
+    return depthName(depth) + number(" order ", uint64_t(order)) + number(", region ", uint64_t(region))
         + number(", channels ", uint64_t(channels)) + number(", masks ", masks) + number(", tiles ", tiling)
         + number(", in place ", uint64_t(place)) + number(", PXK_CASE=", index) + number(" seed ", seed);
 }
@@ -103,7 +103,7 @@ static void chooseArea(PictureSpec& spec, Region region, int32_t width, int32_t 
     spec.height = height;
     switch (region) {
     case Region::WHOLE: break;
-    case Region::COVER: spec.region(0, 0, width + moreColumns, height + moreRows, spec.roi.coi); break;
+    case Region::COVER: spec = spec.region(0, 0, width + moreColumns, height + moreRows, spec.roi.coi); break;
     case Region::OWN:
         spec.width += moreColumns * 3;
         spec.height += moreRows;
@@ -111,7 +111,7 @@ static void chooseArea(PictureSpec& spec, Region region, int32_t width, int32_t 
     case Region::INNER:
     case Region::PAST: {
         const int32_t x = random.below(20), y = random.below(12);
-        spec.region(x, y, width + moreColumns, height + moreRows, spec.roi.coi);
+        spec = spec.region(x, y, width + moreColumns, height + moreRows, spec.roi.coi);
         spec.width = x + spec.roi.width + random.below(4);
         spec.height = y + spec.roi.height + random.below(3);
         if (region == Region::PAST) {
@@ -122,12 +122,12 @@ static void chooseArea(PictureSpec& spec, Region region, int32_t width, int32_t 
         }
     }
     }
-    if (spec.roi.coi != 0 && spec.roi.width == 0) spec.region(0, 0, spec.width, spec.height, spec.roi.coi);
+    if (spec.roi.coi != 0 && spec.roi.width == 0) spec = spec.region(0, 0, spec.width, spec.height, spec.roi.coi);
 }
 
 static PicturePtr makeMask(int32_t width, int32_t height, Random& random)
 {
-    PictureSpec spec(PXK_DEPTH_1U); // the order in which arguments are drawn would depend on the compiler
+    PictureSpec spec { PXK_DEPTH_1U }; // the order in which arguments are drawn would depend on the compiler
     spec.width = std::max(1, width + random.between(-2, 5));
     spec.height = std::max(1, height + random.between(-1, 2));
     spec.order = random.below(2);
@@ -144,7 +144,7 @@ static PicturePtr makeMask(int32_t width, int32_t height, Random& random)
 static PictureSpec chooseImage(const Case& c, int32_t width, int32_t height, int32_t several, int32_t align,
                                bool isTiled, Random& random)
 {
-    PictureSpec spec(c.depth);
+    PictureSpec spec { c.depth };
     spec.order = c.order == Order::MIXED ? random.below(2) : int32_t(c.order);
     spec.align = align != 0 ? align : random.oneOf(aligns);
     chooseChannels(spec, c.channels, several, random);
@@ -152,7 +152,7 @@ static PictureSpec chooseImage(const Case& c, int32_t width, int32_t height, int
     if (!isTiled && align == 0 && random.oneIn(4)) spec.extraStep = spec.align;
     if (isTiled) {
         const int32_t tileWidth = 8 * random.between(1, 4);
-        spec.tiled(tileWidth, 8 * random.between(1, 2));
+        spec = spec.tiled(tileWidth, 8 * random.between(1, 2));
     }
     return spec;
 }
@@ -184,18 +184,15 @@ Scene makeScene(const Case& c, size_t count, const std::function<void(PictureSpe
     Scene scene;
     for (size_t k = 0; k < count; ++k) {
         PictureSpec spec = chooseImage(c, width, height, several, align, isIn(c.tiling, k), random);
-        if (isIn(c.tiling, k) && (c.tiling & SHARED) != 0) spec.tiled(tileWidth, tileHeight);
+        if (isIn(c.tiling, k) && (c.tiling & SHARED) != 0) spec = spec.tiled(tileWidth, tileHeight);
         if (adjust) adjust(spec, k);
-        const bool isLast = k + 1 == count;
-        if (k > 0 && c.place == InPlace::ALL) {
-            scene.images.push_back(scene.images[0]);
-        } else if (isLast && c.place == InPlace::FIRST) {
-            scene.images.push_back(scene.images[0]);
-        } else if (isLast && c.place == InPlace::SECOND) {
-            scene.images.push_back(scene.images[1]);
-        } else if (isLast && c.place == InPlace::OTHER_HEADER) {
-            scene.images.push_back(scene.images[0]->otherHeader());
-        } else {
+        const InPlace place = k + 1 == count || (k > 0 && c.place == InPlace::ALL) ? c.place : InPlace::NO;
+        switch (place) {
+        case InPlace::FIRST:
+        case InPlace::ALL: scene.images.push_back(scene.images[0]); break;
+        case InPlace::SECOND: scene.images.push_back(scene.images[1]); break;
+        case InPlace::OTHER_HEADER: scene.images.push_back(scene.images[0]->otherHeader()); break;
+        case InPlace::NO:
             scene.images.push_back(Picture::make(spec, random));
             fillRandom(scene.last(), random, nonFinite);
         }
@@ -220,11 +217,12 @@ Scene Scene::copy() const
         const ::testing::AssertionResult result = samePicture(want[k], got[k], tolerance);
         if (!result) {
             const PictureSpec& spec = got[k].spec;
+            const PxkROI& roi = got[k].roi;
             return ::testing::AssertionFailure()
                 << "image " << k << ", " << spec.width << " x " << spec.height << " x " << spec.channels << ", region ("
-                << got[k].roi.xOffset << ", " << got[k].roi.yOffset << ", " << got[k].roi.width << ", "
-                << got[k].roi.height << "; " << got[k].roi.coi << "), align " << spec.align << ", tiles "
-                << spec.tileWidth << " x " << spec.tileHeight << ": " << result.message();
+                << roi.xOffset << ", " << roi.yOffset << ", " << roi.width << ", " << roi.height << "; " << roi.coi
+                << "), align " << spec.align << ", tiles " << spec.tileWidth << " x " << spec.tileHeight << ": "
+                << result.message();
         }
     }
     return ::testing::AssertionSuccess();

@@ -65,6 +65,13 @@ const Operation& operationNamed(const std::string& name)
     return *at;
 }
 
+std::vector<std::string> operationNames()
+{
+    std::vector<std::string> names;
+    for (const Operation& operation : operations()) names.push_back(operation.name);
+    return names;
+}
+
 // ---- an operation --------------------------------------------------------------------------------------------------
 
 static int32_t statusBehind(const std::vector<Report>& reports)
@@ -87,34 +94,60 @@ std::ostream& operator<<(std::ostream& out, const Ending& ending)
     return out << ::testing::PrintToString(ending.reports) << " status " << ending.status;
 }
 
-Ending tileText(const std::string& func, const std::string& image, const std::string& null)
+Refused tells(const std::vector<std::pair<int32_t, std::string>>& byImage)
 {
-    return Ending({ { PXK_StsBadArg, func, "(" + image + "->tileInfo->tileData == " + null + ")" } });
+    return [=](const std::string& func, size_t image, const Scene&) {
+        const auto& [status, text] = byImage[std::min(image, byImage.size() - 1)];
+        return Ending({ { status, func, text } });
+    };
+}
+
+Refused tellsNullTile(const std::vector<std::string>& images, const std::string& null)
+{
+    std::vector<std::pair<int32_t, std::string>> byImage;
+    for (const std::string& name : images) {
+        byImage.push_back({ PXK_StsBadArg, "(" + name + "->tileInfo->tileData == " + null + ")" });
+    }
+    return tells(byImage);
+}
+
+Refused tellsNothing(int32_t status)
+{
+    return [=](const std::string&, size_t, const Scene&) { return Ending({}, status); };
+}
+
+Ending withTrace(Ending ending, const std::string& func, const std::string& text)
+{
+    if (ending.status < 0) ending.reports.push_back({ PXK_StsBackTrace, func, text });
+    return ending;
+}
+
+Refused traced(const Refused& refused, const std::string& func, const std::string& text)
+{
+    return [=](const std::string& reporter, size_t image, const Scene& got) {
+        return withTrace(refused(reporter, image, got), func, text);
+    };
+}
+
+Spoil turned(size_t image)
+{
+    return [=](const Scene& s) { s[image].header.origin = 1; };
 }
 
 Operation::Operation(std::string name, std::vector<std::string> images)
     : name(std::move(name))
+    , func(this->name.substr(0, this->name.find('_')))
     , images(std::move(images))
 {
-    func = this->name.substr(0, this->name.find('_'));
-    const std::vector<std::string> names = this->images;
-    const size_t count = names.size();
+    const size_t count = this->images.size();
     if (count == 1) axes.masks = axes.tilings = { 0, 1 };
     if (count == 2) axes.masks = axes.tilings = { 0, 1, 2, ALL_IMAGES, ALL_IMAGES | SHARED };
     axes.count = 2000;
     scene = [count](const Case& c) { return makeScene(c, count); };
-    refusedTile = [names](const std::string& func, size_t image, const Scene&) {
-        return tileText(func, names[image], "((void*)(0))");
-    };
-    noMemory = [](const std::string& func) { return Ending({ { PXK_StsNoMem, func, "Out of memory" } }); };
-    setFunc(func);
-}
-
-void Operation::setFunc(const std::string& reporter)
-{
-    func = reporter;
-    badHeader = [reporter](int32_t status) { return Ending({ { status, reporter, "Incorrect Image" } }); };
-    nullImage = [reporter](size_t) { return Ending({ { PXK_StsNullHeader, reporter, "Incorrect Image" } }); };
+    refusedTile = tellsNullTile(this->images, "((void*)(0))");
+    noMemory = tells(PXK_StsNoMem, "Out of memory");
+    nullImage = tells(PXK_StsNullHeader, "Incorrect Image");
+    badHeader = [](const std::string& func, int32_t status) { return Ending({ { status, func, "Incorrect Image" } }); };
 }
 
 int32_t Operation::plainDepth() const
@@ -160,30 +193,6 @@ Ending Operation::run(const Scene& s, const Numbers& n) const
     arguments.numbers = n;
     return run(arguments);
 }
-
-// ---- images of refusals --------------------------------------------------------------------------------------------
-
-static PictureSpec specOf(int32_t depth, int32_t channels, bool hasAlpha = false, int32_t order = PXK_DATA_ORDER_PIXEL)
-{
-    PictureSpec spec(depth, 9, 4, channels, order);
-    spec.hasAlpha = hasAlpha;
-    return spec;
-}
-
-const PictureSpec NO_IMAGE(0, 0, 0);
-const PictureSpec BITONAL = specOf(PXK_DEPTH_1U, 1);
-const PictureSpec GRAY = specOf(PXK_DEPTH_8U, 1);
-const PictureSpec GRAY_8S = specOf(PXK_DEPTH_8S, 1);
-const PictureSpec GRAY_16U = specOf(PXK_DEPTH_16U, 1);
-const PictureSpec GRAY_16S = specOf(PXK_DEPTH_16S, 1);
-const PictureSpec GRAY_32S = specOf(PXK_DEPTH_32S, 1);
-const PictureSpec FLOATS = specOf(PXK_DEPTH_32F, 1);
-const PictureSpec GRAY_ALPHA = specOf(PXK_DEPTH_8U, 2, true);
-const PictureSpec RGB = specOf(PXK_DEPTH_8U, 3);
-const PictureSpec RGB_PLANES = specOf(PXK_DEPTH_8U, 3, false, PXK_DATA_ORDER_PLANE);
-const PictureSpec RGB_8S = specOf(PXK_DEPTH_8S, 3);
-const PictureSpec RGB_16U = specOf(PXK_DEPTH_16U, 3);
-const PictureSpec RGBA = specOf(PXK_DEPTH_8U, 4, true);
 
 // ---- parts of a result ---------------------------------------------------------------------------------------------
 

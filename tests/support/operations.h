@@ -66,6 +66,23 @@ struct Ending {
 };
 std::ostream& operator<<(std::ostream& out, const Ending& ending);
 
+// How a call ends when an image is refused, or has a tile refused, or memory is short (image 0).
+using Refused = std::function<Ending(const std::string& func, size_t image, const Scene& got)>;
+
+// One report; a status and a text for each image, the last for all further ones.
+Refused tells(const std::vector<std::pair<int32_t, std::string>>& byImage);
+inline Refused tells(int32_t status, const std::string& text)
+{
+    return tells({ { status, text } });
+}
+// The text of a tile that is null, for images of these names.
+Refused tellsNullTile(const std::vector<std::string>& images, const std::string& null);
+// The status alone.
+Refused tellsNothing(int32_t status = PXK_StsOk);
+// A failure with a trace behind it.
+Ending withTrace(Ending ending, const std::string& func, const std::string& text = "");
+Refused traced(const Refused& refused, const std::string& func, const std::string& text = "");
+
 // What a negative status from before does: nothing; it ends the call in silence; it is replaced by 0 on entry.
 enum class Stale { RUNS, STOPS, CLEARED };
 
@@ -90,7 +107,6 @@ struct Operation {
             };
         } else {
             this->call = call;
-            returnsStatus = true;
         }
         if constexpr (std::is_invocable<Model, const Scene&, const Numbers&>::value) {
             this->model = [model](const Scene& want, const Numbers& n, const Scene&) { model(want, n); };
@@ -105,7 +121,6 @@ struct Operation {
     std::vector<std::string> images; // as the texts call them; the destination is the last one
     std::function<int32_t(const Arguments&)> call;
     std::function<void(const Scene&, const Numbers&, const Scene&)> model;
-    bool returnsStatus = false;
 
     Axes axes; // masks, tilings and places come by the number of images
     std::function<Scene(const Case&)> scene;
@@ -115,20 +130,18 @@ struct Operation {
     bool isPointwise = true; // tiles beyond the work are not asked for, none behind a refused one
     bool hasRegions = true;  // a region may miss its image
     bool hasMasks = true;
+    size_t nWritten = 1;     // the last images; tiles of the others are asked for reading
     bool goesOn = false;     // all faulty headers are reported
     bool keepsTiles = false; // after a refusal some may stay held
     Ending missed;           // of a region that misses its image
     Stale stale = Stale::RUNS;
     std::vector<Report> staleReports;
-    std::vector<Trial> trials; // none: the plain depth and `func`
-    std::function<Ending(const std::string& func, size_t image, const Scene& got)> refusedTile;
-    std::function<Ending(const std::string& func)> noMemory;
-    std::function<Ending(size_t image)> nullImage;
-    std::function<Ending(int32_t status)> badHeader;
+    std::vector<Trial> trials;                // none: the plain depth and `func`
+    Refused refusedTile, noMemory, nullImage; // none: there is nothing to refuse, or it is tested elsewhere
+    std::function<Ending(const std::string& func, int32_t status)> badHeader;
     int32_t faultStatus = 0; // what is returned for a faulty header; 0: the reported status
 
-    void setFunc(const std::string& reporter); // and what it says about headers
-    int32_t plainDepth() const;                // 8U where it is taken
+    int32_t plainDepth() const; // 8U where it is taken
     Case plainCase(uint64_t seed = 1) const;
     Numbers numbersOf(const Case& c, const Scene& s) const;
     std::vector<Trial> trialsOf() const;
@@ -137,20 +150,23 @@ struct Operation {
     Ending run(const Scene& s, const Numbers& n) const;
 };
 
-// The tile text of the point-wise operations, with their word for null.
-Ending tileText(const std::string& func, const std::string& image, const std::string& null);
+// Images for refusals, all 9 x 4; no image: a null pointer among them.
+const PictureSpec NO_IMAGE = { 0, 0, 0 }, GRAY = { PXK_DEPTH_8U, 9, 4 }, BITONAL = GRAY.ofDepth(PXK_DEPTH_1U),
+                  GRAY_8S = GRAY.ofDepth(PXK_DEPTH_8S), GRAY_16U = GRAY.ofDepth(PXK_DEPTH_16U),
+                  GRAY_16S = GRAY.ofDepth(PXK_DEPTH_16S), GRAY_32S = GRAY.ofDepth(PXK_DEPTH_32S),
+                  FLOATS = GRAY.ofDepth(PXK_DEPTH_32F), GRAY_ALPHA = GRAY.of(2).withAlpha(), RGB = GRAY.of(3),
+                  RGB_PLANES = RGB.ordered(PXK_DATA_ORDER_PLANE), RGB_8S = RGB.ofDepth(PXK_DEPTH_8S),
+                  RGB_16U = RGB.ofDepth(PXK_DEPTH_16U), RGB_32F = RGB.ofDepth(PXK_DEPTH_32F),
+                  RGBA = GRAY.of(4).withAlpha();
 
-// No image: a null pointer among those of a refusal.
-extern const PictureSpec NO_IMAGE;
-// Images for refusals, all 9 x 4.
-extern const PictureSpec BITONAL, GRAY, GRAY_8S, GRAY_16U, GRAY_16S, GRAY_32S, FLOATS, GRAY_ALPHA, RGB, RGB_PLANES,
-    RGB_8S, RGB_16U, RGBA;
+using Spoil = std::function<void(const Scene&)>;
+Spoil turned(size_t image); // with the first row at the bottom
 
 struct Refusal {
     std::string text;
     std::vector<PictureSpec> images;
     Numbers numbers = {};
-    std::function<void(const Scene&)> spoil = {};
+    Spoil spoil = {};
     int32_t status = PXK_StsBadArg;
     std::string func = {}; // none: the operation's
 };
@@ -172,6 +188,7 @@ void addRefusedCalls(const std::vector<RefusedCall>& rows);
 
 const std::vector<Operation>& operations();
 const Operation& operationNamed(const std::string& name);
+std::vector<std::string> operationNames();
 const std::vector<RefusalsOf>& refusals();
 const std::vector<RefusedCall>& refusedCalls();
 

@@ -7,40 +7,20 @@
 #include <cstring>
 #include <limits>
 
-#ifdef __unix__
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <sys/mman.h>
 #include <unistd.h>
 #endif
 
+#include "ofthread.h"
+
 // ---- samples -------------------------------------------------------------------------------------------------------
 
-static bool isSignedDepth(int32_t depth)
+std::string depthName(int32_t depth)
 {
-    return depth < 0;
-}
-
-int64_t depthMin(int32_t depth)
-{
-    return isSignedDepth(depth) ? -(int64_t(1) << (depthBits(depth) - 1)) : 0;
-}
-
-int64_t depthMax(int32_t depth)
-{
-    return (int64_t(1) << (depthBits(depth) - (isSignedDepth(depth) ? 1 : 0))) - 1;
-}
-
-const char* depthName(int32_t depth)
-{
-    switch (depth) {
-    case PXK_DEPTH_1U: return "1U";
-    case PXK_DEPTH_8U: return "8U";
-    case PXK_DEPTH_8S: return "8S";
-    case PXK_DEPTH_16U: return "16U";
-    case PXK_DEPTH_16S: return "16S";
-    case PXK_DEPTH_32S: return "32S";
-    case PXK_DEPTH_32F: return "32F";
-    default: return "?";
-    }
+    return std::to_string(depthBits(depth)) + (depth < 0 ? "S" : isFloatDepth(depth) ? "F" : "U");
 }
 
 double numberOf(int32_t depth, uint32_t bits)
@@ -62,8 +42,7 @@ uint32_t bitsOf(int32_t depth, double number)
         memcpy(&bits, &f, sizeof bits);
         return bits;
     }
-    const uint64_t all = (uint64_t(1) << depthBits(depth)) - 1;
-    return static_cast<uint32_t>(static_cast<uint64_t>(static_cast<int64_t>(number)) & all);
+    return static_cast<uint32_t>(static_cast<int64_t>(number) & ((int64_t(1) << depthBits(depth)) - 1));
 }
 
 // ---- memory --------------------------------------------------------------------------------------------------------
@@ -71,42 +50,48 @@ uint32_t bitsOf(int32_t depth, double number)
 static const size_t guardBytes = 64;
 static const uint8_t guardByte = 0xC9;
 
-#ifdef __unix__
-static size_t pageBytes()
+#ifdef _WIN32
+static const size_t pageBytes = 4096;
+#else
+static const size_t pageBytes = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+#endif
+
+// Pages, the last of which can't be touched.
+static uint8_t* mapPages(size_t count)
 {
-    static const size_t bytes = static_cast<size_t>(sysconf(_SC_PAGESIZE));
-    return bytes;
+#ifdef _WIN32
+    DWORD before;
+    void* const map = VirtualAlloc(nullptr, count * pageBytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+    if (map == nullptr) throw std::bad_alloc();
+    VirtualProtect(static_cast<uint8_t*>(map) + (count - 1) * pageBytes, pageBytes, PAGE_NOACCESS, &before);
+#else
+    void* const map = mmap(nullptr, count * pageBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (map == MAP_FAILED) throw std::bad_alloc();
+    mprotect(static_cast<uint8_t*>(map) + (count - 1) * pageBytes, pageBytes, PROT_NONE);
+#endif
+    return static_cast<uint8_t*>(map);
 }
 
 static size_t pagesFor(size_t size)
 {
-    return (size + guardBytes + pageBytes() - 1) / pageBytes();
+    return (size + guardBytes + pageBytes - 1) / pageBytes;
 }
 
 // Mappings are dear, so free ones wait for the next block of as many pages. Each thread has its own, so that a
 // sanitizer of threads sees what the library does and not this.
-static std::vector<uint8_t*>& freePages(size_t pages)
+static std::vector<uint8_t*>& freePages(size_t count)
 {
-    static thread_local std::map<size_t, std::vector<uint8_t*>> lists;
-    return lists[pages];
+    return ofThread<std::map<size_t, std::vector<uint8_t*>>>()[count];
 }
 
 Block::Block(size_t size)
     : size(size)
 {
-    const size_t count = pagesFor(size);
-    std::vector<uint8_t*>& unused = freePages(count);
-    if (unused.empty()) {
-        const size_t bytes = (count + 1) * pageBytes();
-        void* const map = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (map == MAP_FAILED) throw std::bad_alloc();
-        pages = static_cast<uint8_t*>(map);
-        if (mprotect(pages + count * pageBytes(), pageBytes(), PROT_NONE) != 0) throw std::bad_alloc();
-    } else {
-        pages = unused.back();
-        unused.pop_back();
-    }
-    data = pages + count * pageBytes() - size;
+    std::vector<uint8_t*>& unused = freePages(pagesFor(size));
+    if (unused.empty()) unused.push_back(mapPages(pagesFor(size) + 1));
+    pages = unused.back();
+    unused.pop_back();
+    data = pages + pagesFor(size) * pageBytes - size;
     memset(data - guardBytes, guardByte, guardBytes);
 }
 
@@ -120,29 +105,6 @@ bool Block::guardsIntact() const
 {
     return std::all_of(data - guardBytes, data, [](uint8_t byte) { return byte == guardByte; });
 }
-#else
-Block::Block(size_t size)
-    : size(size)
-    , pages(new uint8_t[size + 2 * guardBytes + 32])
-{
-    data = pages + guardBytes;
-    data += (32 - reinterpret_cast<uintptr_t>(data) % 32) % 32;
-    memset(data - guardBytes, guardByte, guardBytes);
-    memset(data + size, guardByte, guardBytes);
-}
-
-Block::~Block()
-{
-    memset(data, 0xDB, size);
-    delete[] pages;
-}
-
-bool Block::guardsIntact() const
-{
-    const auto isGuard = [](uint8_t byte) { return byte == guardByte; };
-    return std::all_of(data - guardBytes, data, isGuard) && std::all_of(data + size, data + size + guardBytes, isGuard);
-}
-#endif
 
 // ---- tiles ---------------------------------------------------------------------------------------------------------
 
@@ -193,9 +155,7 @@ void Storage::ask(PxkImage* image, int32_t x, int32_t y, int32_t mode)
     }
     if (refuseAt > 0 && --refuseAt == 0) return;
     Held tile = { x, y, nullptr };
-    for (const Held& other : held) {
-        if (other.x == x && other.y == y) tile.lent = other.lent;
-    }
+    for (const Held& other : held) tile.lent = other.x == x && other.y == y ? other.lent : tile.lent;
     if (tile.lent == nullptr) {
         const Block& home = *blocks[static_cast<size_t>(y * tileColumns + x)];
         tile.lent.reset(new Lent { Block(home.size) });
@@ -215,22 +175,15 @@ void Storage::release(int32_t x, int32_t y)
         faults.push_back(tileText("released without being held, or with another tileData: tile", x, y));
         return;
     }
-    const Held tile = *at;
+    const std::shared_ptr<Lent> tile = at->lent;
     held.erase(at);
-    takeBack(tile);
-}
-
-void Storage::takeBack(const Held& tile)
-{
-    if (tile.lent.use_count() > 1) return; // asked for twice, and still held once
-    const Block& lent = tile.lent->block;
-    const Block& home = *blocks[static_cast<size_t>(tile.y * tileColumns + tile.x)];
-    if (!lent.guardsIntact()) faults.push_back(tileText("bytes written in front of or behind tile", tile.x, tile.y));
-    if (tile.lent->isWritten) {
-        memcpy(home.data, lent.data, home.size);
-    } else if (memcmp(home.data, lent.data, home.size) != 0) {
-        faults.push_back(tileText("written although asked for reading: tile", tile.x, tile.y));
+    if (tile.use_count() > 1) return; // asked for twice, and still held once
+    const Block& home = *blocks[static_cast<size_t>(y * tileColumns + x)];
+    if (!tile->block.guardsIntact()) faults.push_back(tileText("bytes written in front of or behind tile", x, y));
+    if (!tile->isWritten && memcmp(home.data, tile->block.data, home.size) != 0) {
+        faults.push_back(tileText("written although asked for reading: tile", x, y));
     }
+    if (tile->isWritten) memcpy(home.data, tile->block.data, home.size);
 }
 
 // ---- pictures ------------------------------------------------------------------------------------------------------
@@ -267,10 +220,19 @@ PicturePtr Picture::make(const PictureSpec& spec, Random& random)
     return picture;
 }
 
-PicturePtr Picture::make(const PictureSpec& spec, uint64_t seed)
+PicturePtr Picture::of(const PxkImage& image)
 {
-    Random random(seed);
-    return make(spec, random);
+    PictureSpec spec = { image.depth, image.width, image.height, image.nChannels, image.dataOrder };
+    spec.hasAlpha = image.alphaChannel != 0;
+    spec.origin = image.origin;
+    const PicturePtr picture = make(spec.aligned(image.align));
+    memcpy(picture->header.channelSeq, image.channelSeq, 4);
+    for (int32_t row = 0; row < spec.height * picture->planes(); ++row) {
+        memcpy(picture->row(row), static_cast<const char*>(image.imageData) + row * image.widthStep,
+               size_t(picture->step));
+    }
+    picture->freeze();
+    return picture;
 }
 
 Picture::Picture(const PictureSpec& spec, std::shared_ptr<Storage> pixels)
@@ -352,25 +314,7 @@ void Picture::setRegion(int32_t x, int32_t y, int32_t width, int32_t height, int
     freeze();
 }
 
-uint8_t* Picture::address(int32_t x, int32_t y, int32_t c, int32_t& bit) const
-{
-    const Block* block = storage->blocks[0].get();
-    int32_t rows = spec.height;
-    if (isTiled()) {
-        const int32_t index = y / spec.tileHeight * storage->tileColumns + x / spec.tileWidth;
-        block = storage->blocks[static_cast<size_t>(index)].get();
-        x %= spec.tileWidth;
-        y %= spec.tileHeight;
-        rows = spec.tileHeight;
-    }
-    const bool isPlane = spec.order == PXK_DATA_ORDER_PLANE;
-    const int32_t sample = isPlane ? x : x * spec.channels + c;
-    const int32_t firstBit = sample * depthBits(spec.depth);
-    bit = firstBit % 8;
-    return block->data + ((isPlane ? c * rows : 0) + y) * step + firstBit / 8;
-}
-
-static uint32_t load(const uint8_t* at, int32_t bit, int32_t depth)
+uint32_t Picture::Cell::load(int32_t depth) const
 {
     uint16_t half;
     uint32_t word;
@@ -382,7 +326,7 @@ static uint32_t load(const uint8_t* at, int32_t bit, int32_t depth)
     }
 }
 
-static void store(uint8_t* at, int32_t bit, int32_t depth, uint32_t bits)
+void Picture::Cell::store(int32_t depth, uint32_t bits) const
 {
     const int32_t shift = 7 - bit;
     const uint16_t half = static_cast<uint16_t>(bits);
@@ -394,49 +338,33 @@ static void store(uint8_t* at, int32_t bit, int32_t depth, uint32_t bits)
     }
 }
 
-uint32_t Picture::bits(int32_t x, int32_t y, int32_t c) const
+Picture::Cell Picture::cell(int32_t x, int32_t y, int32_t c) const
 {
-    int32_t bit;
-    const uint8_t* const at = address(x, y, c, bit);
-    return load(at, bit, spec.depth);
+    const Block* block = storage->blocks[0].get();
+    int32_t rows = spec.height;
+    if (isTiled()) {
+        block = storage->blocks[size_t(y / spec.tileHeight * storage->tileColumns + x / spec.tileWidth)].get();
+        x %= spec.tileWidth;
+        y %= spec.tileHeight;
+        rows = spec.tileHeight;
+    }
+    const bool isPlane = spec.order == PXK_DATA_ORDER_PLANE;
+    const int32_t firstBit = (isPlane ? x : x * spec.channels + c) * depthBits(spec.depth);
+    return { block->data + ((isPlane ? c * rows : 0) + y) * step + firstBit / 8, firstBit % 8 };
 }
 
-void Picture::setBits(int32_t x, int32_t y, int32_t c, uint32_t bits)
-{
-    int32_t bit;
-    uint8_t* const at = address(x, y, c, bit);
-    store(at, bit, spec.depth, bits);
-}
-
-uint8_t* Picture::row(int32_t y, int32_t plane) const
-{
-    return storage->blocks[0]->data + (plane * spec.height + y) * step;
-}
-
-uint32_t Picture::rowBits(int32_t plane, int32_t y, int32_t s) const
+Picture::Cell Picture::rowCell(int32_t plane, int32_t y, int32_t s) const
 {
     const int32_t firstBit = s * depthBits(spec.depth);
-    return load(row(y, plane) + firstBit / 8, firstBit % 8, spec.depth);
+    return { row(y, plane) + firstBit / 8, firstBit % 8 };
 }
 
-void Picture::setRowBits(int32_t plane, int32_t y, int32_t s, uint32_t bits)
-{
-    const int32_t firstBit = s * depthBits(spec.depth);
-    store(row(y, plane) + firstBit / 8, firstBit % 8, spec.depth, bits);
-}
-
-bool Picture::askedOnlyInside(int32_t x, int32_t y, int32_t width, int32_t height) const
+bool Picture::askedOnlyInside(int64_t x, int64_t y, int64_t width, int64_t height) const
 {
     return std::all_of(storage->calls.begin(), storage->calls.end(), [&](const TileCall& call) {
         const int32_t left = call.x * spec.tileWidth, top = call.y * spec.tileHeight;
         return left < x + width && left + spec.tileWidth > x && top < y + height && top + spec.tileHeight > y;
     });
-}
-
-void Picture::freeze()
-{
-    frozenHeader = header;
-    frozenRoi = roi;
 }
 
 std::string Picture::headerFault() const
@@ -457,22 +385,16 @@ std::string Picture::tileFault() const
 
 void Picture::setAll(double n)
 {
-    for (int32_t c = 0; c < spec.channels; ++c) {
-        for (int32_t y = 0; y < spec.height; ++y) {
-            for (int32_t x = 0; x < spec.width; ++x) setNumber(x, y, c, n);
-        }
-    }
+    forEachSample([&](int32_t x, int32_t y, int32_t c) { setNumber(x, y, c, n); });
 }
 
 // ---- filling -------------------------------------------------------------------------------------------------------
 
 template <class F> static void fillSamples(Picture& picture, F&& next)
 {
-    for (int32_t c = 0; c < picture.spec.channels; ++c) {
-        for (int32_t y = 0; y < picture.spec.height; ++y) {
+    for (int32_t c = 0; c < picture.spec.channels; ++c)
+        for (int32_t y = 0; y < picture.spec.height; ++y)
             for (int32_t x = 0; x < picture.spec.width; ++x) picture.setBits(x, y, c, next());
-        }
-    }
 }
 
 static double randomFloat(Random& random, bool nonFinite)

@@ -23,9 +23,15 @@ inline bool isFloatDepth(int32_t depth)
 {
     return depth == PXK_DEPTH_32F;
 }
-int64_t depthMin(int32_t depth);
-int64_t depthMax(int32_t depth);
-const char* depthName(int32_t depth);
+inline int64_t depthMax(int32_t depth)
+{
+    return (int64_t(1) << (depthBits(depth) - (depth < 0 ? 1 : 0))) - 1;
+}
+inline int64_t depthMin(int32_t depth)
+{
+    return depth < 0 ? -depthMax(depth) - 1 : 0;
+}
+std::string depthName(int32_t depth);
 
 // A sample's bits as the number they mean; exact in a double at every depth. A NaN need not keep its bits.
 double numberOf(int32_t depth, uint32_t bits);
@@ -54,7 +60,7 @@ private:
 
 struct TileCall {
     int32_t x, y, mode;
-    int32_t depth; // of the header, at the time of the call
+    int32_t depth = 0; // of the header, at the time of the call
 };
 
 class Storage;
@@ -94,7 +100,6 @@ private:
         int32_t x, y;
         std::shared_ptr<Lent> lent;
     };
-    void takeBack(const Held& tile);
     std::vector<Held> held;
 };
 
@@ -102,43 +107,37 @@ private:
 
 // What a picture is made from. Tile sizes of 0: in memory. The region record exists when its width is not 0.
 struct PictureSpec {
-    PictureSpec(int32_t depth = PXK_DEPTH_8U, int32_t width = 16, int32_t height = 8, int32_t channels = 1,
-                int32_t order = PXK_DATA_ORDER_PIXEL)
-        : depth(depth)
-        , width(width)
-        , height(height)
-        , channels(channels)
-        , order(order)
-    {
-    }
-    PictureSpec& region(int32_t x, int32_t y, int32_t w, int32_t h, int32_t coi = 0)
-    {
-        roi = { coi, x, y, w, h };
-        return *this;
-    }
-    PictureSpec& tiled(int32_t w, int32_t h)
-    {
-        tileWidth = w;
-        tileHeight = h;
-        return *this;
-    }
-    PictureSpec& withAlpha()
-    {
-        hasAlpha = true;
-        return *this;
-    }
-    PictureSpec& aligned(int32_t bytes)
-    {
-        align = bytes;
-        return *this;
-    }
-
-    int32_t depth, width, height, channels, order;
+    int32_t depth = PXK_DEPTH_8U, width = 16, height = 8, channels = 1, order = PXK_DATA_ORDER_PIXEL;
     bool hasAlpha = false;
     int32_t align = 4, origin = 0;
     PxkROI roi = { 0, 0, 0, 0, 0 };
     int32_t tileWidth = 0, tileHeight = 0;
     int32_t extraStep = 0; // added to widthStep: a multiple of `align`
+
+    // Others that differ from this one.
+    template <class Value> PictureSpec with(Value PictureSpec::*field, Value value) const
+    {
+        PictureSpec other = *this;
+        other.*field = value;
+        return other;
+    }
+    [[nodiscard]] PictureSpec ofDepth(int32_t d) const { return with(&PictureSpec::depth, d); }
+    [[nodiscard]] PictureSpec of(int32_t nChannels) const { return with(&PictureSpec::channels, nChannels); }
+    [[nodiscard]] PictureSpec withAlpha() const { return with(&PictureSpec::hasAlpha, true); }
+    [[nodiscard]] PictureSpec ordered(int32_t o) const { return with(&PictureSpec::order, o); }
+    [[nodiscard]] PictureSpec aligned(int32_t bytes) const { return with(&PictureSpec::align, bytes); }
+    [[nodiscard]] PictureSpec sized(int32_t w, int32_t h) const
+    {
+        return with(&PictureSpec::width, w).with(&PictureSpec::height, h);
+    }
+    [[nodiscard]] PictureSpec tiled(int32_t w, int32_t h) const
+    {
+        return with(&PictureSpec::tileWidth, w).with(&PictureSpec::tileHeight, h);
+    }
+    [[nodiscard]] PictureSpec region(int32_t x, int32_t y, int32_t w, int32_t h, int32_t coi = 0) const
+    {
+        return with(&PictureSpec::roi, PxkROI { coi, x, y, w, h });
+    }
 };
 
 class Picture;
@@ -147,7 +146,9 @@ using PicturePtr = std::shared_ptr<Picture>;
 class Picture {
 public:
     static PicturePtr make(const PictureSpec& spec, Random& random); // filled with fillRandom
-    static PicturePtr make(const PictureSpec& spec, uint64_t seed = 1);
+    static PicturePtr make(const PictureSpec& spec, Random&& random) { return make(spec, random); }
+    static PicturePtr make(const PictureSpec& spec, uint64_t seed = 1) { return make(spec, Random(seed)); }
+    static PicturePtr of(const PxkImage& image); // a copy of an image in memory, its words included
     PicturePtr otherHeader(); // the same pixels, tile record and mask under a header and region of its own
     // A copy with its own pixels; `copies` keeps what two pictures share (pixels, masks) shared between their copies.
     struct Copies {
@@ -164,25 +165,33 @@ public:
     operator PxkImage*() { return &header; }
 
     // Sample (x, y, c) of the whole image, c from 0. Value: integer depths; number: all depths.
-    uint32_t bits(int32_t x, int32_t y, int32_t c) const;
-    void setBits(int32_t x, int32_t y, int32_t c, uint32_t bits);
+    uint32_t bits(int32_t x, int32_t y, int32_t c) const { return cell(x, y, c).load(spec.depth); }
+    void setBits(int32_t x, int32_t y, int32_t c, uint32_t bits) { cell(x, y, c).store(spec.depth, bits); }
     double number(int32_t x, int32_t y, int32_t c = 0) const { return numberOf(spec.depth, bits(x, y, c)); }
     int64_t value(int32_t x, int32_t y, int32_t c = 0) const { return static_cast<int64_t>(number(x, y, c)); }
     void setNumber(int32_t x, int32_t y, int32_t c, double n) { setBits(x, y, c, bitsOf(spec.depth, n)); }
     void setAll(double n);
 
+    template <class F> void forEachSample(F&& visit) const // visit(x, y, c)
+    {
+        for (int32_t y = 0; y < spec.height; ++y)
+            for (int32_t x = 0; x < spec.width; ++x)
+                for (int32_t c = 0; c < spec.channels; ++c) visit(x, y, c);
+    }
+
     // In memory: sample `s` of a row of a plane, padding included, which lasts up to samplesOfStep().
-    uint8_t* row(int32_t y, int32_t plane = 0) const;
-    uint32_t rowBits(int32_t plane, int32_t y, int32_t s) const;
-    void setRowBits(int32_t plane, int32_t y, int32_t s, uint32_t bits);
+    uint8_t* row(int32_t y, int32_t p = 0) const { return storage->blocks[0]->data + (p * spec.height + y) * step; }
+    uint32_t rowBits(int32_t p, int32_t y, int32_t s) const { return rowCell(p, y, s).load(spec.depth); }
+    void setRowBits(int32_t p, int32_t y, int32_t s, uint32_t bits) { rowCell(p, y, s).store(spec.depth, bits); }
     int32_t planes() const { return spec.order == PXK_DATA_ORDER_PLANE ? spec.channels : 1; }
     int32_t samplesOfRow() const { return spec.width * (spec.channels / planes()); }
     int32_t samplesOfStep() const { return header.widthStep * 8 / depthBits(spec.depth); }
 
     bool isTiled() const { return spec.tileWidth != 0; }
     // True when every tile asked so far meets this rectangle of the image.
-    bool askedOnlyInside(int32_t x, int32_t y, int32_t width, int32_t height) const;
-    void freeze();                   // header and region as they are now are what headerFault() compares with
+    bool askedOnlyInside(int64_t x, int64_t y, int64_t width, int64_t height) const;
+    // Header and region as they are now are what headerFault() compares with.
+    void freeze() { frozenHeader = header, frozenRoi = roi; }
     std::string headerFault() const; // a changed field's name, or empty
     std::string tileFault() const;   // the first offence against the tile protocol, or a tile still held, or empty
 
@@ -195,7 +204,14 @@ public:
 private:
     Picture(const PictureSpec& spec, std::shared_ptr<Storage> storage);
     void aimPointers();
-    uint8_t* address(int32_t x, int32_t y, int32_t c, int32_t& bit) const;
+    struct Cell {
+        uint8_t* at;
+        int32_t bit;
+        uint32_t load(int32_t depth) const;
+        void store(int32_t depth, uint32_t bits) const;
+    };
+    Cell cell(int32_t x, int32_t y, int32_t c) const;
+    Cell rowCell(int32_t plane, int32_t y, int32_t s) const;
     int32_t step; // bytes from row to row, in memory or in a tile
     PxkImage frozenHeader;
     PxkROI frozenRoi;

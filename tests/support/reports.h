@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <pxk/pxk.h>
 
+#include "ofthread.h"
+
 struct Report {
     int32_t status;
     std::string func, context;
@@ -25,14 +27,7 @@ inline std::ostream& operator<<(std::ostream& out, const Report& report)
 
 inline std::vector<Report>& recordedReports()
 {
-#ifdef _WIN32
-    // MinGW frees a thread's variables before it runs their destructors, so this one has none to run.
-    static thread_local std::vector<Report>* const reports = new std::vector<Report>;
-    return *reports;
-#else
-    static thread_local std::vector<Report> reports;
-    return reports;
-#endif
+    return ofThread<std::vector<Report>>();
 }
 
 inline int32_t recordReport(int32_t status, const char* func, const char* context, const char* file, int32_t line)

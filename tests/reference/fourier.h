@@ -157,7 +157,6 @@ template <class T> bool isFast(const Line<T>& line)
 template <class T> Line<T> complexLine(Line<T> x, bool isPlus)
 {
     if (x.size() == 1) return x;
-    if (x.size() == 1) return x;
     if (isPlus) std::transform(x.begin(), x.end(), x.begin(), conjugate<T>);
     if constexpr (std::is_integral<T>::value) x = isFast(x) ? fastLine(x) : directLine(x);
     if constexpr (!std::is_integral<T>::value) x = directLine(x);

@@ -42,6 +42,10 @@ public:
         start = head->data + (isSep ? 0 : odd);
         apart = isSep ? body->data + odd : nullptr;
         memcpy(start, &header, 40);
+        for (int32_t i = 0; i < words; ++i) { // the same numbers, whichever byte a processor stores first
+            const uint8_t* const b = start + 40 + 4 * i;
+            setWord(i, b[0] | b[1] << 8 | b[2] << 16 | uint32_t(b[3]) << 24);
+        }
     }
 
     std::shared_ptr<Bitmap> copy() const

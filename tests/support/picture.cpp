@@ -414,9 +414,13 @@ static void fillBytes(Picture& picture, Random& random)
     const bool isFloat = isFloatDepth(picture.spec.depth);
     for (const auto& block : picture.storage->blocks) {
         for (size_t i = 0; i < block->size; i += 4) { // rows are multiples of four bytes
-            const uint32_t word =
-                isFloat ? bitsOf(PXK_DEPTH_32F, randomFloat(random, false)) : static_cast<uint32_t>(random.next());
-            memcpy(block->data + i, &word, sizeof word);
+            if (isFloat) {
+                const uint32_t word = bitsOf(PXK_DEPTH_32F, randomFloat(random, false));
+                memcpy(block->data + i, &word, sizeof word);
+                continue;
+            }
+            uint32_t word = static_cast<uint32_t>(random.next()); // the same bytes whichever a processor stores first
+            for (size_t k = 0; k < 4; ++k, word >>= 8) block->data[i + k] = static_cast<uint8_t>(word);
         }
     }
 }

@@ -66,6 +66,19 @@ TEST(Colour, convertsInPlaceWithoutItsMask)
     EXPECT_TRUE(samePicture(*want, *got));
 }
 
+// The lightness of the largest floats is one, too.
+TEST(Colour, luvOfLargeNumbers)
+{
+    for (const double y : { 1e20, 1e30, 1e31, 1e38, 3e38, HUGE_VAL }) {
+        const PicturePtr src = Picture::make({ PXK_DEPTH_32F, 1, 1, 3 }), dst = src->copy();
+        setWords(*src, "RGB", "RGB");
+        for (int32_t c = 0; c < 3; ++c) src->setNumber(0, 0, c, y);
+        pxkRGB2LUV(*src, *dst);
+        const double want = 116 * std::cbrt(float(y) / 0.329) - 16;
+        EXPECT_TRUE(dst->number(0, 0, 0) == want || std::fabs(dst->number(0, 0, 0) / want - 1) < 1e-5) << y;
+    }
+}
+
 // Worked by hand.
 TEST(Colour, fromYcc)
 {

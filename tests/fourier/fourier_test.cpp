@@ -76,7 +76,30 @@ TEST(Fourier, roundsHalvesToEvenAndLimits)
     }
 }
 
-// A transform doesn't depend on what was transformed before; more lengths than there is room for come and go.
+// Lines that fill up a batch hold nothing of an earlier call.
+TEST(Fourier, forgetsWhatWasTransformedBefore)
+{
+    startReports();
+    const PicturePtr huge = Picture::make({ PXK_DEPTH_32F, 80, 80 });
+    huge->forEachSample(
+        [&](int32_t x, int32_t y, int32_t) { huge->setNumber(x, y, 0, (x + y) % 2 == 0 ? 3e38 : -3e38); });
+    for (int32_t width = 16; width < 64; ++width) {
+        const PicturePtr image = noise(width, 3), fresh = image->copy(), then = image->copy();
+        for (const int32_t flags : { PXK_DCT_FORWARD, PXK_DCT_INVERSE }) {
+            pxkDCT2D(nullptr, nullptr, PXK_DCT_FREE);
+            pxkDCT2D(*image, *fresh, flags);
+            pxkDCT2D(*huge, *huge->copy(), flags);
+            pxkDCT2D(*image, *then, flags);
+            EXPECT_TRUE(samePicture(*fresh, *then, BITS)) << width;
+            pxkRealFft2D(*image, *fresh, flags);
+            pxkRealFft2D(*huge, *huge->copy(), flags);
+            pxkRealFft2D(*image, *then, flags);
+            EXPECT_TRUE(samePicture(*fresh, *then, BITS)) << width;
+        }
+    }
+}
+
+// More lengths than there is room for come and go.
 TEST(Fourier, tablesComeAndGo)
 {
     startReports();

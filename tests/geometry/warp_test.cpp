@@ -90,6 +90,42 @@ TEST(Warp, transformsOfQuadranglesReturn)
     expectReports({ { -5, "pxkGetPerspectiveBound", "Bad rect ROI" } });
 }
 
+// Rows that overshoot as far as they can.
+TEST(Warp, cubicsOfSteepPicturesMatchModel)
+{
+    startReports();
+    double fourfold[2][3] = { { 4, 0, 0 }, { 0, 4, 0 } };
+    const auto between = [](const int64_t* v, int64_t t, bool isSecond) {
+        return modelFixedBetween(v, t, PXK_INTER_CUBIC, isSecond);
+    };
+    for (uint64_t seed = 1; seed <= 300; ++seed) {
+        Random random(seed);
+        const PicturePtr src = Picture::make({ PXK_DEPTH_8U, 4, 4 }), dst = Picture::make({ PXK_DEPTH_8U, 13, 13 });
+        src->forEachSample([&](int32_t x, int32_t y, int32_t) { src->setBits(x, y, 0, random.oneOf({ 0u, 255u })); });
+        pxkWarpAffine(*src, *dst, fourfold, PXK_INTER_CUBIC);
+        const TapField field = { 0, 0, 4, 4,
+                                 [&](int64_t x, int64_t y) { return src->number(int32_t(x), int32_t(y)); } };
+        dst->forEachSample([&](int32_t x, int32_t y, int32_t) {
+            const int64_t value = modelTaps<int64_t>(field, x * 16384, y * 16384, 65536, PXK_INTER_CUBIC, between);
+            EXPECT_EQ(dst->number(x, y), double(std::clamp<int64_t>((value + 8) >> 4, 0, 255)));
+        });
+    }
+}
+
+// Nothing is written where alpha is the only channel.
+TEST(Warp, leavesALoneAlphaChannel)
+{
+    double identity[2][3] = { { 1, 0, 0 }, { 0, 1, 0 } };
+    PictureSpec spec = { PXK_DEPTH_8U, 8, 8 };
+    spec.hasAlpha = true;
+    Random random(1);
+    const PicturePtr src = Picture::make(spec, random), dst = Picture::make(spec, random), before = dst->copy();
+    startReports();
+    pxkWarpAffine(*src, *dst, identity, PXK_INTER_NN);
+    pxkRotate(*src, *dst, 180, 7, 7, PXK_INTER_LINEAR);
+    EXPECT_TRUE(samePicture(*before, *dst));
+}
+
 // Numbers at the ends of what there is neither crash nor write outside the shape.
 TEST(Warp, extremeTransformsAreHarmless)
 {

@@ -116,6 +116,31 @@ TEST_P(Operations, matchModelAtEverySample)
     }
 }
 
+// Float arithmetic stores one NaN, whichever came in; what moves numbers keeps their bits.
+TEST_P(Operations, storeOneNaN)
+{
+    static const std::set<std::string> moving = { "pxkCopy", "pxkCopy_gray", "pxkExchange", "pxkAbs" };
+    const auto& depths = op.axes.depths;
+    if (std::find(depths.begin(), depths.end(), PXK_DEPTH_32F) == depths.end() || moving.count(op.name) != 0) return;
+    Case c = op.plainCase();
+    c.depth = PXK_DEPTH_32F;
+    const Scene got = op.scene(c);
+    for (size_t k = 0; k < std::max<size_t>(count - 1, 1); ++k) {
+        got[k].forEachSample([&](int32_t x, int32_t y, int32_t channel) {
+            got[k].setBits(x, y, channel, (x + y + channel) % 2 == 0 ? 0x7FC12345 : 0xFFC00001);
+        });
+    }
+    const Numbers n = op.numbersOf(c, got);
+    const PicturePtr before = got[count - 1].copy();
+    EXPECT_EQ(op.run(got, n), Ending());
+    if (got[count - 1].spec.depth != PXK_DEPTH_32F) return;
+    got[count - 1].forEachSample([&](int32_t x, int32_t y, int32_t channel) {
+        const uint32_t bits = got[count - 1].bits(x, y, channel);
+        EXPECT_TRUE(bits == before->bits(x, y, channel) || bits == 0x7FC00000 || (bits & 0x7FFFFFFF) <= 0x7F800000)
+            << std::hex << bits;
+    });
+}
+
 // The k-th tile of one image, k growing until the call succeeds.
 TEST_P(Operations, refusedTilesAreReported)
 {

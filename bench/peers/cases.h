@@ -19,8 +19,11 @@ static void cases_copy()
             I s = pic(n, n, 1, D8U), d = img(n, n, 1, D8U), e = img(n, n, 1, D8U);
             LP ls = lept(s), ld = lept(s);
             bench(
-                "copy", "8U", z, px, 2 * px, "pxkCopy", [=] { FN("pxkCopy", F2)
-                                                              (&s->h, &d->h); },
+                "copy", "8U", z, px, 2 * px, "pxkCopy",
+                [=] {
+                    FN("pxkCopy", F2)
+                    (&s->h, &d->h);
+                },
                 { { "libyuv CopyPlane", [=] { libyuv::CopyPlane(s->d(), s->step(), e->d(), e->step(), n, n); } },
                   { "leptonica pixCopy", [=] { pixCopy(ld.get(), ls.get()); } } },
                 "same bytes moved", [=] { return diff<uint8_t>(d, e->d(), e->step(), 0); });
@@ -35,8 +38,10 @@ static void cases_copy()
             d->h.roi = &d->r;
             bench(
                 "copy", "8U region at x 3", z, (double)w * h, 2.0 * w * h, "pxkCopy",
-                [=] { FN("pxkCopy", F2)
-                      (&s->h, &d->h); },
+                [=] {
+                    FN("pxkCopy", F2)
+                    (&s->h, &d->h);
+                },
                 { { "libyuv CopyPlane",
                     [=] {
                         libyuv::CopyPlane(s->d() + s->step() + 3, s->step(), e->d() + 2 * e->step() + 5, e->step(), w,
@@ -48,8 +53,11 @@ static void cases_copy()
         {
             I s = pic(n, n, 1, D32F), d = img(n, n, 1, D32F), e = img(n, n, 1, D32F);
             bench(
-                "copy", "32F", z, px, 8 * px, "pxkCopy", [=] { FN("pxkCopy", F2)
-                                                               (&s->h, &d->h); },
+                "copy", "32F", z, px, 8 * px, "pxkCopy",
+                [=] {
+                    FN("pxkCopy", F2)
+                    (&s->h, &d->h);
+                },
                 { { "libyuv CopyPlane", [=] { libyuv::CopyPlane(s->d(), s->step(), e->d(), e->step(), 4 * n, n); } } },
                 "same bytes moved");
         }
@@ -57,8 +65,11 @@ static void cases_copy()
         {
             I d = img(n, n, 1, D8U), e = img(n, n, 1, D8U);
             bench(
-                "set", "8U", z, px, px, "pxkSet", [=] { FN("pxkSet", F1I)
-                                                        (&d->h, 77); },
+                "set", "8U", z, px, px, "pxkSet",
+                [=] {
+                    FN("pxkSet", F1I)
+                    (&d->h, 77);
+                },
                 { { "libyuv SetPlane", [=] { libyuv::SetPlane(e->d(), e->step(), n, n, 77); } },
                   { "pixman_fill 8", [=] { pixman_fill(e->as<uint32_t>(), e->step() / 4, 8, 0, 0, n, n, 77); } } },
                 "same bytes written; the limit counts one write");
@@ -67,8 +78,11 @@ static void cases_copy()
         {
             I d = img(n, n, 1, D32F), e = img(n, n, 1, D32F);
             bench(
-                "set", "32F", z, px, 4 * px, "pxkSetFP", [=] { FN("pxkSetFP", F1F)
-                                                               (&d->h, 1.5f); },
+                "set", "32F", z, px, 4 * px, "pxkSetFP",
+                [=] {
+                    FN("pxkSetFP", F1F)
+                    (&d->h, 1.5f);
+                },
                 { { "pixman_fill 32",
                     [=] { pixman_fill(e->as<uint32_t>(), e->step() / 4, 32, 0, 0, n, n, 0x3fc00000); } },
                   { "libyuv ARGBRect", [=] { libyuv::ARGBRect(e->d(), e->step(), 0, 0, n, n, 0x3fc00000); } } },
@@ -95,8 +109,11 @@ static void cases_arith()
             auto pb = std::shared_ptr<pixman_image_t>(
                 pixman_image_create_bits(PIXMAN_a8, n, n, p2->as<uint32_t>(), p2->step()), pixman_image_unref);
             bench(
-                "arith", "add 8U", z, px, 3 * px, "pxkAdd", [=] { FN("pxkAdd", F3)
-                                                                  (&a->h, &b->h, &d->h); },
+                "arith", "add 8U", z, px, 3 * px, "pxkAdd",
+                [=] {
+                    FN("pxkAdd", F3)
+                    (&a->h, &b->h, &d->h);
+                },
                 { { "libyuv ARGBAdd", yuv3(libyuv::ARGBAdd) },
                   { "pixman OP_ADD a8 (in place)",
                     [=] {
@@ -109,15 +126,21 @@ static void cases_arith()
         }
         CASE("arith", "subtract 8U", z)
         bench(
-            "arith", "subtract 8U", z, px, 3 * px, "pxkSubtract", [=] { FN("pxkSubtract", F3)
-                                                                        (&a->h, &b->h, &d->h); },
+            "arith", "subtract 8U", z, px, 3 * px, "pxkSubtract",
+            [=] {
+                FN("pxkSubtract", F3)
+                (&a->h, &b->h, &d->h);
+            },
             { { "libyuv ARGBSubtract", yuv3(libyuv::ARGBSubtract) },
               { "leptonica pixSubtractGray", [=] { pixSubtractGray(ld.get(), la.get(), lb.get()); } } },
             "same: saturated difference of bytes", [=] { return diff<uint8_t>(d, e->d(), e->step(), 0); });
         CASE("arith", "multiply 8U", z)
         bench(
-            "arith", "multiply 8U", z, px, 3 * px, "pxkMultiply", [=] { FN("pxkMultiply", F3)
-                                                                        (&a->h, &b->h, &d->h); },
+            "arith", "multiply 8U", z, px, 3 * px, "pxkMultiply",
+            [=] {
+                FN("pxkMultiply", F3)
+                (&a->h, &b->h, &d->h);
+            },
             { { "libyuv ARGBMultiply", yuv3(libyuv::ARGBMultiply) } },
             "similar: the peer scales the product by 1/256, the library saturates it");
         CASE("arith", "add 32F", z)
@@ -125,8 +148,11 @@ static void cases_arith()
             I fa = pic(n, n, 1, D32F, 1), fb = pic(n, n, 1, D32F, 2), fd = img(n, n, 1, D32F);
             VipsImage *va = vimg(fa), *vb = vimg(fb);
             bench(
-                "arith", "add 32F", z, px, 12 * px, "pxkAdd", [=] { FN("pxkAdd", F3)
-                                                                    (&fa->h, &fb->h, &fd->h); },
+                "arith", "add 32F", z, px, 12 * px, "pxkAdd",
+                [=] {
+                    FN("pxkAdd", F3)
+                    (&fa->h, &fb->h, &fd->h);
+                },
                 { { "libvips add", vrun([=](VipsImage** o) { return vips_add(va, vb, o, NULL); }) } },
                 "same; see the Python part for NumPy");
             g_object_unref(va);
@@ -156,8 +182,11 @@ static void cases_arith()
             I x = pic(n, n, 1, D1U, 1), y = pic(n, n, 1, D1U, 2), r = img(n, n, 1, D1U);
             LP lx = lept(x), ly = lept(y), lr = lept(x);
             bench(
-                "arith", "and 1U", z, px, 3 * px / 8, "pxkAnd", [=] { FN("pxkAnd", F3)
-                                                                      (&x->h, &y->h, &r->h); },
+                "arith", "and 1U", z, px, 3 * px / 8, "pxkAnd",
+                [=] {
+                    FN("pxkAnd", F3)
+                    (&x->h, &y->h, &r->h);
+                },
                 { { "leptonica pixAnd", [=] { pixAnd(lr.get(), lx.get(), ly.get()); } },
                   { "leptonica pixAnd in place", [=] { pixAnd(lr.get(), lr.get(), ly.get()); } } },
                 "same; pixAnd into a third image copies first");
@@ -168,8 +197,11 @@ static void cases_arith()
             memcpy(pixGetData(lx.get()), a->d(), (size_t)n * n);
             memcpy(pixGetData(ly.get()), b->d(), (size_t)n * n);
             bench(
-                "arith", "xor 8U", z, px, 3 * px, "pxkXor", [=] { FN("pxkXor", F3)
-                                                                  (&a->h, &b->h, &d->h); },
+                "arith", "xor 8U", z, px, 3 * px, "pxkXor",
+                [=] {
+                    FN("pxkXor", F3)
+                    (&a->h, &b->h, &d->h);
+                },
                 { { "leptonica pixXor", [=] { pixXor(lr.get(), lx.get(), ly.get()); } } },
                 "same bits (bytes seen as one-bit pixels); pixXor copies first");
         }
@@ -182,8 +214,11 @@ static void cases_arith()
             pixman_color_t pc = { 0, 0, 0, 5 * 257 };
             auto ps = std::shared_ptr<pixman_image_t>(pixman_image_create_solid_fill(&pc), pixman_image_unref);
             bench(
-                "arith", "add constant 8U", z, px, 2 * px, "pxkAddS", [=] { FN("pxkAddS", F2I)
-                                                                            (&a->h, &d->h, 5); },
+                "arith", "add constant 8U", z, px, 2 * px, "pxkAddS",
+                [=] {
+                    FN("pxkAddS", F2I)
+                    (&a->h, &d->h, 5);
+                },
                 { { "libvips linear uchar",
                     vrun([=](VipsImage** o) { return vips_linear1(va, o, 1.0, 5.0, "uchar", TRUE, NULL); }) },
                   { "pixman OP_ADD solid (in place)",
@@ -215,9 +250,11 @@ static void cases_depth()
 #endif
             bench(
                 "depth", "threshold 8U to 8U", z, px, 2 * px, "pxkThreshold",
-                [=] { FN("pxkThreshold", F2I)
-                      (&a->h, &d->h, 128); }, ps, "same result 0 and 255",
-                [=] { return diff<uint8_t>(d, e->d(), e->step(), 0); });
+                [=] {
+                    FN("pxkThreshold", F2I)
+                    (&a->h, &d->h, 128);
+                },
+                ps, "same result 0 and 255", [=] { return diff<uint8_t>(d, e->d(), e->step(), 0); });
             g_object_unref(va);
         }
         CASE("depth", "threshold 8U to 1U", z)
@@ -226,8 +263,10 @@ static void cases_depth()
             I o = img(n, n, 1, D1U);
             bench(
                 "depth", "threshold 8U to 1U", z, px, px + px / 8, "pxkThreshold",
-                [=] { FN("pxkThreshold", F2I)
-                      (&a->h, &o->h, 128); },
+                [=] {
+                    FN("pxkThreshold", F2I)
+                    (&a->h, &o->h, 128);
+                },
                 { { "leptonica pixThresholdToBinary", lrun([=] { return pixThresholdToBinary(la.get(), 128); }) } },
                 "same work, inverse sense");
         }
@@ -242,8 +281,10 @@ static void cases_depth()
         CASE("depth", "convert 8U to 16U", z)
         bench(
             "depth", "convert 8U to 16U", z, px, 3 * px, "pxkConvert",
-            [=] { FN("pxkConvert", int32_t(*)(PxkImage*, PxkImage*))
-                  (&a->h, &w16->h); },
+            [=] {
+                FN("pxkConvert", int32_t(*)(PxkImage*, PxkImage*))
+                (&a->h, &w16->h);
+            },
             { { "libyuv Convert8To16Plane",
                 [=] {
                     libyuv::Convert8To16Plane(a->d(), a->step(), x16->as<uint16_t>(), x16->step() / 2, 256, n, n);
@@ -253,8 +294,10 @@ static void cases_depth()
         CASE("depth", "scale 8U to 16U", z)
         bench(
             "depth", "scale 8U to 16U", z, px, 3 * px, "pxkScale",
-            [=] { FN("pxkScale", int32_t(*)(PxkImage*, PxkImage*))
-                  (&a->h, &w16->h); },
+            [=] {
+                FN("pxkScale", int32_t(*)(PxkImage*, PxkImage*))
+                (&a->h, &w16->h);
+            },
             { { "libyuv Convert8To16Plane",
                 [=] {
                     libyuv::Convert8To16Plane(a->d(), a->step(), x16->as<uint16_t>(), x16->step() / 2, 32768, n, n);
@@ -264,8 +307,10 @@ static void cases_depth()
         CASE("depth", "scale 16U to 8U", z)
         bench(
             "depth", "scale 16U to 8U", z, px, 3 * px, "pxkScale",
-            [=] { FN("pxkScale", int32_t(*)(PxkImage*, PxkImage*))
-                  (&s16->h, &d->h); },
+            [=] {
+                FN("pxkScale", int32_t(*)(PxkImage*, PxkImage*))
+                (&s16->h, &d->h);
+            },
             { { "libyuv Convert16To8Plane",
                 [=] {
                     libyuv::Convert16To8Plane(s16->as<uint16_t>(), s16->step() / 2, e->d(), e->step(), 256, n, n);
@@ -276,16 +321,22 @@ static void cases_depth()
         typedef int32_t (*SFP)(PxkImage*, PxkImage*, float, float);
         CASE("depth", "8U to 32F", z)
         bench(
-            "depth", "8U to 32F", z, px, 5 * px, "pxkScaleFP", [=] { FN("pxkScaleFP", SFP)
-                                                                     (&a->h, &g->h, 0.f, 1.f); },
+            "depth", "8U to 32F", z, px, 5 * px, "pxkScaleFP",
+            [=] {
+                FN("pxkScaleFP", SFP)
+                (&a->h, &g->h, 0.f, 1.f);
+            },
             { { "libyuv ByteToFloat", [=] { libyuv::ByteToFloat(a->d(), g2->as<float>(), 1 / 255.f, n * n); } },
               { "zimg byte to float", zdepth(ZIMG_PIXEL_BYTE, ZIMG_PIXEL_FLOAT) } },
             "peers multiply in float; the library's map is told in double, within a last place",
             [=] { return diff<float>(g, g2->as<float>(), g2->step(), 0, 1e-6); });
         CASE("depth", "32F to 8U", z)
         bench(
-            "depth", "32F to 8U", z, px, 5 * px, "pxkScaleFP", [=] { FN("pxkScaleFP", SFP)
-                                                                     (&f->h, &d->h, 0.f, 255.f); },
+            "depth", "32F to 8U", z, px, 5 * px, "pxkScaleFP",
+            [=] {
+                FN("pxkScaleFP", SFP)
+                (&f->h, &d->h, 0.f, 255.f);
+            },
             { { "zimg float to byte", zdepth(ZIMG_PIXEL_FLOAT, ZIMG_PIXEL_BYTE) } },
             "same: scale, clamp, round to nearest");
     }
@@ -675,9 +726,11 @@ static void cases_rank()
 #endif
                 bench(
                     "rank", nm, z, px, 2 * px, "pxkMedianFilter",
-                    [=] { FN("pxkMedianFilter", RF)
-                          (&s->h, &d->h, k, k, k / 2, k / 2); }, ps,
-                    "same inside; edge rules differ; Halide on a source padded beforehand");
+                    [=] {
+                        FN("pxkMedianFilter", RF)
+                        (&s->h, &d->h, k, k, k / 2, k / 2);
+                    },
+                    ps, "same inside; edge rules differ; Halide on a source padded beforehand");
                 g_object_unref(vs);
             }
         }
@@ -687,8 +740,10 @@ static void cases_rank()
             VipsImage* vs = vimg(s16);
             bench(
                 "rank", "median 5x5 16U", z, px, 4 * px, "pxkMedianFilter",
-                [=] { FN("pxkMedianFilter", RF)
-                      (&s16->h, &d16->h, 5, 5, 2, 2); },
+                [=] {
+                    FN("pxkMedianFilter", RF)
+                    (&s16->h, &d16->h, 5, 5, 2, 2);
+                },
                 { { "libvips median", vrun([=](VipsImage** o) { return vips_median(vs, o, 5, NULL); }) } },
                 "same inside; edge rules differ");
             g_object_unref(vs);
@@ -778,8 +833,11 @@ static void cases_transform()
                 for (int y = 0; y < h; y++)
                     memcpy(In->p + (size_t)y * w * 4, s->d() + (size_t)y * s->step(), (size_t)w * 4);
                 bench(
-                    "dct", nm, z, px, 8 * px, "pxkDCT2D", [=] { FN("pxkDCT2D", F2I)
-                                                                (&s->h, &d->h, inv ? 2 : 1); },
+                    "dct", nm, z, px, 8 * px, "pxkDCT2D",
+                    [=] {
+                        FN("pxkDCT2D", F2I)
+                        (&s->h, &d->h, inv ? 2 : 1);
+                    },
                     { { inv ? "FFTW REDFT01 float" : "FFTW REDFT10 float", [=] { fftwf_execute(p); } } },
                     "the peer leaves out the orthonormal scaling (one multiply a value)");
                 fftwf_destroy_plan(p);
@@ -1070,9 +1128,11 @@ static void cases_geometry()
                 ps.push_back({ "leptonica pixFlipLR", [=] { pixFlipLR(ld.get(), ls.get()); } });
                 bench(
                     "warp", std::string("mirror") + t, z, px, 2.0 * nch * px, "pxkMirror",
-                    [=] { FN("pxkMirror", F2I)
-                          (&s->h, &d->h, 1); }, ps, "same",
-                    [=] { return diff<uint8_t>(d, e->d(), e->step(), 0); });
+                    [=] {
+                        FN("pxkMirror", F2I)
+                        (&s->h, &d->h, 1);
+                    },
+                    ps, "same", [=] { return diff<uint8_t>(d, e->d(), e->step(), 0); });
             }
             CASE("warp", std::string("remap linear") + t, z)
             {
@@ -1122,8 +1182,11 @@ static void cases_colour()
                   auto hsrc = hb3(s->d(), n, n, s->step(), 3), hdst = hb3(he->d(), n, n, he->step(), 3);)
         CASE("colour", "RGB to HSV", z)
         bench(
-            "colour", "RGB to HSV", z, px, 6 * px, "pxkRGB2HSV", [=] { FN("pxkRGB2HSV", F2)
-                                                                       (&s->h, &d->h); },
+            "colour", "RGB to HSV", z, px, 6 * px, "pxkRGB2HSV",
+            [=] {
+                FN("pxkRGB2HSV", F2)
+                (&s->h, &d->h);
+            },
             { IF_HALIDE({ "Halide float kernel",
                           [=] {
                               (void)he;
@@ -1145,8 +1208,11 @@ static void cases_colour()
         };
         CASE("colour", "RGB to YCbCr", z)
         bench(
-            "colour", "RGB to YCbCr", z, px, 6 * px, "pxkRGB2YCrCb", [=] { FN("pxkRGB2YCrCb", F2)
-                                                                           (&s->h, &d->h); },
+            "colour", "RGB to YCbCr", z, px, 6 * px, "pxkRGB2YCrCb",
+            [=] {
+                FN("pxkRGB2YCrCb", F2)
+                (&s->h, &d->h);
+            },
             { IF_HALIDE({ "Halide integer kernel",
                           [=] {
                               (void)he;
@@ -1160,8 +1226,10 @@ static void cases_colour()
             I sp = pic(n, n, 3, D8U, 1, PLANE), dp = img(n, n, 3, D8U, PLANE);
             bench(
                 "colour", "RGB to YCbCr planar", z, px, 6 * px, "pxkRGB2YCrCb",
-                [=] { FN("pxkRGB2YCrCb", F2)
-                      (&sp->h, &dp->h); },
+                [=] {
+                    FN("pxkRGB2YCrCb", F2)
+                    (&sp->h, &dp->h);
+                },
                 { { "zimg RGB to YUV planar", zyuv }, { "libyuv ARGBToI444", i444 } },
                 "zimg: same planes, float arithmetic; libyuv as above");
         }
@@ -1188,8 +1256,11 @@ static void cases_colour()
                   memcpy(xm->p, xw, 18); auto hxm = hb((int16_t*)xm->p, 3, 3, 6);)
         CASE("colour", "RGB to XYZ", z)
         bench(
-            "colour", "RGB to XYZ", z, px, 6 * px, "pxkRGB2XYZ", [=] { FN("pxkRGB2XYZ", F2)
-                                                                       (&s->h, &d->h); },
+            "colour", "RGB to XYZ", z, px, 6 * px, "pxkRGB2XYZ",
+            [=] {
+                FN("pxkRGB2XYZ", F2)
+                (&s->h, &d->h);
+            },
             { IF_HALIDE({ "Halide integer kernel",
                           [=] {
                               (void)he;
@@ -1223,8 +1294,10 @@ static void cases_colour()
 #endif
             bench(
                 "colour", "colour matrix 8U", z, px, 6 * px, "pxkCreateColorTwist pxkApplyColorTwist",
-                [=] { FN("pxkApplyColorTwist", void (*)(PxkImage*, PxkImage*, void*, int32_t))
-                      (&s->h, &d->h, tw, 0); },
+                [=] {
+                    FN("pxkApplyColorTwist", void (*)(PxkImage*, PxkImage*, void*, int32_t))
+                    (&s->h, &d->h, tw, 0);
+                },
                 ps,
                 "as RGB to XYZ; the library's sums are told in double with truncation; Halide: 14-bit integer weights "
                 "on packed RGB");
@@ -1248,16 +1321,21 @@ static void cases_colour()
             ps.push_back({ "libvips recomb float", vrun([=](VipsImage** o) { return vips_recomb(vf, o, vm, NULL); }) });
             bench(
                 "colour", "colour matrix 32F", z, px, 24 * px, "pxkColorTwistFP",
-                [=] { FN("pxkColorTwistFP", void (*)(PxkImage*, PxkImage*, float*))
-                      (&f->h, &fd->h, tw); }, ps,
-                "Halide: the same sums on packed RGB; libvips has no constant term and sums in double");
+                [=] {
+                    FN("pxkColorTwistFP", void (*)(PxkImage*, PxkImage*, float*))
+                    (&f->h, &fd->h, tw);
+                },
+                ps, "Halide: the same sums on packed RGB; libvips has no constant term and sums in double");
             g_object_unref(vf);
         }
         IF_HALIDE(auto hg = hb(e->d(), n, n, e->step());)
         CASE("colour", "RGB to gray", z)
         bench(
-            "colour", "RGB to gray", z, px, 4 * px, "pxkColorToGray", [=] { FN("pxkColorToGray", F2)
-                                                                            (&s->h, &g->h); },
+            "colour", "RGB to gray", z, px, 4 * px, "pxkColorToGray",
+            [=] {
+                FN("pxkColorToGray", F2)
+                (&s->h, &g->h);
+            },
             { IF_HALIDE({ "Halide integer kernel", [=] { hl_gray(hsrc->raw_buffer(), hg->raw_buffer()); } }, ) {
                   "libyuv RAWToJ400", [=] { libyuv::RAWToJ400(s->d(), s->step(), e->d(), e->step(), n, n); } },
               { "leptonica pixConvertRGBToLuminance", lrun([=] { return pixConvertRGBToLuminance(ls.get()); }) } },
@@ -1274,8 +1352,10 @@ static void cases_colour()
             IF_HALIDE(auto hp = hbp(sp->d(), n, n, sp->step(), 3);)
             bench(
                 "colour", "RGB to gray planar", z, px, 4 * px, "pxkColorToGray",
-                [=] { FN("pxkColorToGray", F2)
-                      (&sp->h, &dp->h); },
+                [=] {
+                    FN("pxkColorToGray", F2)
+                    (&sp->h, &dp->h);
+                },
                 { IF_HALIDE({ "Halide integer kernel, planes",
                               [=] { hl_gray_planar(hp->raw_buffer(), hg->raw_buffer()); } }, ) {
                       "libyuv RAWToJ400 (interleaved)",
@@ -1324,8 +1404,11 @@ static void cases_colour()
                                        lrun([=] { return pixOctreeColorQuant(ls.get(), 240, 0); }) } };
             bench(
                 "palette", "median cut to 256", z, px, 4 * px, "pxkConvertToDIBSep",
-                [=] { FN("pxkConvertToDIBSep", TD)
-                      (&s->h, hd->p, bits->p, 1, 2); }, ps,
+                [=] {
+                    FN("pxkConvertToDIBSep", TD)
+                    (&s->h, hd->p, bits->p, 1, 2);
+                },
+                ps,
                 "Leptonica: 6 bits a channel as the library, its cells carry the index; the library looks for the "
                 "nearest entry of every pixel; octree to 240 colours is another method");
         }
@@ -1424,8 +1507,11 @@ static void cases_stats()
             "Halide same sum; Leptonica also forms the difference image and its rms");
         CASE("stats", "norm inf of difference 8U", z)
         bench(
-            "stats", "norm inf of difference 8U", z, px, 2 * px, "pxkNorm", [=] { FN("pxkNorm", NM)
-                                                                                  (&a->h, &b->h, 1); },
+            "stats", "norm inf of difference 8U", z, px, 2 * px, "pxkNorm",
+            [=] {
+                FN("pxkNorm", NM)
+                (&a->h, &b->h, 1);
+            },
             { IF_HALIDE({ "Halide largest absolute difference",
                           [=] {
                               (void)sink;

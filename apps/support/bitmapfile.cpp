@@ -36,7 +36,7 @@ uint32_t littleEndian32(const uint8_t* bytes)
         | static_cast<uint32_t>(bytes[3]) << 24;
 }
 
-// Numbers from the order of bytes in a file, the low one first, to this processor's, or back.
+// Header and masks are numbers: from the order of bytes in a file, the low one first, to this processor's, or back.
 void turnNumbers(void* numbers, int64_t count)
 {
     uint8_t* const bytes = static_cast<uint8_t*>(numbers);
@@ -159,7 +159,7 @@ const char* placeHeader(BitmapFile* file, uint8_t* start, const PxkBitmapInfoHea
         file->blocks[1] = block.release();
         file->dib = static_cast<PxkBitmapInfoHeader*>(file->blocks[1]);
     }
-    turnNumbers(file->dib + 1, words);
+    if (bits > 8) turnNumbers(file->dib + 1, words); // masks; colours are bytes
     if (bits <= 8) file->dib->biClrUsed = 0;
     return nullptr;
 }
@@ -180,10 +180,11 @@ const char* padRunLengthBits(BitmapFile* file, int64_t available)
 bool isGrayRamp(const PxkBitmapInfoHeader* dib)
 {
     if (dib->biBitCount > 8) return false;
-    const uint32_t* const table = reinterpret_cast<const uint32_t*>(dib + 1);
+    const uint8_t* entry = reinterpret_cast<const uint8_t*>(dib + 1);
     const int32_t last = (1 << dib->biBitCount) - 1;
-    for (int32_t i = 0; i <= last; ++i) {
-        if ((table[i] & 0xFFFFFF) != 0x010101 * static_cast<uint32_t>(i * 255 / last)) return false;
+    for (int32_t i = 0; i <= last; ++i, entry += 4) {
+        const int32_t gray = i * 255 / last;
+        if (entry[0] != gray || entry[1] != gray || entry[2] != gray) return false;
     }
     return true;
 }
@@ -343,7 +344,6 @@ const char* writeBitmap(PxkImage* image, const char* path)
         if (pxkGetErrStatus() != PXK_StsOk) return ReportKeeper::reason();
     }
     turnHeader(dib);
-    turnNumbers(dib + 1, declaredWords(wanted));
 
     File stream(std::fopen(path, "wb"));
     if (!stream) return "cannot be opened for writing";

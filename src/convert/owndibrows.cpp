@@ -450,6 +450,7 @@ static void ownPrepareColors(OwnDibConversion* c, PxkBitmapInfoHeader* dib, cons
     const int64_t count = ownDibColorCount(header);
     memset(c->colors, 0, sizeof c->colors);
     memcpy(c->colors, ownDibTable(dib), static_cast<size_t>(count < 256 ? count : 256) * 4);
+    for (uint32_t& color : c->colors) color = ownLowByteFirst(color);
     if (c->sequence != nullptr) c->sequence(c->colors, 256);
     c->sequence = nullptr;
 }

@@ -43,8 +43,7 @@ public:
         apart = isSep ? body->data + odd : nullptr;
         memcpy(start, &header, 40);
         for (int32_t i = 0; i < words; ++i) { // the same numbers, whichever byte a processor stores first
-            const uint8_t* const b = start + 40 + 4 * i;
-            setWord(i, b[0] | b[1] << 8 | b[2] << 16 | uint32_t(b[3]) << 24);
+            setWord(i, lowFirst(start + 40 + 4 * i));
         }
     }
 
@@ -77,13 +76,23 @@ public:
         return h;
     }
     void setHeader(const PxkBitmapInfoHeader& h) { memcpy(start, &h, 40); }
-    uint32_t word(int32_t i) const // of the table
+    static uint32_t lowFirst(const uint8_t* b) { return b[0] | b[1] << 8 | b[2] << 16 | uint32_t(b[3]) << 24; }
+    uint32_t word(int32_t i) const // of the table, whose entries are bytes, or of the masks, which are numbers
     {
+        if (header().biBitCount <= 8) return lowFirst(start + 40 + 4 * i);
         uint32_t w;
         memcpy(&w, start + 40 + 4 * i, 4);
         return w;
     }
-    void setWord(int32_t i, uint32_t w) { memcpy(start + 40 + 4 * i, &w, 4); }
+    void setWord(int32_t i, uint32_t w)
+    {
+        uint8_t* const at = start + 40 + 4 * i;
+        if (header().biBitCount > 8) {
+            memcpy(at, &w, 4);
+        } else {
+            for (int32_t k = 0; k < 4; ++k) at[k] = static_cast<uint8_t>(w >> 8 * k);
+        }
+    }
     uint8_t* bits() const { return isSep ? apart : start + 40 + 4 * tableWords(header()); }
     uint8_t* storedRow(int32_t y) const { return bits() + y * rowBytes(header()); }
     uint8_t* row(int32_t yFromTop) const

@@ -17,6 +17,15 @@ int _dl_find_object(void* address, void* result)
     return -1;
 }
 
+/* What belongs to the one thread lives until the program ends. */
+int __cxa_thread_atexit_impl(void (*destroy)(void*), void* record, void* library)
+{
+    (void)destroy;
+    (void)record;
+    (void)library;
+    return 0;
+}
+
 extern const unsigned short** __ctype_b_loc(void);
 extern const int** __ctype_tolower_loc(void);
 extern const int** __ctype_toupper_loc(void);

@@ -22,7 +22,9 @@ Quad randomQuad(Random& random, const Window& around, bool mayTie)
     Quad quad;
     for (int32_t k = 0; k < 4; ++k) {
         const double angle = (start + (k + between(0, 0.8)) * 1.57) * sense;
-        quad[size_t(k)] = { centre.x + rx * std::cos(angle), centre.y + ry * std::sin(angle) };
+        // The last bits of the C library's sine must not show.
+        quad[size_t(k)] = { std::round(1e6 * (centre.x + rx * std::cos(angle))) / 1e6,
+                            std::round(1e6 * (centre.y + ry * std::sin(angle))) / 1e6 };
     }
     return quad;
 }

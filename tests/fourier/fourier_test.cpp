@@ -83,7 +83,7 @@ TEST(Fourier, forgetsWhatWasTransformedBefore)
     const PicturePtr huge = Picture::make({ PXK_DEPTH_32F, 80, 80 });
     huge->forEachSample(
         [&](int32_t x, int32_t y, int32_t) { huge->setNumber(x, y, 0, (x + y) % 2 == 0 ? 3e38 : -3e38); });
-    for (int32_t width = 16; width < 64; ++width) {
+    for (const int32_t width : { 18, 22, 27, 30, 51, 62 }) {
         const PicturePtr image = noise(width, 3), fresh = image->copy(), then = image->copy();
         for (const int32_t flags : { PXK_DCT_FORWARD, PXK_DCT_INVERSE }) {
             pxkDCT2D(nullptr, nullptr, PXK_DCT_FREE);

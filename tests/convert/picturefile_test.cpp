@@ -10,26 +10,6 @@
 #include "support/compare.h"
 #include "support/reports.h"
 
-namespace {
-
-std::vector<uint8_t> bytesOf(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>() };
-}
-
-std::string reasonOf(const std::vector<uint8_t>& bytes, size_t length)
-{
-    std::string why;
-    const ImagePtr image = readPictureBytes(bytes.data(), length, why);
-    EXPECT_EQ(image == nullptr, !why.empty());
-    return why;
-}
-
-const std::string photos = PXK_TEST_PHOTOS;
-
-} // namespace
-
 TEST(PictureFile, readsWhatItWrites)
 {
     const std::string path = ::testing::TempDir() + "pxk-picturefile-test" + pictureSuffix;
@@ -51,6 +31,26 @@ TEST(PictureFile, readsWhatItWrites)
 }
 
 #if PXK_HAVE_PNG && PXK_HAVE_JPEG
+
+namespace {
+
+std::vector<uint8_t> bytesOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>() };
+}
+
+std::string reasonOf(const std::vector<uint8_t>& bytes, size_t length)
+{
+    std::string why;
+    const ImagePtr image = readPictureBytes(bytes.data(), length, why);
+    EXPECT_EQ(image == nullptr, !why.empty());
+    return why;
+}
+
+const std::string photos = PXK_TEST_PHOTOS;
+
+} // namespace
 
 // A part of a photograph, from column 200 and row 100.
 TEST(PictureFile, readsJpeg)

@@ -2,7 +2,7 @@
 cmake_minimum_required(VERSION 3.25)
 
 # Compiles the programs beside a page as they stand, runs their code, and compares what it leaves with the pictures of
-# the page: cmake -DPAGE=folder -DFOLDER=folder -DC_COMPILER= -DC_FLAGS= -DINCLUDE= -DLIBRARIES= -DDRIVER=driver.c
+# the page: cmake -DPAGE=folder -DFOLDER=folder -DC_COMPILER= -DC_FLAGS= -DINCLUDE= -DLIBRARY= -DDRIVER=driver.c
 #               -P code.cmake
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER})
@@ -12,7 +12,8 @@ if(count EQUAL 0)
     message(FATAL_ERROR "no programs in ${PAGE}/code")
 endif()
 separate_arguments(flags UNIX_COMMAND "${C_FLAGS}")
-separate_arguments(libraries UNIX_COMMAND "${LIBRARIES}")
+cmake_path(GET LIBRARY PARENT_PATH folder)
+set(libraries ${LIBRARY} -Wl,-rpath,${folder} -lpng -lm)
 list(APPEND flags -std=c99 -Wall -Wextra -Werror -I${INCLUDE})
 
 set(declarations "")

@@ -49,7 +49,7 @@ template <class T, class Value> inline T ownLimitTo(Value value)
 
 // The result of float arithmetic as it is stored. Which NaN comes out of two, and with which sign, differs between
 // processors and between the orders that compilers choose, so there is one.
-inline float ownOneNaN(float value)
+template <class Real> inline Real ownOneNaN(Real value)
 {
-    return value == value ? value : std::numeric_limits<float>::quiet_NaN();
+    return value == value ? value : std::numeric_limits<Real>::quiet_NaN();
 }

@@ -2,6 +2,7 @@
 // What belongs to a warp's transform: quadrangle, bounds, the transform of a quadrangle, and the shifts of a rotation.
 #include <cstring>
 
+#include "frame/ownlimit.h"
 #include "frame/ownprecision.h"
 #include "owndegrees.h"
 #include "ownquad.h"
@@ -20,6 +21,7 @@ template <class Transform>
     Transform transform;
     memcpy(transform.c, coeffs, sizeof transform.c);
     quad = ownQuadOf(transform, bounds);
+    for (OwnPoint& corner : quad.corners) corner = { ownOneNaN(corner.x), ownOneNaN(corner.y) };
     return true;
 }
 
@@ -80,6 +82,7 @@ static void ownGetTransform(const OwnSite& site, PxkImage* image, void* coeffs, 
     }
     Transform transform;
     ownFitQuad(from, to, transform);
+    for (double& number : transform.c) number = ownOneNaN(number);
     memcpy(coeffs, transform.c, sizeof transform.c);
 }
 
@@ -137,6 +140,6 @@ void pxkGetRotateShift(double xCenter, double yCenter, double angle, double* xSh
                   "xShift == ((void *)0) || yShift == ((void *)0)");
     const OwnDirection to = ownDirectionOf(angle);
     if (to.quarters == 0) return; // nor is an infinite centre multiplied by 0
-    *xShift += xCenter - xCenter * to.cosine - yCenter * to.sine;
-    *yShift += yCenter + xCenter * to.sine - yCenter * to.cosine;
+    *xShift = ownOneNaN(*xShift + (xCenter - xCenter * to.cosine - yCenter * to.sine));
+    *yShift = ownOneNaN(*yShift + (yCenter + xCenter * to.sine - yCenter * to.cosine));
 }

@@ -2,6 +2,7 @@
 #include <cfloat>
 #include <cmath>
 
+#include "frame/ownlimit.h"
 #include "frame/ownmeasure.h"
 #include "frame/ownprecision.h"
 #include "ownmomentrows.h"
@@ -76,7 +77,9 @@ void pxkMoments(PxkImage* image, PxkMomentState* state)
         if (!ownMeasureSamples(work, OwnSamplesCount::EACH, addStretch)) return;
     }
     for (int32_t m = 0; m < 4; ++m) {
-        for (int32_t n = 0; m + n < 4; ++n) state->moments[m][n] = result.moments[m][n];
+        for (int32_t n = 0; m + n < 4; ++n) {
+            state->moments[m][n] = { result.moments[m][n].scale, ownOneNaN(result.moments[m][n].value) };
+        }
     }
 }
 
@@ -126,18 +129,20 @@ double pxkGetSpatialMoment(PxkMomentState* state, int32_t m, int32_t n)
 double pxkGetNormalizedSpatialMoment(PxkMomentState* state, int32_t m, int32_t n)
 {
     const OwnDoublePrecision precision;
-    return ownGoodOrder(OWN_HERE, state, m, n) ? state->moments[m][n].value * state->moments[m][n].scale : 0.0;
+    return ownGoodOrder(OWN_HERE, state, m, n) ? ownOneNaN(state->moments[m][n].value * state->moments[m][n].scale)
+                                               : 0.0;
 }
 
 double pxkGetCentralMoment(PxkMomentState* state, int32_t m, int32_t n)
 {
-    return ownGoodOrder(OWN_HERE, state, m, n) ? ownCentralMoment(*state, m, n) : 0.0;
+    return ownGoodOrder(OWN_HERE, state, m, n) ? ownOneNaN(ownCentralMoment(*state, m, n)) : 0.0;
 }
 
 double pxkGetNormalizedCentralMoment(PxkMomentState* state, int32_t m, int32_t n)
 {
     const OwnDoublePrecision precision;
-    return ownGoodOrder(OWN_HERE, state, m, n) ? ownCentralMoment(*state, m, n) * state->moments[m][n].scale : 0.0;
+    return ownGoodOrder(OWN_HERE, state, m, n) ? ownOneNaN(ownCentralMoment(*state, m, n) * state->moments[m][n].scale)
+                                               : 0.0;
 }
 
 // ---- direct forms --------------------------------------------------------------------------------------------------

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "frame/owndepth.h"
+#include "frame/ownlimit.h"
 #include "frame/ownmeasure.h"
 #include "frame/ownprecision.h"
 #include "ownnormrows.h"
@@ -90,5 +91,5 @@ double pxkNorm(PxkImage* srcImageA, PxkImage* srcImageB, int32_t normType)
     if (!isDone) return ownTileRefused; // reported
     const double result = ownNormResult(totals, normType);
     if (result == ownZeroDivided) OWN_REPORT(PXK_StsBadArg, "Zero divided");
-    return result;
+    return ownOneNaN(result);
 }

@@ -78,8 +78,8 @@ void addWarps(std::vector<Operation>& operations)
                                 pxkWarpPerspective(a[0], a[1], coeffs, a.integer(8), a.integer(9));
                             }),
     };
-    for (const auto& [name, warp] : { std::pair("pxkWarpBilinearQ_helpers", pxkWarpBilinearQ),
-                                      std::pair("pxkWarpPerspectiveQ_helpers", pxkWarpPerspectiveQ) }) {
+    for (const auto& [name, warp] : { std::pair("pxkWarpBilinearQ_helpers", &pxkWarpBilinearQ),
+                                      std::pair("pxkWarpPerspectiveQ_helpers", &pxkWarpPerspectiveQ) }) {
         warps.push_back(operation(name, { "srcImage", "dstImage" }, [warp = warp](const Arguments& a) {
             Numbers n = a.numbers;
             warp(a[0], a[1], reinterpret_cast<Points>(n.data()), a.integer(8), a.integer(9));

@@ -192,7 +192,7 @@ std::map<std::string, Line> readListing(const char* name)
 // What this program was built with; the library may come from elsewhere.
 std::string nameOfBuild()
 {
-    const bool isClang = std::string(__VERSION__).find("Clang") == 0;
+    const bool isClang = std::string(__VERSION__).find("Clang") != std::string::npos;
     const char* const level = getenv("PXK_TEST_LEVEL");
     return (isClang ? "" : "GCC ") + std::string(__VERSION__) + ", " + std::to_string(8 * sizeof(void*)) + " bits"
         + (isWide ? ", x87" : "") + (level != nullptr ? ", " + std::string(level) : "");

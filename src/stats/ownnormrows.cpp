@@ -38,13 +38,14 @@ template <class T, class RowB> static OwnUnsigned<T> ownLargest(const T* a, RowB
 }
 
 // Bytes counted from the lowest sample, in the one form in which compilers know the sum of absolute differences.
+// Turning the sign bit would do as well, but GCC 12 then makes signed differences of it for AArch64, and wrong sums.
 template <class T> static uint32_t ownByteSum(const T* a, const T* b, ptrdiff_t n)
 {
-    constexpr uint8_t signBit = std::is_signed<T>::value ? 0x80 : 0;
+    constexpr int32_t fromLowest = std::is_signed<T>::value ? 128 : 0;
     uint32_t sum = 0;
     for (ptrdiff_t i = 0; i < n; ++i) {
-        const uint8_t fromLowestA = static_cast<uint8_t>(static_cast<uint8_t>(a[i]) ^ signBit);
-        const uint8_t fromLowestB = static_cast<uint8_t>(static_cast<uint8_t>(b[i]) ^ signBit);
+        const uint8_t fromLowestA = static_cast<uint8_t>(a[i] + fromLowest);
+        const uint8_t fromLowestB = static_cast<uint8_t>(b[i] + fromLowest);
         const int32_t difference = fromLowestA - fromLowestB;
         sum += static_cast<uint32_t>(difference < 0 ? -difference : difference);
     }

@@ -87,7 +87,7 @@ template <class T> static bool ownMedianByNetwork(const OwnBand& band, const Own
     return true;
 }
 
-// The type of each size that all processors have an instruction for the smaller one of.
+// Of each size the type for which all processors have an instruction that takes the smaller one.
 template <class T>
 using OwnOrdered = std::conditional_t<sizeof(T) == 1, uint8_t, std::conditional_t<sizeof(T) == 2, int16_t, int32_t>>;
 
@@ -112,12 +112,14 @@ template <class T> static bool ownMedianTurned(const OwnBand& band, const OwnRan
     const uint8_t** const rows = band.scratch.take<const uint8_t*>(nRows);
     if (turned == nullptr || rows == nullptr) return false;
     for (int32_t k = 0; k < nRows; ++k) rows[k] = reinterpret_cast<const uint8_t*>(turned + k * stride);
+    OwnScratch scratch; // of one part: what it takes is free for the next
     for (int32_t y = 0; y < band.height; y += most) {
+        scratch.restart();
         const int32_t count = std::min(band.height - y, most);
         for (int32_t k = 0; k < count + rank.nRows - 1; ++k) {
             ownTurnRow<T>(reinterpret_cast<const T*>(band.rows[y + k]), turned + k * stride, length);
         }
-        const OwnBand part = { rows, band.out + y, band.width, count, band.step, band.scratch };
+        const OwnBand part = { rows, band.out + y, band.width, count, band.step, scratch };
         if (!ownMedianByNetwork<Ordered>(part, rank)) return false;
         for (int32_t k = 0; k < count; ++k) {
             T* const out = reinterpret_cast<T*>(band.out[y + k]);

@@ -109,9 +109,9 @@ void ownLoadLines(const Plane& plane, int32_t width, int32_t height, int32_t y, 
 inline void ownStoreTile(const float* from, ptrdiff_t fromStep, float* to, ptrdiff_t toStep)
 {
     alignas(64) float tile[OWN_TILE * OWN_TILE];
-    ownTransposeTo(from, fromStep, tile, OWN_TILE);
-    for (ptrdiff_t y = 0; y < OWN_TILE; ++y)
-        for (ptrdiff_t x = 0; x < OWN_TILE; ++x) to[y * toStep + x] = ownOneNaN(tile[y * OWN_TILE + x]);
+    for (ptrdiff_t x = 0; x < OWN_TILE; ++x)
+        for (ptrdiff_t y = 0; y < OWN_TILE; ++y) tile[x * OWN_TILE + y] = ownOneNaN(from[x * fromStep + y]);
+    ownTransposeTo(tile, OWN_TILE, to, toStep);
 }
 
 inline void ownStoreTile(const int32_t* from, ptrdiff_t fromStep, int32_t* to, ptrdiff_t toStep)

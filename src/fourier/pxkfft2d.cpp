@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
+#include <utility>
+
 #include "frame/ownregion.h"
 #include "frame/ownreport.h"
 #include "ownfixedlines.h"
@@ -109,18 +111,37 @@ static void ownTransformChannels(const OwnFourierCall& call, const Packing& pack
     }
 }
 
+// A single column is transformed as a row: a pixel's neighbour lies a row further.
+static bool ownCanLieDown(const OwnView& view)
+{
+    return view.rowStep % view.sampleBytes == 0;
+}
+
+static void ownLayDown(OwnView& view)
+{
+    std::swap(view.pixelStep, view.rowStep);
+}
+
 static bool ownTransformFloats(OwnTransformCaches& caches, const OwnFourierCall& call)
 {
+    OwnFloatPlane source = { ownRegionStart(call.source), call.source->depth, 0 };
+    OwnFloatPlane destination = { ownRegionStart(call.destination), call.destination->depth, 0 };
     OwnPacking<float, OwnRealPlan, OwnLinePlan> packing = {};
     packing.width = call.size.width;
     packing.height = call.size.height;
-    packing.columns = ownLinePlan(caches, call.size.height);
-    if (packing.columns == nullptr || !ownRealPlan(caches, call.size.width, packing.rows)
-        || !ownRealPlan(caches, call.size.height, packing.edges) || !ownTakeMemory(caches, packing))
+    if (packing.width == 1 && ownCanLieDown(source.view) && ownCanLieDown(destination.view)) {
+        std::swap(packing.width, packing.height);
+        ownLayDown(source.view);
+        ownLayDown(destination.view);
+    }
+    packing.columns = ownLinePlan(caches, packing.height);
+    if (packing.columns == nullptr || !ownRealPlan(caches, packing.width, packing.rows)
+        || !ownRealPlan(caches, packing.height, packing.edges))
         return false;
+    if (packing.height % OWN_LANES <= OWN_MOST_LONE && !ownAddLoneLines(caches, packing.rows)) return false;
+    if (!ownTakeMemory(caches, packing)) return false;
     const float scale = ownScales(call) ? ownScaleFactor(call.size) : 1;
-    ownTransformChannels(call, packing, OwnFloatPlane { ownRegionStart(call.source), call.source->depth, 0 },
-                         OwnFloatPlane { ownRegionStart(call.destination), call.destination->depth, 0 },
+    ownTransformChannels(call, packing, source, destination,
                          OwnPartFactors<float> { scale, ownTurnsSign(call) ? -scale : scale });
     return true;
 }

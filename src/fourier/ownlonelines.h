@@ -23,14 +23,20 @@ inline bool ownGoesAlone(const OwnRealPlan& plan, int32_t lines)
     return plan.loneTurns != nullptr && lines <= OWN_MOST_LONE;
 }
 
+// Values from the real to the imaginary parts: sixteen points may stand out over the last one.
+inline ptrdiff_t ownLonePart(const OwnRealPlan& plan)
+{
+    return (plan.points + 2 * OWN_LANES - 1) / OWN_LANES * OWN_LANES;
+}
+
 // Where in `data` a spectrum lies: plan.points points, in the order and with the first point of ownRealToSpectra.
 inline OwnLoneLine ownLoneSpectrum(const OwnRealPlan& plan, float* data)
 {
-    return { data, data + plan.points };
+    return { data, data + ownLonePart(plan) };
 }
 
-// From n real values to their spectrum in `data`. Both buffers are as large as for sixteen lines; `values` may be
-// `spare`.
+// From n real values to their spectrum in `data`, and sixteen zeros behind it. Both buffers are as large as for sixteen
+// lines; `values` may be `spare`.
 void ownRealToLoneSpectrum(const OwnRealPlan& plan, const float* values, float* data, float* spare);
 
 // The reverse, without scaling: n values in `spare`.

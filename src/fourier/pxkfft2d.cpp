@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include <utility>
-
 #include "frame/ownregion.h"
 #include "frame/ownreport.h"
 #include "ownfixedlines.h"
@@ -111,34 +109,20 @@ static void ownTransformChannels(const OwnFourierCall& call, const Packing& pack
     }
 }
 
-// A single column is transformed as a row: a pixel's neighbour lies a row further.
-static bool ownCanLieDown(const OwnView& view)
-{
-    return view.rowStep % view.sampleBytes == 0;
-}
-
-static void ownLayDown(OwnView& view)
-{
-    std::swap(view.pixelStep, view.rowStep);
-}
-
 static bool ownTransformFloats(OwnTransformCaches& caches, const OwnFourierCall& call)
 {
     OwnFloatPlane source = { ownRegionStart(call.source), call.source->depth, 0 };
     OwnFloatPlane destination = { ownRegionStart(call.destination), call.destination->depth, 0 };
+    OwnSize size = call.size;
+    ownLayColumnsDown(source, destination, size);
     OwnPacking<float, OwnRealPlan, OwnLinePlan> packing = {};
-    packing.width = call.size.width;
-    packing.height = call.size.height;
-    if (packing.width == 1 && ownCanLieDown(source.view) && ownCanLieDown(destination.view)) {
-        std::swap(packing.width, packing.height);
-        ownLayDown(source.view);
-        ownLayDown(destination.view);
-    }
-    packing.columns = ownLinePlan(caches, packing.height);
-    if (packing.columns == nullptr || !ownRealPlan(caches, packing.width, packing.rows)
-        || !ownRealPlan(caches, packing.height, packing.edges))
+    packing.width = size.width;
+    packing.height = size.height;
+    packing.columns = ownLinePlan(caches, size.height);
+    if (packing.columns == nullptr || !ownRealPlan(caches, size.width, packing.rows)
+        || !ownRealPlan(caches, size.height, packing.edges))
         return false;
-    if (packing.height % OWN_LANES <= OWN_MOST_LONE && !ownAddLoneLines(caches, packing.rows)) return false;
+    if (size.height % OWN_LANES <= OWN_MOST_LONE && !ownAddLoneLines(caches, packing.rows)) return false;
     if (!ownTakeMemory(caches, packing)) return false;
     const float scale = ownScales(call) ? ownScaleFactor(call.size) : 1;
     ownTransformChannels(call, packing, source, destination,

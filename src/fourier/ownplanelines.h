@@ -82,13 +82,18 @@ template <class Plane> ptrdiff_t ownRowValues(const Plane& plane)
     return plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(*ownRowInPlace(plane, 0)));
 }
 
+// Whether rows lie so far apart that a column's samples can be walked.
+inline bool ownHasWholeSteps(const OwnView& view)
+{
+    return view.rowStep % view.sampleBytes == 0;
+}
+
 // Makes single columns single rows, whose transforms are the same: a pixel's neighbour lies a row further. Columns of
 // an odd length stay, because their partner in a transform is another one than a row's.
 template <class Plane> void ownLayColumnsDown(Plane& source, Plane& destination, OwnSize& size)
 {
     OwnView &a = source.view, &b = destination.view;
-    if (size.width != 1 || size.height % 2 != 0 || a.rowStep % a.sampleBytes != 0 || b.rowStep % b.sampleBytes != 0)
-        return;
+    if (size.width != 1 || size.height % 2 != 0 || !ownHasWholeSteps(a) || !ownHasWholeSteps(b)) return;
     std::swap(size.width, size.height);
     std::swap(a.pixelStep, a.rowStep);
     std::swap(b.pixelStep, b.rowStep);

@@ -29,11 +29,6 @@ template <class Value, class RealPlan, class LinePlan> struct OwnPacking {
     static constexpr bool hasLoneLines = std::is_same<RealPlan, OwnRealPlan>::value;
 };
 
-constexpr int64_t ownPadded(int64_t n)
-{
-    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
-}
-
 // Values of a block of columns.
 template <class Packing> ptrdiff_t ownBlockValues(const Packing& packing)
 {

@@ -55,11 +55,6 @@ struct OwnCosineWork {
     float* second;
 };
 
-static int64_t ownPadded(int64_t n)
-{
-    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
-}
-
 static ptrdiff_t ownBlockValues(const OwnCosineWork& work)
 {
     return static_cast<ptrdiff_t>(ownPadded(work.columns.real.n) * OWN_LANES);

@@ -198,10 +198,3 @@ void ownLoneSpectrumToReal(const OwnRealPlan& plan, float* data, float* spare)
         spare[2 * k + 1] = line.im[k];
     }
 }
-
-#include <cstdlib>
-int ownMostLone()
-{
-    static int n = getenv("LONE") ? atoi(getenv("LONE")) : 8;
-    return n;
-}

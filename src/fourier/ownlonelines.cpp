@@ -60,6 +60,14 @@ bool ownLoneTurns(OwnTransformCaches& caches, const OwnLinePlan& plan, const flo
     return true;
 }
 
+int64_t ownLoneValues(const OwnLinePlan& plan)
+{
+    // Sixteen cells may stand out over the last one. The first pass needs room for two of its steps.
+    const int64_t cells = (plan.passes[0].groups + OWN_LANES) * ownCellGroups(plan) * OWN_GROUP;
+    const int64_t steps = 2 * ownCellGroups(plan) * OWN_LANES * OWN_GROUP;
+    return 2 * ownLonePart(plan.n) + (cells > steps ? cells : steps);
+}
+
 bool ownAddLoneLines(OwnTransformCaches& caches, OwnRealPlan& plan)
 {
     return plan.layout.batches > 1 || ownLoneTurns(caches, *plan.lines, plan.loneTurns);

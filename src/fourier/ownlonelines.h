@@ -11,8 +11,15 @@ struct OwnLoneLine {
     float* im;
 };
 
-// Lines that cost less one by one than sixteen at a time.
+// So few lines cost less one by one than sixteen at a time. So do any lines that are long enough for sixteen of them to
+// leave the second-level cache.
 constexpr int32_t OWN_MOST_LONE = 8;
+constexpr int32_t OWN_LONG_LINE = 1 << 15; // complex points
+
+constexpr bool ownWantsLoneLines(int32_t points, int32_t lines)
+{
+    return (lines > 0 && lines <= OWN_MOST_LONE) || points >= OWN_LONG_LINE;
+}
 
 // Values from the real to the imaginary parts of a line of so many points: sixteen may stand out over the last one.
 constexpr ptrdiff_t ownLonePart(int32_t points)
@@ -29,7 +36,10 @@ inline OwnLoneLine ownLoneLine(int32_t points, float* data)
 // at a time only. False: no memory, or no free entry.
 [[nodiscard]] bool ownLoneTurns(OwnTransformCaches& caches, const OwnLinePlan& plan, const float*& turns);
 
-// Transforms ownLoneLine(plan.n, data) in place. Both buffers are as large as for sixteen lines.
+// Values that each buffer for a lone line must hold; those for sixteen lines do.
+int64_t ownLoneValues(const OwnLinePlan& plan);
+
+// Transforms ownLoneLine(plan.n, data) in place.
 void ownTransformLoneLine(const OwnLinePlan& plan, const float* loneTurns, float* data, float* spare, OwnSign sign);
 
 // The same for real lines, whose plan keeps the turns.
@@ -38,7 +48,7 @@ void ownTransformLoneLine(const OwnLinePlan& plan, const float* loneTurns, float
 // Whether so many lines that are left go one by one.
 inline bool ownGoesAlone(const OwnRealPlan& plan, int32_t lines)
 {
-    return plan.loneTurns != nullptr && lines <= OWN_MOST_LONE;
+    return plan.loneTurns != nullptr && ownWantsLoneLines(plan.points, lines);
 }
 
 // From n real values to their spectrum, ownLoneLine(plan.points, data), in the order and with the first point of

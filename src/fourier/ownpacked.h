@@ -7,6 +7,7 @@
 // for even widths, k = W / 2 as its imaginary parts.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <type_traits>
 
@@ -39,13 +40,14 @@ template <class Packing> ptrdiff_t ownBlockValues(const Packing& packing)
 template <class Value, class RealPlan, class LinePlan>
 [[nodiscard]] bool ownTakeMemory(OwnTransformCaches& caches, OwnPacking<Value, RealPlan, LinePlan>& packing)
 {
-    int64_t lines = ownRealValues(packing.rows);
-    for (const int64_t values : { ownRealValues(packing.edges), ownSpareValues(*packing.columns) })
-        lines = lines > values ? lines : values;
-    lines += OWN_LANES * OWN_GROUP; // squares stand out over the last column
+    int64_t rows = ownRealValues(packing.rows);
     packing.blockRows = ownPadded(packing.height);
-    if constexpr (OwnPacking<Value, RealPlan, LinePlan>::hasLoneLines)
+    if constexpr (OwnPacking<Value, RealPlan, LinePlan>::hasLoneLines) {
+        if (ownGoesAlone(packing.rows, packing.height)) rows = ownLoneValues(*packing.rows.lines);
         if (ownGoesAlone(packing.rows, packing.height % OWN_LANES)) packing.blockRows = packing.height;
+    }
+    const int64_t columns = std::max(ownRealValues(packing.edges), ownSpareValues(*packing.columns));
+    const int64_t lines = std::max(rows, columns) + OWN_LANES * OWN_GROUP; // squares stand out over the last column
     const int64_t blocks = ownPadded(packing.rows.points) * packing.blockRows * 2;
     packing.blocks =
         static_cast<Value*>(ownWorkMemory(caches, (blocks + 2 * lines) * static_cast<int64_t>(sizeof(Value))));

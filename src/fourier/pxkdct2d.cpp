@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-2-Clause
+#include <algorithm>
 #include <cstring>
 
 #include "frame/ownregion.h"
@@ -64,9 +65,11 @@ static bool ownOpenCosineWork(OwnTransformCaches& caches, const OwnSize& size, O
 {
     if (!ownCosinePlan(caches, size.width, work.rows) || !ownCosinePlan(caches, size.height, work.columns))
         return false;
-    if (size.height % OWN_LANES <= OWN_MOST_LONE && !ownAddLoneLines(caches, work.rows.real)) return false;
-    const int64_t rows = ownRealValues(work.rows.real), columns = ownRealValues(work.columns.real);
-    const int64_t lines = (rows > columns ? rows : columns) + OWN_LANES * OWN_GROUP;
+    if (ownWantsLoneLines(work.rows.real.points, size.height % OWN_LANES) && !ownAddLoneLines(caches, work.rows.real))
+        return false;
+    const int64_t rows = ownGoesAlone(work.rows.real, size.height) ? ownLoneValues(*work.rows.real.lines)
+                                                                   : ownRealValues(work.rows.real);
+    const int64_t lines = std::max(rows, ownRealValues(work.columns.real)) + OWN_LANES * OWN_GROUP;
     const int64_t blocks = ownPadded(size.width) * ownPadded(size.height);
     work.blocks =
         static_cast<float*>(ownWorkMemory(caches, (blocks + 2 * lines) * static_cast<int64_t>(sizeof(float))));

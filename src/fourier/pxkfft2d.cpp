@@ -142,7 +142,8 @@ static bool ownTransformFloats(OwnTransformCaches& caches, const OwnFourierCall&
     if (packing.columns == nullptr || !ownRealPlan(caches, size.width, packing.rows)
         || !ownRealPlan(caches, size.height, packing.edges))
         return false;
-    if (size.height % OWN_LANES <= OWN_MOST_LONE && !ownAddLoneLines(caches, packing.rows)) return false;
+    if (ownWantsLoneLines(packing.rows.points, size.height % OWN_LANES) && !ownAddLoneLines(caches, packing.rows))
+        return false;
     if (size.width <= OWN_MOST_NARROW
         && (!ownAddLoneLines(caches, packing.edges) || !ownLoneTurns(caches, *packing.columns, packing.loneTurns)))
         return false;

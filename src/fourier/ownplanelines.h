@@ -24,12 +24,7 @@ inline void ownLoadValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int3
 }
 
 // Changes the values on the way.
-inline void ownStoreValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* from)
-{
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) from[i] = ownOneNaN(from[i]);
-    ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
-}
+void ownStoreValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* from);
 
 // Row y where it lies, if all rows hold values as they are, else null.
 inline float* ownRowInPlace(const OwnFloatPlane& plane, int32_t y)
@@ -54,22 +49,10 @@ struct OwnFixedPlane {
     float scale;   // of what the shift leaves
 };
 
-inline void ownLoadValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* to)
-{
-    ownLoadPlaneRow(plane.view, plane.depth, plane.channel, x, y, n, to);
-    for (int32_t i = 0; i < n; ++i) to[i] = static_cast<int32_t>(static_cast<uint32_t>(to[i]) << OWN_FIXED_BITS);
-}
+void ownLoadValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* to);
 
 // Shifts down; what is left of a negative value above -1 is 0.
-inline void ownStoreValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* from)
-{
-    const int64_t one = int64_t(1) << plane.shift;
-    for (int32_t i = 0; i < n; ++i)
-        from[i] = from[i] < 0 && from[i] > -one ? 0 : static_cast<int32_t>(int64_t(from[i]) >> plane.shift);
-    if (plane.scale != 1)
-        for (int32_t i = 0; i < n; ++i) from[i] = ownLimitTo<int32_t>(static_cast<float>(from[i]) * plane.scale);
-    ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
-}
+void ownStoreValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* from);
 
 inline int32_t* ownRowInPlace(const OwnFixedPlane&, int32_t)
 {

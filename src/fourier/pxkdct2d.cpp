@@ -118,6 +118,16 @@ static void ownClearColumnsBeyond(const OwnCosineWork& work)
         for (ptrdiff_t lane = used; lane < OWN_LANES; ++lane) row[lane] = 0;
 }
 
+// Up to sixteen values of row y, from column x on.
+static void ownStoreCosines(float* line, int32_t x, int32_t y, int32_t width, const OwnFloatPlane& destination)
+{
+    const int32_t lanes = static_cast<int32_t>(OWN_LANES);
+    float* row = width - x < lanes ? nullptr : ownRowInPlace(destination, y);
+    if (row == nullptr) return ownStoreValues(destination, x, y, width - x < lanes ? width - x : lanes, line);
+    OWN_NOT_UNROLLED
+    for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) row[x + lane] = ownOneNaN(line[lane]);
+}
+
 static void ownCosineColumns(const OwnCosineWork& work, const OwnFloatPlane& destination)
 {
     const OwnRealPlan& plan = work.columns.real;
@@ -129,8 +139,7 @@ static void ownCosineColumns(const OwnCosineWork& work, const OwnFloatPlane& des
         float* lines = work.transform.lines(work.columns, from, work.first, work.second);
         for (int32_t batch = 0; batch < plan.layout.batches && x < width; ++batch, x += lanes)
             for (int32_t y = 0; y < plan.n; ++y)
-                ownStoreValues(destination, x, y, width - x < lanes ? width - x : lanes,
-                               lines + (batch * plan.n + y) * OWN_LANES);
+                ownStoreCosines(lines + (batch * plan.n + y) * OWN_LANES, x, y, width, destination);
     }
 }
 

@@ -27,17 +27,15 @@ struct OwnWindowPass {
     int32_t channel;       // the first one, among the processed channels
     int32_t nChannels;     // processed channels in this pass
     int32_t step;          // samples from pixel to pixel in the engine's rows
+    ptrdiff_t pixelBytes;  // of a pixel there; 0 for rows of bits
+    bool isPacked;         // pixels lie in the source as the engine wants them
 
     bool isBits() const { return work.source->depth == PXK_DEPTH_1U; }
     bool isBitRows() const { return isBits() && work.bitRows == OwnBitRows::AS_BITS; }
-    // Of a pixel in the engine's rows; 0 for rows of bits.
-    ptrdiff_t pixelBytes() const { return isBits() ? (isBitRows() ? 0 : 1) : step * pixels.sampleBytes; }
     ptrdiff_t rowBytes(int64_t n) const
     {
-        return isBitRows() ? ownBytesOfBits(0, static_cast<ptrdiff_t>(n)) : static_cast<ptrdiff_t>(n) * pixelBytes();
+        return isBitRows() ? ownBytesOfBits(0, static_cast<ptrdiff_t>(n)) : static_cast<ptrdiff_t>(n) * pixelBytes;
     }
-    // Pixels lie in the source as the engine wants them.
-    bool isPacked() const { return !isBits() && pixels.pixelStep == pixelBytes(); }
 };
 
 // ---- which pixels --------------------------------------------------------------------------------------------------
@@ -190,10 +188,12 @@ static void ownCopyChannel(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdif
 
 static void ownChooseCopies(OwnWindowPass& pass)
 {
-    pass.unit = pass.pixelBytes();
+    pass.pixelBytes = pass.isBits() ? (pass.isBitRows() ? 0 : 1) : pass.step * pass.pixels.sampleBytes;
+    pass.isPacked = !pass.isBits() && pass.pixels.pixelStep == pass.pixelBytes;
+    pass.unit = pass.pixelBytes;
     if (pass.isBits() && !pass.isBitRows()) {
         pass.copies = { ownCopyAsBytes<1>, ownCopyAsBytes<-1>, ownCopyAsBytes<0> };
-    } else if (pass.isBits() || pass.isPacked()) {
+    } else if (pass.isBits() || pass.isPacked) {
         pass.copies = ownPixelCopies(static_cast<int32_t>(pass.unit));
     } else {
         pass.unit = pass.pixels.pixelStep;
@@ -233,9 +233,10 @@ static void ownAddMove(OwnMoves& moves, const OwnMove& move)
 static void ownAddConstant(const OwnWindowPass& pass, OwnMoves& moves, int32_t side, ptrdiff_t n)
 {
     const OwnConstant& constant = moves.constants[side];
-    ownAddMove(moves,
-               { ownPixelCopies(constant.sampleBytes).still, OwnMove::CONSTANT, side, moves.n * pass.step,
-                 n * pass.step, constant.sampleBytes });
+    const ptrdiff_t samples = n * pass.step;
+    const bool isHeld = constant.sampleBytes > 0 && samples * constant.sampleBytes <= ownConstantBytes;
+    const OwnPixelCopy copy = isHeld ? nullptr : ownPixelCopies(constant.sampleBytes).still;
+    ownAddMove(moves, { copy, OwnMove::CONSTANT, side, moves.n * pass.step, samples, constant.sampleBytes });
     moves.n -= n * (pass.step - 1);
 }
 
@@ -244,7 +245,7 @@ static void ownAddRun(const OwnWindowPass& pass, OwnMoves& moves, const OwnBorde
     const OwnPixelCopies& copies = pass.copies;
     const ptrdiff_t bit = pass.isBits() ? pass.pixels.bit : 0;
     constexpr int32_t few = 4; // pixels that are quicker moved one by one
-    if (pass.isPacked() && (run.step > 0 || run.count <= few)) {
+    if (pass.isPacked && (run.step > 0 || run.count <= few)) {
         const int32_t n = run.step > 0 ? run.count : 1;
         for (int32_t k = 0; k < run.count; k += n) {
             ownAddMove(moves, { nullptr, OwnMove::SOURCE, run.from + k * run.step, moves.n, n, pass.unit });
@@ -261,17 +262,22 @@ static void ownAddColumns(const OwnWindowPass& pass, OwnMoves& moves, int64_t x,
     const OwnSource& source = pass.source;
     const int64_t left = source.rect.x;
     const int64_t right = left + source.rect.width;
+    const bool isRowOutside = moves.side != OWN_SIDE_NONE;
+    if (isRowOutside && ownSideMode(source.image, moves.side) == PXK_EDGE_CONST) {
+        return ownAddConstant(pass, moves, moves.side, static_cast<ptrdiff_t>(end - x));
+    }
     while (x < end) {
-        const bool isInside = x >= left && x < right;
-        const int64_t stop = isInside ? std::min(end, right) : (x < left ? std::min(end, left) : end);
-        const int32_t beside = x < left ? OWN_SIDE_LEFT : OWN_SIDE_RIGHT;
-        const int32_t side = moves.side != OWN_SIDE_NONE ? moves.side : beside;
+        if (x >= left && x < right) {
+            const int32_t n = static_cast<int32_t>(std::min(end, right) - x);
+            ownAddRun(pass, moves, { static_cast<int32_t>(x - left), 1, n });
+            x += n;
+            continue;
+        }
+        const int64_t stop = x < left ? std::min(end, left) : end;
+        const int32_t side = isRowOutside ? moves.side : (x < left ? OWN_SIDE_LEFT : OWN_SIDE_RIGHT);
         const int32_t mode = ownSideMode(source.image, side);
-        if ((!isInside || moves.side != OWN_SIDE_NONE) && mode == PXK_EDGE_CONST) {
+        if (mode == PXK_EDGE_CONST) {
             ownAddConstant(pass, moves, side, static_cast<ptrdiff_t>(stop - x));
-            x = stop;
-        } else if (isInside) {
-            ownAddRun(pass, moves, { static_cast<int32_t>(x - left), 1, static_cast<int32_t>(stop - x) });
             x = stop;
         } else {
             const OwnBorderRun run = ownBorderRun(mode, x, source.image->width, stop - x);
@@ -286,14 +292,14 @@ static void ownAddReach(const OwnWindowPass& pass, OwnMoves& moves, const OwnRea
 {
     const ptrdiff_t first = moves.n;
     const ptrdiff_t before = static_cast<ptrdiff_t>(columns.before);
-    const OwnPixelCopy still = ownPixelCopies(static_cast<int32_t>(pass.pixelBytes())).still;
     moves.n += before;
     const int64_t x = pass.work.sourceRect.x + columns.first;
     ownAddColumns(pass, moves, x, x + columns.count);
-    ownAddMove(
-        moves,
-        { still, OwnMove::MADE, moves.n - 1, moves.n, static_cast<ptrdiff_t>(columns.behind), pass.pixelBytes() });
-    ownAddMove(moves, { still, OwnMove::MADE, first + before, first, before, pass.pixelBytes() });
+    if (columns.before + columns.behind == 0) return;
+    const OwnPixelCopy still = ownPixelCopies(static_cast<int32_t>(pass.pixelBytes)).still;
+    ownAddMove(moves,
+               { still, OwnMove::MADE, moves.n - 1, moves.n, static_cast<ptrdiff_t>(columns.behind), pass.pixelBytes });
+    ownAddMove(moves, { still, OwnMove::MADE, first + before, first, before, pass.pixelBytes });
     moves.n -= before;
 }
 
@@ -304,9 +310,10 @@ static bool ownOpenMoves(OwnWindowPass& pass, OwnMoves& moves, const OwnReach (&
     moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) * 4 + 32);
     moves.side = -1;
     for (int32_t side = 0; side < OWN_SIDE_NONE; ++side) {
-        OwnConstant& constant = moves.constants[side];
-        constant = ownConstant(pass.work.source->depth, ownBorderConstant(pass.work.source, side));
-        if (pass.isBits() && !pass.isBitRows()) constant = { { static_cast<uint8_t>(constant.bytes[0] & 1) }, 1 };
+        const uint32_t value = ownBorderConstant(pass.work.source, side);
+        const bool isByte = pass.isBits() && !pass.isBitRows();
+        moves.constants[side] =
+            isByte ? ownConstant(PXK_DEPTH_8U, value & 1) : ownConstant(pass.work.source->depth, value);
     }
     return moves.moves != nullptr;
 }
@@ -321,13 +328,13 @@ static void ownMakeRows(const OwnWindowPass& pass, const OwnMoves& moves, int32_
         const bool isConstant = move.from == OwnMove::CONSTANT;
         const uint8_t* from = isConstant ? moves.constants[move.x].bytes : (move.from == OwnMove::MADE ? to : source);
         const ptrdiff_t fromStep = isConstant ? 0 : (move.from == OwnMove::MADE ? step : pass.pixels.rowStep);
+        const ptrdiff_t x = isConstant ? 0 : move.x;
         if (move.copy == nullptr) {
-            ownCopyByteRows(from + move.x * move.unit, fromStep, to + move.to * move.unit, step, move.n * move.unit,
-                            count);
+            ownCopyByteRows(from + x * move.unit, fromStep, to + move.to * move.unit, step, move.n * move.unit, count);
             continue;
         }
         for (int64_t row = 0; row < count; ++row, from += fromStep) {
-            move.copy(from, isConstant ? 0 : move.x, to + row * step, move.to, move.n, move.unit);
+            move.copy(from, x, to + row * step, move.to, move.n, move.unit);
         }
     }
 }
@@ -378,9 +385,9 @@ static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPa
     const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
     const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
     const int64_t fewBytes = ownIsSmallWindow(work.margins) ? 128 : 1024; // chained rows of a frame cost little
-    const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes() >= ownBlockBytes;
-    const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes() >= fewBytes);
-    if (!pass.isPacked() || !isWorth) {
+    const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes >= ownBlockBytes;
+    const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes >= fewBytes);
+    if (!pass.isPacked || !isWorth) {
         parts[0] = { { { 0, rect.width }, { 0, 0 } }, false };
         return 1;
     }
@@ -630,7 +637,7 @@ bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
     const bool isSourceTiled = work.source->tileInfo != nullptr;
     const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
     OwnScratch scratch;
-    OwnWindowPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0 };
+    OwnWindowPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0, 0, false };
     if (isInPlace || (isSourceTiled && !isReadByPiece)) {
         if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {

@@ -104,29 +104,6 @@ static bool ownIsShifted(const OwnSampleRow& row, ptrdiff_t n)
     return false;
 }
 
-// True when no destination touches a source or another destination in any row, except in the same place: all rows can
-// be run alike.
-static bool ownIsApart(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n, int32_t height)
-{
-    const auto ends = [&](int32_t k) {
-        const ptrdiff_t down = (height - 1) * views[k].rowStep;
-        const uintptr_t first =
-            reinterpret_cast<uintptr_t>(row.first[k]) + static_cast<uintptr_t>(std::min<ptrdiff_t>(down, 0));
-        return std::pair<uintptr_t, uintptr_t>(first,
-                                               first + static_cast<uintptr_t>(std::abs(down) + n * row.pixelStep[k]));
-    };
-    for (int32_t d = row.nSources; d < row.count; ++d) {
-        const auto [start, end] = ends(d);
-        for (int32_t k = 0; k < d; ++k) {
-            const auto [other, otherEnd] = ends(k);
-            const bool isSame = row.first[k] == row.first[d] && row.sampleBytes[k] == row.sampleBytes[d]
-                && views[k].rowStep == views[d].rowStep;
-            if (!isSame && other < end && start < otherEnd) return false;
-        }
-    }
-    return true;
-}
-
 // Operand k, or the operands that are together from k on, into one block each.
 static void ownLoadOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* const* to, ptrdiff_t n)
 {
@@ -314,19 +291,6 @@ static void ownPlaceRow(OwnSampleRow& row, const OwnView* views, int32_t channel
     }
 }
 
-// All rows of a channel where that can be decided for them together. False: it cannot.
-static bool ownRunDirectRows(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n, int32_t height)
-{
-    if (row.hasGap() || !row.isContiguousEverywhere() || !ownIsApart(row, views, n, height)) return false;
-    uint8_t* operands[ownMostViews];
-    std::copy(row.first, row.first + row.count, operands);
-    for (int32_t y = 0; y < height; ++y) {
-        (*row.rowFunction)(operands, n * row.unitSamples);
-        for (int32_t k = 0; k < row.count; ++k) operands[k] += views[k].rowStep;
-    }
-    return true;
-}
-
 void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
                    const OwnRowFunction& rowFunction)
 {
@@ -357,8 +321,6 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
         height = 1;
     }
     for (int32_t channel = 0; channel < (walk == OwnChannelWalk::SEPARATE ? nChannels : 1); ++channel) {
-        ownPlaceRow(row, views, channel, 0);
-        if (mask == nullptr && ownRunDirectRows(row, views, pixels, height)) continue;
         for (int32_t y = 0; y < height; ++y) {
             ownPlaceRow(row, views, channel, y);
             if (mask == nullptr) {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "owndepth.h"
+
 // ---- the area ------------------------------------------------------------------------------------------------------
 
 static OwnSize ownSmaller(OwnSize a, OwnSize b)
@@ -14,17 +16,15 @@ OwnStart ownFindArea(OwnArea& area, std::initializer_list<const PxkImage*> image
 {
     const PxkImage* masks[4] = {};
     int32_t count = 0;
-    area.regions = { INT32_MAX, INT32_MAX };
-    for (const PxkImage* image : images) {
-        if (image == nullptr) continue;
-        area.regions = ownSmaller(area.regions, ownRegionSize(image));
-        masks[count++] = image->maskROI;
-    }
+    area.regions = ownCommonSize(images);
     area.size = area.regions;
-    for (const PxkImage* mask : masks) {
-        if (mask != nullptr) area.size = ownSmaller(area.size, ownRegionSize(mask));
+    for (const PxkImage* image : images) {
+        if (image == nullptr || image->maskROI == nullptr) continue;
+        masks[count++] = image->maskROI;
+        area.size = ownSmaller(area.size, ownRegionSize(image->maskROI));
     }
     if (area.size.isEmpty()) return OwnStart::NOTHING_TO_DO;
+    if (count == 0) return OwnStart::READY;
     const OwnMasks joined = ownCombineMasks({ masks[0], masks[1], masks[2], masks[3] }, area.size, area.mask);
     return joined == OwnMasks::NO_MEMORY ? OwnStart::NO_MEMORY : OwnStart::READY;
 }
@@ -111,31 +111,53 @@ bool ownSweepPieces(const OwnWork& work, OwnFunction<void(const OwnPiece&)> onPi
     return isComplete;
 }
 
-// True when the work is one run of samples over the whole blocks, padding included.
+// True when all of an image's samples, padding included, are worked on and follow each other.
+static bool ownIsWholeBlock(const PxkImage* image)
+{
+    if (image->tileInfo != nullptr) return false;
+    const int64_t rows =
+        static_cast<int64_t>(image->height) * (image->dataOrder == PXK_DATA_ORDER_PLANE ? image->nChannels : 1);
+    if (image->widthStep * rows != image->imageSize) return false; // a caller's own sizes need not fit each other
+    if ((image->widthStep & (std::max(ownSampleBytes(image->depth), 1) - 1)) != 0) return false; // torn samples
+    const PxkROI* const roi = image->roi;
+    if (roi == nullptr) return image->alphaChannel == 0;
+    return roi->xOffset == 0 && roi->yOffset == 0 && roi->width >= image->width && roi->height >= image->height
+        && (roi->coi == 0 ? image->alphaChannel == 0 : image->nChannels == 1);
+}
+
+static bool ownHasShapeOf(const PxkImage* image, const PxkImage* other)
+{
+    return image->height == other->height && image->width == other->width && image->imageSize == other->imageSize
+        && image->align == other->align && image->nChannels == other->nChannels
+        && (image->dataOrder == other->dataOrder || image->nChannels == 1);
+}
+
+// True when the work is one run of samples over whole images of one shape.
 static bool ownIsBlockRun(const OwnWork& work)
 {
-    const PxkImage* const destination = work.image(work.count - 1);
-    bool isSame = !work.area.mask.isGiven && !work.turnsDestination;
+    if (work.area.mask.isGiven || work.turnsDestination) return false;
     for (int32_t k = 0; k < work.count; ++k) {
-        isSame = isSame && work.image(k)->tileInfo == nullptr && ownSameBlock(work.image(k), destination);
+        if (!ownIsWholeBlock(work.image(k)) || !ownHasShapeOf(work.image(k), work.image(0))) return false;
     }
-    return isSame;
+    return true;
+}
+
+// An image's block as one row; a row function of one-bit images works on bytes anyway.
+static OwnView ownBlockRow(const PxkImage* image)
+{
+    const int32_t sampleBytes = std::max(ownSampleBytes(image->depth), 1);
+    const int32_t n = image->imageSize / sampleBytes;
+    return {
+        static_cast<uint8_t*>(image->imageData), image->imageSize, sampleBytes, sampleBytes, n, 1, 1, sampleBytes, 0
+    };
 }
 
 void ownRunWork(const OwnWork& work, OwnPadding padding, const OwnRowFunction& rowFunction)
 {
     if (padding == OwnPadding::WORKED_ON && ownIsBlockRun(work)) {
-        OwnView views[4];
-        for (int32_t k = 0; k < work.count; ++k) {
-            OwnView& view = views[k];
-            view = ownRegionStart(work.image(k));
-            view.sampleBytes = std::max(view.sampleBytes, 1); // a row function of one-bit images works on bytes anyway
-            view.pixelStep = view.sampleBytes;
-            view.width = work.image(k)->imageSize / view.sampleBytes;
-            view.height = 1;
-            view.nChannels = 1;
-        }
-        return ownRunViews(views, work.count, 1, nullptr, rowFunction);
+        OwnView rows[4];
+        for (int32_t k = 0; k < work.count; ++k) rows[k] = ownBlockRow(work.image(k));
+        return ownRunViews(rows, work.count, 1, nullptr, rowFunction);
     }
     ownSweepPieces(work, [&](const OwnPiece& piece) {
         ownRunViews(piece.views, work.count, work.nDestinations, piece.mask, rowFunction);

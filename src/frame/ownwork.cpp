@@ -50,7 +50,25 @@ int32_t ownOpenWork(OwnWork& work, const OwnSite& site, std::initializer_list<Ow
     return PXK_StsNoMem;
 }
 
-// A walk over the work: where each image's region starts, and which tile it is in.
+static bool ownIsTurned(const OwnWork& work, int32_t k)
+{
+    return work.turnsDestination && k == work.count - 1;
+}
+
+static void ownTurn(OwnView& view)
+{
+    view.first += (view.height - 1) * view.rowStep;
+    view.rowStep = -view.rowStep;
+}
+
+static void ownPlaceMask(const OwnWork& work, OwnPiece& piece)
+{
+    if (!work.area.mask.isGiven) return;
+    piece.maskBits = ownBitsAt(work.area.mask.bits, piece.x, piece.y);
+    piece.mask = &piece.maskBits;
+}
+
+// A walk over tiles: where each image's region starts, and which tile it is in.
 struct OwnSweep {
     const OwnWork& work;
     OwnGrid grids[4];
@@ -81,25 +99,18 @@ static bool ownPlacePiece(OwnSweep& sweep, const OwnRect& rect, OwnPiece& piece)
             }
             view = ownBlockView(image, sweep.tiles[k].block(), ownInTile(grid.tiles, place));
         }
-        if (grid.isTurned) {
-            view.first += (rect.height - 1) * view.rowStep;
-            view.rowStep = -view.rowStep;
-        }
+        if (grid.isTurned) ownTurn(view);
     }
-    if (work.area.mask.isGiven) {
-        piece.maskBits = ownBitsAt(work.area.mask.bits, rect.x, rect.y);
-        piece.mask = &piece.maskBits;
-    }
+    ownPlaceMask(work, piece);
     return true;
 }
 
-bool ownSweepPieces(const OwnWork& work, OwnFunction<void(const OwnPiece&)> onPiece)
+static bool ownSweepTiles(const OwnWork& work, const OwnFunction<void(const OwnPiece&)>& onPiece)
 {
     OwnSweep sweep = { work, {}, {} };
     for (int32_t k = 0; k < work.count; ++k) {
         const OwnRect region = ownRegionRect(work.image(k));
-        const bool isTurned = work.turnsDestination && k == work.count - 1;
-        sweep.grids[k] = { work.image(k)->tileInfo, region.x, region.y, isTurned };
+        sweep.grids[k] = { work.image(k)->tileInfo, region.x, region.y, ownIsTurned(work, k) };
     }
     const bool isComplete = ownWalkTiles(work.area.size, sweep.grids, work.count, [&](const OwnRect& rect) {
         OwnPiece piece = {};
@@ -109,6 +120,23 @@ bool ownSweepPieces(const OwnWork& work, OwnFunction<void(const OwnPiece&)> onPi
     });
     for (OwnTile& tile : sweep.tiles) tile.release(); // sources first
     return isComplete;
+}
+
+bool ownSweepPieces(const OwnWork& work, OwnFunction<void(const OwnPiece&)> onPiece)
+{
+    if (work.area.size.isEmpty()) return true;
+    OwnPiece all = {};
+    for (int32_t k = 0; k < work.count; ++k) {
+        const PxkImage* const image = work.image(k);
+        if (image->tileInfo != nullptr) return ownSweepTiles(work, onPiece);
+        const OwnRect region = ownRegionRect(image);
+        const OwnRect place = { region.x, region.y, work.area.size.width, work.area.size.height };
+        all.views[k] = ownBlockView(image, ownImageBlock(image), place);
+        if (ownIsTurned(work, k)) ownTurn(all.views[k]);
+    }
+    ownPlaceMask(work, all);
+    onPiece(all);
+    return true;
 }
 
 // True when all of an image's samples, padding included, are worked on and follow each other.

@@ -86,6 +86,29 @@ static bool ownIsShifted(const OwnSampleRow& row, ptrdiff_t n)
     return false;
 }
 
+// True when no destination touches a source or another destination in any row, except in the same place: all rows can
+// be run alike. Operands that are together count as one.
+static bool ownIsApart(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n, int32_t height)
+{
+    const auto ends = [&](int32_t k) {
+        const ptrdiff_t down = (height - 1) * views[k].rowStep;
+        const uintptr_t first =
+            reinterpret_cast<uintptr_t>(row.first[k]) + static_cast<uintptr_t>(std::min<ptrdiff_t>(down, 0));
+        return std::pair<uintptr_t, uintptr_t>(first,
+                                               first + static_cast<uintptr_t>(std::abs(down) + n * row.pixelStep[k]));
+    };
+    for (int32_t d = row.nSources; d < row.count; d += row.together[d]) {
+        const auto [start, end] = ends(d);
+        for (int32_t k = 0; k < d; k += row.together[k]) {
+            const auto [other, otherEnd] = ends(k);
+            const bool isSame = row.first[k] == row.first[d] && row.sampleBytes[k] == row.sampleBytes[d]
+                && views[k].rowStep == views[d].rowStep;
+            if (!isSame && other < end && start < otherEnd) return false;
+        }
+    }
+    return true;
+}
+
 // Operand k, or the operands that are together from k on, into one block each.
 static void ownLoadOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start, uint8_t* const* to, ptrdiff_t n)
 {
@@ -257,11 +280,10 @@ static OwnChannelWalk ownChannelWalk(const OwnView* views, int32_t count, bool i
     return isGapped && !isPacked ? OwnChannelWalk::GAPPED : OwnChannelWalk::SEPARATE;
 }
 
-static bool ownRowsTouch(const OwnView* views, int32_t count, ptrdiff_t rowSamples)
+static bool ownRowsTouch(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n)
 {
-    for (int32_t k = 0; k < count; ++k) {
-        const OwnView& view = views[k];
-        if (view.sampleBytes == 0 || view.rowStep != rowSamples * view.sampleBytes) return false;
+    for (int32_t k = 0; k < row.count; ++k) {
+        if (row.isBits(k) || views[k].rowStep != n * row.pixelStep[k]) return false;
     }
     return true;
 }
@@ -282,7 +304,8 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
     row.count = count;
     row.nSources = count - nDestinations;
     OwnChannelWalk walk = OwnChannelWalk::SEPARATE;
-    if (!ownFindTogether(row, views)) walk = ownChannelWalk(views, count, mask != nullptr);
+    const bool isTogether = ownFindTogether(row, views);
+    if (!isTogether) walk = ownChannelWalk(views, count, mask != nullptr);
     // Samples between the selected ones are left out when a destination is stored, not when there is none.
     if (walk == OwnChannelWalk::GAPPED && nDestinations == 0) walk = OwnChannelWalk::SEPARATE;
     // Without a mask a packed row is one run of samples, and so are touching rows.
@@ -298,7 +321,9 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
     ptrdiff_t pixels = static_cast<ptrdiff_t>(views[0].width) * (isPlainRun ? nChannels : 1);
     int32_t height = views[0].height;
     const bool isPlanes = walk == OwnChannelWalk::SEPARATE && mask == nullptr && row.isContiguousEverywhere();
-    if ((isPlainRun || isPlanes) && ownRowsTouch(views, count, pixels)) {
+    ownPlaceRow(row, views, 0, 0);
+    const bool isSplit = isTogether && mask == nullptr && ownIsApart(row, views, pixels, height);
+    if ((isPlainRun || isPlanes || isSplit) && ownRowsTouch(row, views, pixels)) {
         pixels *= height;
         height = 1;
     }

@@ -80,6 +80,25 @@ __attribute__((noinline)) static void ownRunShortRows(const OwnRowsInPlace& plac
     }
 }
 
+// Vectors that are stored across the lines of a cache take up to twice as long. So the samples of a long row up to the
+// destination's first line are done by themselves.
+static void ownRunRowInPlace(const OwnRowsInPlace& place, const OwnView* views, const OwnRowFunction& rowFunction)
+{
+    constexpr ptrdiff_t lineBytes = 64, longRow = 16384; // samples
+    uint8_t* rows[ownMostViews];
+    std::copy(place.rows, place.rows + place.count, rows);
+    const int32_t d = place.count - 1;
+    const ptrdiff_t misplaced = static_cast<ptrdiff_t>(reinterpret_cast<uintptr_t>(rows[d]) % lineBytes);
+    ptrdiff_t n = place.n;
+    if (d >= place.nSources && n >= longRow && misplaced != 0 && misplaced % views[d].sampleBytes == 0) {
+        const ptrdiff_t first = (lineBytes - misplaced) / views[d].sampleBytes;
+        rowFunction(rows, first);
+        for (int32_t k = 0; k < place.count; ++k) rows[k] += first * views[k].sampleBytes;
+        n -= first;
+    }
+    rowFunction(rows, n);
+}
+
 // Runs the row function on rows as they lie, touching ones as one row. False: nothing was done, since they have gaps or
 // are shifted.
 static bool ownRunInPlace(const OwnView* views, int32_t count, int32_t nDestinations, const OwnRowFunction& rowFunction)
@@ -110,7 +129,7 @@ static bool ownRunInPlace(const OwnView* views, int32_t count, int32_t nDestinat
             continue;
         }
         for (int32_t y = 0; y < place.height; ++y) {
-            rowFunction(place.rows, place.n);
+            ownRunRowInPlace(place, views, rowFunction);
             for (int32_t k = 0; k < count; ++k) place.rows[k] += place.rowStep[k];
         }
     }

@@ -11,8 +11,8 @@ set(PXK_LEVEL_FLAGS_v3 -march=x86-64-v3)
 set(PXK_LEVEL_FLAGS_v4 -march=x86-64-v4)
 
 # Files that are quicker with vectors narrower than the level's 64 bytes, whose loops leave up to 63 bytes of a row to
-# scalar code, and whose permutations take several steps. All others lose a seventh in the mean.
-set(PXK_LEVEL_WIDTHS_v4 stats/pxkthres.cpp=256 frame/ownsplit.cpp=128)
+# scalar code. All others lose a seventh in the mean.
+set(PXK_LEVEL_WIDTHS_v4 stats/pxkthres.cpp=256)
 
 # Names of the list that are defined in some sources.
 function(pxk_exports_of RESULT SOURCES)

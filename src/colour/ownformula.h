@@ -34,9 +34,10 @@ template <class T, class Formula> void ownColourRow(uint8_t* const* rows, ptrdif
     T* const firstResult = reinterpret_cast<T*>(rows[3]);
     T* const secondResult = reinterpret_cast<T*>(rows[4]);
     T* const thirdResult = reinterpret_cast<T*>(rows[5]);
+    const Formula formula {};
     OWN_IVDEP
     for (ptrdiff_t i = 0; i < n; ++i) {
-        const OwnColour<T> result = Formula {}(first[i], second[i], third[i]);
+        const OwnColour<T> result = formula(first[i], second[i], third[i]);
         firstResult[i] = ownStored(result.first);
         secondResult[i] = ownStored(result.second);
         thirdResult[i] = ownStored(result.third);
@@ -59,10 +60,10 @@ template <class T, class Formula> constexpr OwnColourRow ownColourRowOrNull()
     }
 }
 
-// The rows of a formula that takes some depths: its call is overloaded for their sample types. 8U may have a row of its
-// own.
-template <class Formula>
-constexpr OwnColourRows ownColourRows(OwnColourRow of8U = ownColourRowOrNull<uint8_t, Formula>())
+// The rows of a formula that takes some depths: its call is overloaded for their sample types. 8U may have a formula or
+// a row of its own.
+template <class Formula, class ByteFormula = Formula>
+constexpr OwnColourRows ownColourRows(OwnColourRow of8U = ownColourRowOrNull<uint8_t, ByteFormula>())
 {
     return { of8U, ownColourRowOrNull<uint16_t, Formula>(), ownColourRowOrNull<int32_t, Formula>(),
              ownColourRowOrNull<float, Formula>() };

@@ -171,10 +171,12 @@ void ownLoadEdges(const Packing& packing, const OwnPartFactors<Value>& factors, 
 }
 
 // Neighbouring blocks whose columns are transformed before rows of them move between blocks and image: so many that
-// they stay in the second-level cache, and long pieces of rows are moved.
+// they stay in the second-level cache, and long pieces of rows are moved. The first block and one that is not full are
+// ranges of their own: all columns of the others lie in the image one after the other.
 struct OwnBlockRange {
     int32_t first;
     int32_t count;
+    bool isInner;
 };
 
 constexpr int32_t OWN_MOST_BLOCKS = 16;
@@ -183,9 +185,11 @@ template <class Packing> OwnBlockRange ownBlocksFrom(const Packing& packing, int
 {
     constexpr ptrdiff_t cachedValues = 1 << 17;
     const int32_t all = static_cast<int32_t>(ownPadded(packing.rows.points) / OWN_LANES);
+    const int32_t inner = packing.rows.points / static_cast<int32_t>(OWN_LANES) - first;
+    if (first == 0 || inner < 1) return { first, all > first ? 1 : 0, false };
     const ptrdiff_t fitting = cachedValues / ownBlockValues(packing);
     const int32_t most = fitting < 1 ? 1 : fitting < OWN_MOST_BLOCKS ? static_cast<int32_t>(fitting) : OWN_MOST_BLOCKS;
-    return { first, all - first < most ? all - first : most };
+    return { first, inner < most ? inner : most, true };
 }
 
 // Complex columns of some blocks in the packed image: `n` values of each row from column x on, after `skipped` values,
@@ -222,16 +226,18 @@ void ownStoreColumns(const Packing& packing, const OwnBlockRange& range, const O
     const Value factorRe = factors.re, factorIm = factors.im;
     for (int32_t y = 0; y < packing.height; ++y) {
         alignas(64) Value values[OWN_MOST_BLOCKS * OWN_GROUP];
-        for (int32_t i = 0; i < range.count; ++i) {
+        Value* const row = range.isInner ? ownRowInPlace(destination, y) : nullptr;
+        Value* to = row != nullptr ? row + columns.x : values;
+        for (int32_t i = 0; i < range.count; ++i, to += OWN_GROUP) {
             const Value* group = packing.blocks + (range.first + i) * ownBlockValues(packing) + y * OWN_GROUP;
-            Value* to = values + i * OWN_GROUP;
             OWN_IVDEP
+            OWN_NOT_UNROLLED
             for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-                to[2 * lane] = ownTimes(group[lane], factorRe);
-                to[2 * lane + 1] = ownTimes(group[OWN_LANES + lane], factorIm);
+                to[2 * lane] = ownOneNaN(ownTimes(group[lane], factorRe));
+                to[2 * lane + 1] = ownOneNaN(ownTimes(group[OWN_LANES + lane], factorIm));
             }
         }
-        ownStoreValues(destination, columns.x, y, columns.n, values + columns.skipped);
+        if (row == nullptr) ownStoreValues(destination, columns.x, y, columns.n, values + columns.skipped);
     }
 }
 
@@ -243,11 +249,13 @@ void ownLoadColumns(const Packing& packing, const OwnBlockRange& range, const Ow
     const Value factorRe = factors.re, factorIm = factors.im;
     alignas(64) Value values[OWN_MOST_BLOCKS * OWN_GROUP] = {};
     for (int32_t y = 0; y < packing.height; ++y) {
-        if (columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.skipped);
-        for (int32_t i = 0; i < range.count; ++i) {
+        const Value* const row = range.isInner ? ownRowInPlace(source, y) : nullptr;
+        if (row == nullptr && columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.skipped);
+        const Value* from = row != nullptr ? row + columns.x : values;
+        for (int32_t i = 0; i < range.count; ++i, from += OWN_GROUP) {
             Value* group = packing.blocks + (range.first + i) * ownBlockValues(packing) + y * OWN_GROUP;
-            const Value* from = values + i * OWN_GROUP;
             OWN_IVDEP
+            OWN_NOT_UNROLLED
             for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
                 group[lane] = ownTimes(from[2 * lane], factorRe);
                 group[OWN_LANES + lane] = ownTimes(from[2 * lane + 1], factorIm);

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include <cstring>
-
 #include "frame/ownregion.h"
 #include "frame/ownreport.h"
 #include "owncosinelines.h"
@@ -114,41 +112,49 @@ static void ownCosineColumns(const OwnCosineWork& work, const OwnFloatPlane& des
     }
 }
 
-static bool ownTransformCosines(OwnTransformCaches& caches, OwnCosineTransform transform, const OwnFloatPlane& source,
+static bool ownTransformCosines(OwnCosineTransform transform, const OwnFloatPlane& source,
                                 const OwnFloatPlane& destination, const OwnSize& size)
 {
-    OwnCosineWork work = {};
-    work.transform = transform;
-    if (!ownOpenCosineWork(caches, size, work)) return false;
-    ownCosineRows(work, source);
-    ownClearColumnsBeyond(work);
-    ownCosineColumns(work, destination);
-    return true;
+    OwnTransformCaches& caches = ownContext().cosine;
+    return ownWithRetry(caches, [&] {
+        OwnCosineWork work = {};
+        work.transform = transform;
+        if (!ownOpenCosineWork(caches, size, work)) return false;
+        ownCosineRows(work, source);
+        ownClearColumnsBeyond(work);
+        ownCosineColumns(work, destination);
+        return true;
+    });
+}
+
+// Eight rows of eight values, in the image or in a block of their own.
+struct OwnEightRows {
+    float* first;
+    ptrdiff_t step;
+};
+
+static OwnEightRows ownEightRows(const OwnFloatPlane& plane, float* block)
+{
+    float* first = ownRowInPlace(plane, 0);
+    return first != nullptr ? OwnEightRows { first, ownRowValues(plane) } : OwnEightRows { block, 8 };
 }
 
 static void ownTransformEightByEight(const OwnFloatPlane& source, const OwnFloatPlane& destination, bool isForward)
 {
     alignas(32) float block[64];
-    for (int32_t y = 0; y < 8; ++y)
-        if (const float* row = ownRowInPlace(source, y); row != nullptr)
-            memcpy(block + 8 * y, row, 8 * sizeof(float));
-        else
-            ownLoadValues(source, 0, y, 8, block + 8 * y);
-    if (isForward)
-        ownEightForward(block);
-    else
-        ownEightBackward(block);
-    for (int32_t y = 0; y < 8; ++y)
-        if (float* row = ownRowInPlace(destination, y); row != nullptr)
-            for (ptrdiff_t x = 0; x < 8; ++x) row[x] = ownOneNaN(block[8 * y + x]);
-        else
-            ownStoreValues(destination, 0, y, 8, block + 8 * y);
+    const OwnEightRows from = ownEightRows(source, block), to = ownEightRows(destination, block);
+    if (from.first == block)
+        for (int32_t y = 0; y < 8; ++y) ownLoadValues(source, 0, y, 8, block + 8 * y);
+    const auto transform = isForward ? ownEightForward : ownEightBackward;
+    transform(from.first, from.step, to.first, to.step);
+    if (to.first == block)
+        for (int32_t y = 0; y < 8; ++y) ownStoreValues(destination, 0, y, 8, block + 8 * y);
 }
 
 // The region's pixels with all their channels: the channel of interest is not looked at.
 static OwnView ownAllChannels(const PxkImage* image)
 {
-    if (ownChannelOfInterest(image) == 0) return ownRegionStart(image);
+    if (image->roi == nullptr || image->roi->coi == 0) return ownRegionStart(image);
     PxkImage header = *image;
     PxkROI region = *image->roi;
     region.coi = 0;
@@ -159,9 +165,11 @@ static OwnView ownAllChannels(const PxkImage* image)
 void pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags)
 {
     if ((flags & PXK_DCT_FREE) != 0) return ownReleaseTransform(ownContext().cosine);
-    OWN_REFUSE_IF(srcImage == nullptr, PXK_StsBadArg, "src==0");
-    OWN_REFUSE_IF(dstImage == nullptr, PXK_StsBadArg, "dst==0");
-    if (pxkGetErrStatus() < 0 || !ownGoodCosineImages(OWN_HERE, srcImage, dstImage)) return;
+    if (!ownPassed(
+            OWN_HERE,
+            { { srcImage == nullptr, PXK_StsBadArg, "src==0" }, { dstImage == nullptr, PXK_StsBadArg, "dst==0" } })
+        || pxkGetErrStatus() < 0 || !ownGoodCosineImages(OWN_HERE, srcImage, dstImage))
+        return;
     const int32_t direction = flags & (PXK_DCT_FORWARD | PXK_DCT_INVERSE);
     const bool isForward = direction == PXK_DCT_FORWARD;
     const OwnSize size = ownCommonSize({ srcImage, dstImage });
@@ -169,15 +177,11 @@ void pxkDCT2D(PxkImage* srcImage, PxkImage* dstImage, int32_t flags)
     OwnFloatPlane source = { ownAllChannels(srcImage), srcImage->depth, 0 };
     OwnFloatPlane destination = { ownAllChannels(dstImage), dstImage->depth, 0 };
     const int32_t channels = srcImage->nChannels - (srcImage->alphaChannel > 0);
-    OwnTransformCaches& caches = ownContext().cosine;
     for (int32_t channel = 0; channel < channels; ++channel) {
         source.channel = destination.channel = channel;
         if (size.width == 8 && size.height == 8)
             ownTransformEightByEight(source, destination, isForward);
-        else if (!ownWithRetry(caches, [&] {
-                     return ownTransformCosines(caches, isForward ? ownCosineForward : ownCosineBackward, source,
-                                                destination, size);
-                 }))
+        else if (!ownTransformCosines(isForward ? ownCosineForward : ownCosineBackward, source, destination, size))
             return;
     }
 }

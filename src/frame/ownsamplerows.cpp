@@ -105,7 +105,7 @@ static bool ownIsShifted(const OwnSampleRow& row, ptrdiff_t n)
 }
 
 // True when no destination touches a source or another destination in any row, except in the same place: all rows can
-// be run alike.
+// be run alike. Operands that are together count as one.
 static bool ownIsApart(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n, int32_t height)
 {
     const auto ends = [&](int32_t k) {
@@ -115,9 +115,9 @@ static bool ownIsApart(const OwnSampleRow& row, const OwnView* views, ptrdiff_t 
         return std::pair<uintptr_t, uintptr_t>(first,
                                                first + static_cast<uintptr_t>(std::abs(down) + n * row.pixelStep[k]));
     };
-    for (int32_t d = row.nSources; d < row.count; ++d) {
+    for (int32_t d = row.nSources; d < row.count; d += row.together[d]) {
         const auto [start, end] = ends(d);
-        for (int32_t k = 0; k < d; ++k) {
+        for (int32_t k = 0; k < d; k += row.together[k]) {
             const auto [other, otherEnd] = ends(k);
             const bool isSame = row.first[k] == row.first[d] && row.sampleBytes[k] == row.sampleBytes[d]
                 && views[k].rowStep == views[d].rowStep;
@@ -298,11 +298,10 @@ static OwnChannelWalk ownChannelWalk(const OwnView* views, int32_t count, bool i
     return isGapped && !isPacked ? OwnChannelWalk::GAPPED : OwnChannelWalk::SEPARATE;
 }
 
-static bool ownRowsTouch(const OwnView* views, int32_t count, ptrdiff_t rowSamples)
+static bool ownRowsTouch(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n)
 {
-    for (int32_t k = 0; k < count; ++k) {
-        const OwnView& view = views[k];
-        if (view.sampleBytes == 0 || view.rowStep != rowSamples * view.sampleBytes) return false;
+    for (int32_t k = 0; k < row.count; ++k) {
+        if (row.isBits(k) || views[k].rowStep != n * row.pixelStep[k]) return false;
     }
     return true;
 }
@@ -336,7 +335,8 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
     row.count = count;
     row.nSources = count - nDestinations;
     OwnChannelWalk walk = OwnChannelWalk::SEPARATE;
-    if (!ownFindTogether(row, views)) walk = ownChannelWalk(views, count, mask != nullptr);
+    const bool isTogether = ownFindTogether(row, views);
+    if (!isTogether) walk = ownChannelWalk(views, count, mask != nullptr);
     // Samples between the selected ones are left out when a destination is stored, not when there is none.
     if (walk == OwnChannelWalk::GAPPED && nDestinations == 0) walk = OwnChannelWalk::SEPARATE;
     // Without a mask a packed row is one run of samples, and so are touching rows.
@@ -352,7 +352,9 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
     ptrdiff_t pixels = static_cast<ptrdiff_t>(views[0].width) * (isPlainRun ? nChannels : 1);
     int32_t height = views[0].height;
     const bool isPlanes = walk == OwnChannelWalk::SEPARATE && mask == nullptr && row.isContiguousEverywhere();
-    if ((isPlainRun || isPlanes) && ownRowsTouch(views, count, pixels)) {
+    ownPlaceRow(row, views, 0, 0);
+    const bool isSplit = isTogether && mask == nullptr && ownIsApart(row, views, pixels, height);
+    if ((isPlainRun || isPlanes || isSplit) && ownRowsTouch(row, views, pixels)) {
         pixels *= height;
         height = 1;
     }

@@ -86,6 +86,12 @@ void add(const std::string& name, bool isTo)
             const int32_t status = isTo ? convertTo(a[0], *converted) : convertFrom(*converted, a[0]);
             const PxkBitmapInfoHeader header = converted->header();
             found.clear();
+            int32_t isCloned = -1; // in its plain form the library also makes an image of it
+            if (!converted->isSep && pxkGetErrStatus() == 0) {
+                PxkImage* const image = pxkTranslateDIB(converted->dib(), &isCloned);
+                if (image != nullptr) found = { double(isCloned), double(image->nChannels), double(image->depth) };
+                pxkDeallocate(image, isCloned != 0 ? PXK_FREE_HEADER | PXK_FREE_DATA : PXK_FREE_HEADER);
+            }
             for (int32_t i = 0; i < header.biWidth * std::abs(header.biHeight); ++i)
                 found.push_back(converted->pixel(i % header.biWidth, i / header.biWidth));
             return status;

@@ -1,43 +1,47 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Single pixels and the ring image.
 #include <cmath>
+#include <cstring>
 
 #include "support/operations.h"
 
 namespace {
 
-// x, y and the seed of what is put; below 0: no memory for a pixel. What lies in that memory behind the call is found:
-// samples one behind the other, low bytes first, from an odd address on.
+// A pixel as the library lays it out, samples one behind the other and bits in bytes, is a picture of one pixel.
+PicturePtr pixelOf(const PxkImage& image, double seed)
+{
+    const int32_t depth = image.depth == PXK_DEPTH_1U ? PXK_DEPTH_8U : image.depth;
+    return Picture::make({ depth, 1, 1, image.nChannels }, uint64_t(std::fabs(seed)));
+}
+
+// x, y and the seed of the pixel that is put, or of what is in its place before one is got; below 0: there is no place.
 void addPixel(const std::string& name, int32_t (*access)(PxkImage*, int32_t, int32_t, void*), bool isPut,
               const char* refusedTile)
 {
     Operation op(
         name, { "image" },
         [=](const Arguments& a) {
-            uint8_t memory[40];
-            Random random { uint64_t(a.numbers[2]) };
-            for (uint8_t& byte : memory) byte = uint8_t(random.next());
+            uint8_t memory[42] = {}; // odd addresses are the caller's right
+            if (a[0] == nullptr) return access(nullptr, a.integer(0), a.integer(1), memory);
+            const PicturePtr pixel = pixelOf(*a[0], a.numbers[2]);
+            const size_t bytes = size_t(pixel->spec.channels * depthBits(pixel->spec.depth) / 8);
+            memcpy(memory + 1, pixel->row(0), bytes);
             const int32_t status = access(a[0], a.integer(0), a.integer(1), a.numbers[2] < 0 ? nullptr : memory + 1);
-            found.assign(memory, memory + 40);
+            EXPECT_EQ(memory[0] + memory[1 + bytes], 0);
+            memcpy(pixel->row(0), memory + 1, bytes);
+            found.clear();
+            for (int32_t c = 0; c < pixel->spec.channels; ++c) found.push_back(pixel->bits(0, 0, c));
             return status;
         },
         [=](const Scene& s, const Numbers& n, const Scene& got) {
             Picture& p = s[0];
+            const PicturePtr pixel = pixelOf(p.header, n[2]);
             const int32_t x = int32_t(n[0]), y = int32_t(n[1]);
             const int32_t row = p.spec.origin == 1 ? p.spec.height - 1 - y : y;
-            Random random { uint64_t(n[2]) };
-            Numbers wanted(40);
-            for (double& byte : wanted) byte = uint8_t(random.next());
-            size_t at = 1;
             for (int32_t c = 0; c < p.spec.channels; ++c) {
-                uint32_t bits = isPut ? 0 : p.bits(x, row, c);
-                for (int32_t shift = 0; shift < depthBits(p.spec.depth); shift += 8, ++at) {
-                    if (isPut) bits |= uint32_t(wanted[at]) << shift;
-                    if (!isPut) wanted[at] = bits >> shift & 255;
-                }
-                if (isPut) p.setBits(x, row, c, bits);
+                if (isPut) p.setBits(x, row, c, pixel->bits(0, 0, c));
+                EXPECT_EQ(found[size_t(c)], (isPut ? *pixel : p).bits(isPut ? 0 : x, isPut ? 0 : row, c));
             }
-            EXPECT_EQ(found, wanted);
             if (!p.isTiled()) return;
             EXPECT_EQ(got[0].storage->calls.size(), 2u);
             EXPECT_TRUE(got[0].askedOnlyInside(x, row, 1, 1));

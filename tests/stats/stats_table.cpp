@@ -313,7 +313,7 @@ void addExtrema()
                                         : found[0] == *ends.first && found[1] == *ends.second);
         });
     op.axes.depths = { PXK_DEPTH_32F };
-    op.hasMasks = false;
+    op.isPointwise = op.hasMasks = false; // tiles beyond the mask count, too
     op.faultStatus = PXK_StsBadArg;
     op.refusedTile = tellsNullTile(op.images, "NULL");
     op.nWritten = 0;

@@ -105,6 +105,8 @@ void add(const std::string& name, bool isTo)
     op.scene = [=](const Case& c) { return Scene { { pairOf(seedOf(c), isTo).image } }; };
     op.numbers = [=](const Case& c, const Scene&, Random&) { return Numbers { seedOf(c) }; };
     op.axes.depths = { PXK_DEPTH_8U, PXK_DEPTH_8S, PXK_DEPTH_16U, PXK_DEPTH_16S, PXK_DEPTH_32S, PXK_DEPTH_32F };
+    op.axes.places.assign(4, InPlace::NO); // for as many cases
+    op.axes.count = 4000;
     op.isPointwise = op.hasRegions = op.hasMasks = false;
     op.stale = isTo || pairOf(seedOf(Case()), isTo).bitmap->isSep ? Stale::RUNS : Stale::STOPS;
     op.nullImage = op.noMemory = op.refusedTile = nullptr; // tests of their own

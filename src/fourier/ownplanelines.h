@@ -2,10 +2,13 @@
 // One channel of an image as lines side by side: sixteen rows at a time, turned over in squares.
 #pragma once
 
+#include <utility>
+
 #include "frame/owndepth.h"
 #include "frame/ownivdep.h"
 #include "frame/ownlimit.h"
 #include "frame/ownplane.h"
+#include "frame/ownregion.h"
 #include "owntranspose.h"
 
 // Samples as floats.
@@ -77,6 +80,18 @@ inline int32_t* ownRowInPlace(const OwnFixedPlane&, int32_t)
 template <class Plane> ptrdiff_t ownRowValues(const Plane& plane)
 {
     return plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(*ownRowInPlace(plane, 0)));
+}
+
+// Makes single columns single rows, whose transforms are the same: a pixel's neighbour lies a row further. Columns of
+// an odd length stay, because their partner in a transform is another one than a row's.
+template <class Plane> void ownLayColumnsDown(Plane& source, Plane& destination, OwnSize& size)
+{
+    OwnView &a = source.view, &b = destination.view;
+    if (size.width != 1 || size.height % 2 != 0 || a.rowStep % a.sampleBytes != 0 || b.rowStep % b.sampleBytes != 0)
+        return;
+    std::swap(size.width, size.height);
+    std::swap(a.pixelStep, a.rowStep);
+    std::swap(b.pixelStep, b.rowStep);
 }
 
 // Columns that are turned over by way of a buffer on the stack.

@@ -7,7 +7,7 @@
 // Tables and work memory of the transforms, blocks of the pxkMalloc family.
 constexpr int OWN_TRANSFORM_TABLES = 32;
 
-enum class OwnTableKind { LINES, REAL_LINES, FIXED_LINES, COSINE_LINES };
+enum class OwnTableKind { LINES, LONE_LINES, REAL_LINES, FIXED_LINES, COSINE_LINES };
 
 struct OwnTransformTable {
     int32_t length; // of the lines that it serves; the first entry of length 0 ends the list

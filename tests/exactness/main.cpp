@@ -133,24 +133,10 @@ void findRecords()
     pxkSetTileInfo(tiles, nullptr, 4, 24, tiles->height);
     find({ double(tiles->id), double(tiles->width), double(tiles->height) });
     pxkDeleteTileInfo(tiles);
-    int32_t values[16] = { 1, -200, 1 << 20, -7 }, parts[5];
-    int8_t bytes[4] = { 1, -128, 127, 0 };
-    float reals[4] = { 0.5f, -1e30f, 1e-40f, 3 };
+    const int32_t values[16] = { 1, -200, 1 << 20, -7 };
     PxkColorTwist* const twist = pxkCreateColorTwist(values, 31);
     find(Numbers(twist->data, twist->data + 16));
     pxkDeleteColorTwist(twist);
-    PxkConvKernel *const kernel = pxkCreateConvKernel(2, 2, 1, 0, values, 5),
-                         *const ofBytes = pxkCreateConvKernelChar(4, 1, 0, 0, bytes, 6);
-    PxkConvKernelFP* const ofReals = pxkCreateConvKernelFP(1, 4, 0, 3, reals);
-    pxkGetConvKernel(kernel, &parts[0], &parts[1], &parts[2], &parts[3], values, &parts[4]);
-    find(Numbers(parts, parts + 5));
-    pxkGetConvKernelChar(ofBytes, &parts[0], &parts[1], &parts[2], &parts[3], bytes, &parts[4]);
-    find(Numbers(parts, parts + 5));
-    pxkGetConvKernelFP(ofReals, &parts[0], &parts[1], &parts[2], &parts[3], reals);
-    find(Numbers(parts, parts + 5));
-    for (size_t k = 0; k < 4; ++k) find({ double(values[k]), double(bytes[k]), double(reals[k]) });
-    for (PxkConvKernel* made : { kernel, ofBytes }) pxkDeleteConvKernel(made);
-    pxkDeleteConvKernelFP(ofReals);
 }
 
 Line lineOf(const std::string& name, void (*findNumbers)())

@@ -203,6 +203,10 @@ void addRotation()
         return Numbers { angle, x, y, toX, toY, double(random.oneOf(interpolationsAndEdges)) };
     };
     addAtAllDepths(op);
+    const char* const unlike = "srcImage->depth != dstImage->depth"; // by right angles it tells itself
+    addRefusals("pxkRotate",
+                { { unlike, { RGB, RGB_16U }, { 37, 0, 0, 0, 0, 1 } },
+                  { unlike, { RGB, RGB_16U }, { 90, 0, 0, 0, 0, 1 }, {}, PXK_StsBadArg, "pxkRotate" } });
 }
 
 void addShear()

@@ -313,19 +313,6 @@ static void ownPlaceRow(OwnSampleRow& row, const OwnView* views, int32_t channel
     }
 }
 
-// All rows of a channel where that can be decided for them together. False: it cannot.
-static bool ownRunDirectRows(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n, int32_t height)
-{
-    if (row.hasGap() || !row.isContiguousEverywhere() || !ownIsApart(row, views, n, height)) return false;
-    uint8_t* operands[ownMostViews];
-    std::copy(row.first, row.first + row.count, operands);
-    for (int32_t y = 0; y < height; ++y) {
-        (*row.rowFunction)(operands, n * row.unitSamples);
-        for (int32_t k = 0; k < row.count; ++k) operands[k] += views[k].rowStep;
-    }
-    return true;
-}
-
 void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
                    const OwnRowFunction& rowFunction)
 {
@@ -359,8 +346,6 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
         height = 1;
     }
     for (int32_t channel = 0; channel < (walk == OwnChannelWalk::SEPARATE ? nChannels : 1); ++channel) {
-        ownPlaceRow(row, views, channel, 0);
-        if (mask == nullptr && ownRunDirectRows(row, views, pixels, height)) continue;
         for (int32_t y = 0; y < height; ++y) {
             ownPlaceRow(row, views, channel, y);
             if (mask == nullptr) {

@@ -333,9 +333,11 @@ static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPa
     const int64_t first = std::max<int64_t>(0, low + work.margins.left - origin);
     const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
     const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
-    const int64_t fewBytes = ownIsSmallWindow(work.margins) ? 128 : 1024; // chained rows of a frame cost little
+    const bool isSmall = ownIsSmallWindow(work.margins);
+    const int64_t fewBytes = isSmall ? 128 : 1024; // chained rows of a frame cost little
+    const bool isCut = !work.inFixedBands && (isSmall || !work.isCostly);
     const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes >= ownBlockBytes;
-    const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes >= fewBytes);
+    const bool isWorth = isWhole || (isCut && (end - first - 8 * overlap) * pass.pixelBytes >= fewBytes);
     if (!pass.isPacked || !isWorth) {
         parts[0] = { { { 0, rect.width }, { 0, 0 } }, false };
         return 1;

@@ -122,7 +122,8 @@ static void ownRunFirstLonePass(const OwnLinePlan& plan, const float* turns, con
     }
 }
 
-// Out of cells, one after the other: what stands out over a cell, and over the line, is no point of it.
+// Out of cells, one after the other: what a copy leaves behind a cell's points is overwritten by the next cell, or lies
+// behind the line.
 static void ownLeaveCells(const OwnLinePlan& plan, const float* cells, float* to)
 {
     const ptrdiff_t points = ownCellPoints(plan), groups = ownCellGroups(plan);

@@ -4,14 +4,16 @@
 //     pxk_exactness                        prints a line for each of some fixed cases of every operation
 //     pxk_exactness --compare listing.txt  counts lines that are equal and different, and shows the first that differ
 //
-// A line: the operation, the number of the case in its product, the CRC-32 of what the call gets and of what it gives,
-// the stored status.
+// A line: the operation, the number of the case in its product or a photograph, the CRC-32 of what the call gets and of
+// what it gives, the stored status. One with a ~ at its end may differ where floats are computed in wider registers.
+#include <algorithm>
 #include <cfloat>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <map>
 
+#include "bitmapfile.h"
 #include "support/operations.h"
 
 namespace {
@@ -50,7 +52,7 @@ struct Line {
     std::string key, result;
 };
 
-Line lineOf(const Operation& op, const Case& c)
+Line lineOf(const Operation& op, const Case& c, const std::string& index)
 {
     const Scene scene = op.scene(c);
     Arguments arguments;
@@ -68,7 +70,42 @@ Line lineOf(const Operation& op, const Case& c)
     output.add(found);
     char result[40];
     snprintf(result, sizeof result, "%08X %08X %d", unsigned(input.sum()), unsigned(output.sum()), int(status));
-    return { op.name + " " + std::to_string(c.index), result };
+    return { op.name + " " + index, result };
+}
+
+// ---- photographs ---------------------------------------------------------------------------------------------------
+
+// A part of one in place of noise, over the range of any depth.
+void fillFromPhoto(Picture& picture, PxkImage* photo)
+{
+    const int32_t bits = depthBits(picture.spec.depth);
+    picture.forEachSample([&](int32_t x, int32_t y, int32_t c) {
+        uint8_t pixel[4] = {};
+        pxkGetPixel(photo, (x + 170) % photo->width, (y + 100) % photo->height, pixel);
+        const uint32_t sample = pixel[c % photo->nChannels];
+        if (isFloatDepth(picture.spec.depth)) {
+            picture.setNumber(x, y, c, sample);
+        } else {
+            picture.setBits(x, y, c, bits < 8 ? sample > 127 : sample << (bits - 8));
+        }
+    });
+}
+
+Line lineOnPhoto(Operation op, PxkImage* photo)
+{
+    op.scene = [scene = op.scene, photo](const Case& c) {
+        const Scene made = scene(c);
+        for (const PicturePtr& image : made.images) fillFromPhoto(*image, photo);
+        return made;
+    };
+    Case c = op.plainCase(3);
+    c.region = Region::WHOLE;
+    c.width = 120;
+    c.height = 90;
+    const auto& shapes = op.axes.channels;
+    const bool takesColours = std::find(shapes.begin(), shapes.end(), Channels::THREE) != shapes.end();
+    c.channels = takesColours && photo->nChannels == 3 ? Channels::THREE : shapes[0];
+    return lineOf(op, c, photo->nChannels == 3 ? "astronaut" : "camera");
 }
 
 // ---- what has no row ------------------------------------------------------------------------------------------------
@@ -157,10 +194,16 @@ std::vector<Line> linesOfBuild()
 {
     std::vector<Line> lines = { lineOf("texts", findTexts), lineOf("images", findImages),
                                 lineOf("records", findRecords) };
+    BitmapFile photos[2];
+    const char* const fault = readBitmap(&photos[0], PXK_PHOTOS "/camera-gray8.bmp");
+    if (fault != nullptr || readBitmap(&photos[1], PXK_PHOTOS "/astronaut-24.bmp") != nullptr)
+        throw std::runtime_error("no photographs in " PXK_PHOTOS);
     for (Operation op : operations()) {
         op.axes.count = casesOfOperation;
-        forEachCase(op.axes, [&](const Case& c) { lines.push_back(lineOf(op, c)); });
+        forEachCase(op.axes, [&](const Case& c) { lines.push_back(lineOf(op, c, std::to_string(c.index))); });
+        for (const BitmapFile& photo : photos) lines.push_back(lineOnPhoto(op, photo.image));
     }
+    for (BitmapFile& photo : photos) releaseBitmap(&photo);
     return lines;
 }
 
@@ -185,18 +228,23 @@ std::string nameOfBuild()
 
 int compare(const std::vector<Line>& lines, const std::map<std::string, std::string>& listing)
 {
-    int different = 0, compared = 0;
+    int allowed = 0, different = 0, compared = 0;
     for (const Line& line : lines) {
         const auto at = listing.find(line.key);
-        const std::string wanted = at != listing.end() ? at->second : "nothing";
+        std::string wanted = at != listing.end() ? at->second : "nothing";
         compared += at != listing.end();
-        if (line.result == wanted || ++different > 20) continue;
-        printf("%s: %s, listed %s\n", line.key.c_str(), line.result.c_str(), wanted.c_str());
+        const bool isMarked = wanted.back() == '~';
+        if (isMarked) wanted.resize(wanted.size() - 2);
+        if (line.result == wanted) continue;
+        if (isMarked && FLT_EVAL_METHOD == 2)
+            ++allowed;
+        else if (++different <= 20)
+            printf("%s: %s, listed %s\n", line.key.c_str(), line.result.c_str(), wanted.c_str());
     }
-    const int cases = int(lines.size()), equal = cases - different;
+    const int cases = int(lines.size()), equal = cases - allowed - different;
     different += int(listing.size()) - compared; // cases that no longer exist
-    printf("%-38s %7s %7s %11s\n", "build", "cases", "equal", "different");
-    printf("%-38.38s %7d %7d %11d\n", nameOfBuild().c_str(), cases, equal, different);
+    printf("%-38s %7s %7s %9s %11s\n", "build", "cases", "equal", "allowed", "different");
+    printf("%-38.38s %7d %7d %9d %11d\n", nameOfBuild().c_str(), cases, equal, allowed, different);
     return different != 0;
 }
 

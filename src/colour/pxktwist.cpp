@@ -21,9 +21,9 @@ PxkColorTwist* pxkCreateColorTwist(const int32_t* data, int32_t scalingValue)
 {
     const bool isBad = scalingValue < 0 || scalingValue > ownMostScaling || data == nullptr;
     OWN_REFUSE_IF(isBad, PXK_StsBadArg, "bad_argument", nullptr);
-    OwnBuffer<PxkColorTwist> twist = ownBuffer<PxkColorTwist>(1);
+    OwnRecord<PxkColorTwist> twist = ownRecord<PxkColorTwist>(1);
     OWN_REFUSE_IF(twist == nullptr, PXK_StsNoMem, "matrix_is_not_allocated", nullptr);
-    ownFillTwist(twist[0], data, scalingValue);
+    ownFillTwist(*twist, data, scalingValue);
     return twist.release();
 }
 

@@ -40,6 +40,14 @@ constexpr int32_t OWN_LARGEST_BUTTERFLY = 8;
 // Null: no memory, or no free entry. Lives until the caches are released.
 const OwnLinePlan* ownLinePlan(OwnTransformCaches& caches, int32_t n);
 
+// Real and imaginary parts of a point, as offsets: exchanging both turns the transform's sign around.
+struct OwnParts {
+    ptrdiff_t re;
+    ptrdiff_t im;
+};
+
+void ownRunAnyPass(const OwnPass& pass, const float* from, float* to, OwnParts parts);
+
 // Values that `spare` must hold.
 int64_t ownSpareValues(const OwnLinePlan& plan);
 

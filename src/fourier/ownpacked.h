@@ -8,10 +8,11 @@
 #pragma once
 
 #include <cstring>
+#include <type_traits>
 
 #include "frame/ownivdep.h"
+#include "ownlonelines.h"
 #include "ownplanelines.h"
-#include "ownreallines.h"
 #include "owntables.h"
 
 template <class Value, class RealPlan, class LinePlan> struct OwnPacking {
@@ -20,9 +21,11 @@ template <class Value, class RealPlan, class LinePlan> struct OwnPacking {
     RealPlan rows;
     RealPlan edges; // columns 0 and W / 2
     const LinePlan* columns;
+    int64_t blockRows; // of a block of columns; those behind the last one fill up a square
     Value* blocks;
     Value* data; // lines of a pass, and room for their transforms
     Value* spare;
+    static constexpr bool hasLoneLines = std::is_same<RealPlan, OwnRealPlan>::value;
 };
 
 constexpr int64_t ownPadded(int64_t n)
@@ -33,7 +36,7 @@ constexpr int64_t ownPadded(int64_t n)
 // Values of a block of columns.
 template <class Packing> ptrdiff_t ownBlockValues(const Packing& packing)
 {
-    return static_cast<ptrdiff_t>(ownPadded(packing.height) * OWN_GROUP);
+    return static_cast<ptrdiff_t>(packing.blockRows * OWN_GROUP);
 }
 
 // Takes the memory; the plans are there. False: no memory.
@@ -44,7 +47,10 @@ template <class Value, class RealPlan, class LinePlan>
     for (const int64_t values : { ownRealValues(packing.edges), ownSpareValues(*packing.columns) })
         lines = lines > values ? lines : values;
     lines += OWN_LANES * OWN_GROUP; // squares stand out over the last column
-    const int64_t blocks = ownPadded(packing.rows.points) * ownPadded(packing.height) * 2;
+    packing.blockRows = ownPadded(packing.height);
+    if constexpr (OwnPacking<Value, RealPlan, LinePlan>::hasLoneLines)
+        if (ownGoesAlone(packing.rows, packing.height % OWN_LANES)) packing.blockRows = packing.height;
+    const int64_t blocks = ownPadded(packing.rows.points) * packing.blockRows * 2;
     packing.blocks =
         static_cast<Value*>(ownWorkMemory(caches, (blocks + 2 * lines) * static_cast<int64_t>(sizeof(Value))));
     packing.data = packing.blocks + blocks;
@@ -59,11 +65,46 @@ template <class Value> void ownTurnSpectra(const Value* from, Value* to)
     ownTransposeFrom(from + OWN_LANES, OWN_GROUP, to + OWN_LANES, OWN_GROUP);
 }
 
+// A row by itself, where few are left.
+template <class Packing, class Plane> void ownLoneRowToBlocks(const Packing& packing, const Plane& source, int32_t y)
+{
+    const float* values = ownRowInPlace(source, y);
+    if (values == nullptr) {
+        ownLoadValues(source, 0, y, packing.width, packing.spare);
+        values = packing.spare;
+    }
+    ownRealToLoneSpectrum(packing.rows, values, packing.data, packing.spare);
+    const OwnLoneLine line = ownLoneSpectrum(packing.rows, packing.data);
+    for (ptrdiff_t k = 0; k < packing.rows.points; k += OWN_LANES) {
+        float* group = packing.blocks + k / OWN_LANES * ownBlockValues(packing) + y * OWN_GROUP;
+        memcpy(group, line.re + k, OWN_LANES * sizeof(float));
+        memcpy(group + OWN_LANES, line.im + k, OWN_LANES * sizeof(float));
+    }
+}
+
+template <class Packing, class Plane>
+void ownBlocksToLoneRow(const Packing& packing, const Plane& destination, int32_t y)
+{
+    const OwnLoneLine line = ownLoneSpectrum(packing.rows, packing.data);
+    for (ptrdiff_t k = 0; k < packing.rows.points; k += OWN_LANES) {
+        const float* group = packing.blocks + k / OWN_LANES * ownBlockValues(packing) + y * OWN_GROUP;
+        memcpy(line.re + k, group, OWN_LANES * sizeof(float));
+        memcpy(line.im + k, group + OWN_LANES, OWN_LANES * sizeof(float));
+    }
+    ownLoneSpectrumToReal(packing.rows, packing.data, packing.spare);
+    ownStoreValues(destination, 0, y, packing.width, packing.spare);
+}
+
 template <class Packing, class Plane> void ownRowsToBlocks(const Packing& packing, const Plane& source)
 {
     const auto& plan = packing.rows;
     const int32_t width = packing.width, height = packing.height;
     for (int32_t y = 0; y < height;) {
+        if constexpr (Packing::hasLoneLines)
+            if (ownGoesAlone(plan, height - y)) {
+                ownLoneRowToBlocks(packing, source, y++);
+                continue;
+            }
         for (int32_t batch = 0; batch < plan.layout.batches; ++batch)
             ownLoadLines(source, width, height, y + batch * static_cast<int32_t>(OWN_LANES),
                          packing.data + batch * OWN_LANES, plan.layout.step);
@@ -83,6 +124,11 @@ template <class Packing, class Plane> void ownBlocksToRows(const Packing& packin
     const auto& plan = packing.rows;
     const int32_t width = packing.width, height = packing.height;
     for (int32_t y = 0; y < height;) {
+        if constexpr (Packing::hasLoneLines)
+            if (ownGoesAlone(plan, height - y)) {
+                ownBlocksToLoneRow(packing, destination, y++);
+                continue;
+            }
         for (int32_t batch = 0; batch < plan.layout.batches; ++batch) {
             const int32_t row =
                 y + batch * static_cast<int32_t>(OWN_LANES) < height ? y + batch * static_cast<int32_t>(OWN_LANES) : y;
@@ -171,10 +217,12 @@ void ownLoadEdges(const Packing& packing, const OwnPartFactors<Value>& factors, 
 }
 
 // Neighbouring blocks whose columns are transformed before rows of them move between blocks and image: so many that
-// they stay in the second-level cache, and long pieces of rows are moved.
+// they stay in the second-level cache, and long pieces of rows are moved. The first block and one that is not full are
+// ranges of their own: all columns of the others lie in the image one after the other.
 struct OwnBlockRange {
     int32_t first;
     int32_t count;
+    bool isInner;
 };
 
 constexpr int32_t OWN_MOST_BLOCKS = 16;
@@ -183,9 +231,11 @@ template <class Packing> OwnBlockRange ownBlocksFrom(const Packing& packing, int
 {
     constexpr ptrdiff_t cachedValues = 1 << 17;
     const int32_t all = static_cast<int32_t>(ownPadded(packing.rows.points) / OWN_LANES);
+    const int32_t inner = packing.rows.points / static_cast<int32_t>(OWN_LANES) - first;
+    if (first == 0 || inner < 1) return { first, all > first ? 1 : 0, false };
     const ptrdiff_t fitting = cachedValues / ownBlockValues(packing);
     const int32_t most = fitting < 1 ? 1 : fitting < OWN_MOST_BLOCKS ? static_cast<int32_t>(fitting) : OWN_MOST_BLOCKS;
-    return { first, all - first < most ? all - first : most };
+    return { first, inner < most ? inner : most, true };
 }
 
 // Complex columns of some blocks in the packed image: `n` values of each row from column x on, after `skipped` values,
@@ -222,16 +272,18 @@ void ownStoreColumns(const Packing& packing, const OwnBlockRange& range, const O
     const Value factorRe = factors.re, factorIm = factors.im;
     for (int32_t y = 0; y < packing.height; ++y) {
         alignas(64) Value values[OWN_MOST_BLOCKS * OWN_GROUP];
-        for (int32_t i = 0; i < range.count; ++i) {
+        Value* const row = range.isInner ? ownRowInPlace(destination, y) : nullptr;
+        Value* to = row != nullptr ? row + columns.x : values;
+        for (int32_t i = 0; i < range.count; ++i, to += OWN_GROUP) {
             const Value* group = packing.blocks + (range.first + i) * ownBlockValues(packing) + y * OWN_GROUP;
-            Value* to = values + i * OWN_GROUP;
             OWN_IVDEP
+            OWN_NOT_UNROLLED
             for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-                to[2 * lane] = ownTimes(group[lane], factorRe);
-                to[2 * lane + 1] = ownTimes(group[OWN_LANES + lane], factorIm);
+                to[2 * lane] = ownOneNaN(ownTimes(group[lane], factorRe));
+                to[2 * lane + 1] = ownOneNaN(ownTimes(group[OWN_LANES + lane], factorIm));
             }
         }
-        ownStoreValues(destination, columns.x, y, columns.n, values + columns.skipped);
+        if (row == nullptr) ownStoreValues(destination, columns.x, y, columns.n, values + columns.skipped);
     }
 }
 
@@ -243,11 +295,13 @@ void ownLoadColumns(const Packing& packing, const OwnBlockRange& range, const Ow
     const Value factorRe = factors.re, factorIm = factors.im;
     alignas(64) Value values[OWN_MOST_BLOCKS * OWN_GROUP] = {};
     for (int32_t y = 0; y < packing.height; ++y) {
-        if (columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.skipped);
-        for (int32_t i = 0; i < range.count; ++i) {
+        const Value* const row = range.isInner ? ownRowInPlace(source, y) : nullptr;
+        if (row == nullptr && columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.skipped);
+        const Value* from = row != nullptr ? row + columns.x : values;
+        for (int32_t i = 0; i < range.count; ++i, from += OWN_GROUP) {
             Value* group = packing.blocks + (range.first + i) * ownBlockValues(packing) + y * OWN_GROUP;
-            const Value* from = values + i * OWN_GROUP;
             OWN_IVDEP
+            OWN_NOT_UNROLLED
             for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
                 group[lane] = ownTimes(from[2 * lane], factorRe);
                 group[OWN_LANES + lane] = ownTimes(from[2 * lane + 1], factorIm);

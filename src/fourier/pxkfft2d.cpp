@@ -111,16 +111,21 @@ static void ownTransformChannels(const OwnFourierCall& call, const Packing& pack
 
 static bool ownTransformFloats(OwnTransformCaches& caches, const OwnFourierCall& call)
 {
+    OwnFloatPlane source = { ownRegionStart(call.source), call.source->depth, 0 };
+    OwnFloatPlane destination = { ownRegionStart(call.destination), call.destination->depth, 0 };
+    OwnSize size = call.size;
+    ownLayColumnsDown(source, destination, size);
     OwnPacking<float, OwnRealPlan, OwnLinePlan> packing = {};
-    packing.width = call.size.width;
-    packing.height = call.size.height;
-    packing.columns = ownLinePlan(caches, call.size.height);
-    if (packing.columns == nullptr || !ownRealPlan(caches, call.size.width, packing.rows)
-        || !ownRealPlan(caches, call.size.height, packing.edges) || !ownTakeMemory(caches, packing))
+    packing.width = size.width;
+    packing.height = size.height;
+    packing.columns = ownLinePlan(caches, size.height);
+    if (packing.columns == nullptr || !ownRealPlan(caches, size.width, packing.rows)
+        || !ownRealPlan(caches, size.height, packing.edges))
         return false;
+    if (size.height % OWN_LANES <= OWN_MOST_LONE && !ownAddLoneLines(caches, packing.rows)) return false;
+    if (!ownTakeMemory(caches, packing)) return false;
     const float scale = ownScales(call) ? ownScaleFactor(call.size) : 1;
-    ownTransformChannels(call, packing, OwnFloatPlane { ownRegionStart(call.source), call.source->depth, 0 },
-                         OwnFloatPlane { ownRegionStart(call.destination), call.destination->depth, 0 },
+    ownTransformChannels(call, packing, source, destination,
                          OwnPartFactors<float> { scale, ownTurnsSign(call) ? -scale : scale });
     return true;
 }

@@ -314,34 +314,6 @@ static void ownPlaceRow(OwnSampleRow& row, const OwnView* views, int32_t channel
     }
 }
 
-// Vectors that are stored across the lines of a cache take up to twice as long. So the samples of a long row up to the
-// destination's first line are done by themselves.
-static void ownRunToLine(const OwnSampleRow& row, uint8_t** operands, ptrdiff_t& n)
-{
-    constexpr ptrdiff_t lineBytes = 64, longRow = 16384; // samples
-    const int32_t d = row.count - 1;
-    const ptrdiff_t misplaced = static_cast<ptrdiff_t>(reinterpret_cast<uintptr_t>(operands[d]) % lineBytes);
-    if (d < row.nSources || n < longRow || misplaced == 0 || misplaced % row.sampleBytes[d] != 0) return;
-    const ptrdiff_t first = (lineBytes - misplaced) / row.sampleBytes[d];
-    (*row.rowFunction)(operands, first);
-    for (int32_t k = 0; k < row.count; ++k) operands[k] += first * row.sampleBytes[k];
-    n -= first;
-}
-
-// All rows of a channel where that can be decided for them together. False: it cannot.
-static bool ownRunDirectRows(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n, int32_t height)
-{
-    if (row.hasGap() || !row.isContiguousEverywhere() || !ownIsApart(row, views, n, height)) return false;
-    for (int32_t y = 0; y < height; ++y) {
-        uint8_t* operands[ownMostViews];
-        for (int32_t k = 0; k < row.count; ++k) operands[k] = row.first[k] + y * views[k].rowStep;
-        ptrdiff_t samples = n * row.unitSamples;
-        ownRunToLine(row, operands, samples);
-        (*row.rowFunction)(operands, samples);
-    }
-    return true;
-}
-
 void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
                    const OwnRowFunction& rowFunction)
 {
@@ -375,8 +347,6 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
         height = 1;
     }
     for (int32_t channel = 0; channel < (walk == OwnChannelWalk::SEPARATE ? nChannels : 1); ++channel) {
-        ownPlaceRow(row, views, channel, 0);
-        if (mask == nullptr && ownRunDirectRows(row, views, pixels, height)) continue;
         for (int32_t y = 0; y < height; ++y) {
             ownPlaceRow(row, views, channel, y);
             if (mask == nullptr) {

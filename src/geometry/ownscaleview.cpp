@@ -4,7 +4,9 @@
 #include <cstring>
 
 #include "frame/ownbits.h"
+#include "frame/ownscratch.h"
 #include "owngather.h"
+#include "ownpairs.h"
 #include "ownresample.h"
 #include "ownscalerows.h"
 
@@ -16,16 +18,6 @@ OwnBuffer<int32_t> ownTapOffsets(const OwnAxis& across, int32_t start, int32_t n
     const int32_t step = static_cast<int32_t>(pixelStep);
     for (ptrdiff_t i = 0; i < n; ++i) offsets[static_cast<size_t>(i)] = (first[i] - from) * step;
     return offsets;
-}
-
-// Calls f(start, n) for all samples of a row. Blocks of a whole number of vectors leave no remainder, which compilers
-// take one by one; the last two may overlap.
-template <class F> static inline void ownForBlocks(ptrdiff_t n, const F& f)
-{
-    constexpr ptrdiff_t block = 64;
-    if (n < block) return f(0, n);
-    f(0, n & -block);
-    if (n % block != 0) f(n - block, block);
 }
 
 // ---- nearest -------------------------------------------------------------------------------------------------------
@@ -92,116 +84,217 @@ static bool ownNearestView(const OwnScaling& scaling, const OwnScalePlace& place
 
 // ---- linear and cubic ----------------------------------------------------------------------------------------------
 
-// Source rows that have passed along the row axis: as many as an output row depends on, each kept until its place is
-// needed. `Rows` is OwnLinear or OwnCubic.
-template <class Rows> class OwnRowRing {
+// What the rows of a view are made of, whatever their samples are.
+struct OwnRowMaking {
+    const OwnAxis* across;
+    const OwnAxis& down;
+    OwnScalePlace place;
+    OwnView source;
+    OwnAxis folded;
+    OwnPairs pairs;     // none: rows are made as they are stored
+    int32_t firstPixel; // on the axis across
+    int32_t width;      // destination pixels
+    int32_t height;
+    ptrdiff_t samples; // of a row
+    ptrdiff_t stride;
+    OwnBuffer<int32_t> offsets; // of the pixels in no pair
+    OwnScratch scratch;
+
+    OwnRowMaking(const OwnScaling& scaling, const OwnScalePlace& where, const OwnView& from, const OwnView& to);
+    // False: out of memory.
+    [[nodiscard]] bool open();
+
+    // Pixels of one sample without gaps.
+    bool isPacked() const { return source.nChannels == 1 && source.pixelStep == source.sampleBytes; }
+    bool isFolded() const { return pairs.count > 0; }
+    int32_t firstRow(int32_t y) const { return down.first[static_cast<size_t>(place.y + y)] - place.fromY; }
+};
+
+OwnRowMaking::OwnRowMaking(const OwnScaling& scaling, const OwnScalePlace& where, const OwnView& from,
+                           const OwnView& to)
+    : across(&scaling.across)
+    , down(scaling.down)
+    , place(where)
+    , source(from)
+    , folded()
+    , pairs()
+    , firstPixel(where.x)
+    , width(to.width)
+    , height(to.height)
+    , samples(static_cast<ptrdiff_t>(to.width) * from.nChannels)
+    , stride((samples + 63) & ~static_cast<ptrdiff_t>(63))
+{
+}
+
+bool OwnRowMaking::open()
+{
+    if (isPacked()) pairs = ownFindPairs(across->first.get() + place.x, width);
+    if (isFolded()) {
+        if (!ownFoldAxis(*across, place.x, width, pairs, folded)) return false;
+        across = &folded;
+        firstPixel = 0;
+    }
+    const int32_t nPaired = 2 * pairs.count;
+    offsets = ownTapOffsets(*across, firstPixel + nPaired, width - nPaired, place.fromX, source.pixelStep);
+    return offsets != nullptr;
+}
+
+// Source rows that have passed along the row axis are kept until their place is needed: as many as an output row
+// depends on. `Rows` is OwnLinear or OwnCubic.
+template <class Rows> class OwnRowMaker {
 public:
     using Sample = typename Rows::Sample;
     using Middle = typename Rows::Middle;
-    static constexpr int32_t taps = Rows::taps;
 
-    [[nodiscard]] bool open(const OwnAxis& across, const OwnScalePlace& place, const OwnView& source, int32_t width)
+    explicit OwnRowMaker(OwnRowMaking& making)
+        : making_(making)
+        , tapSamples_(making.scratch.take<Sample>(static_cast<int64_t>(making.stride) * taps))
+        , rows_(making.scratch.take<Middle>(static_cast<int64_t>(making.stride) * taps))
+        , made_(making.scratch.take<Sample>(static_cast<int64_t>(making.stride) * 2))
     {
-        across_ = &across;
         std::fill_n(held_, taps, -1);
-        source_ = source;
-        firstWeight_ = static_cast<ptrdiff_t>(place.x) * source.nChannels;
-        width_ = width;
-        samples_ = static_cast<ptrdiff_t>(width) * source.nChannels;
-        stride_ = (samples_ + 63) & ~static_cast<ptrdiff_t>(63);
-        offsets_ = ownTapOffsets(across, place.x, width, place.fromX, source.pixelStep);
-        tapSamples_ = ownBuffer<Sample>(static_cast<int64_t>(stride_) * taps);
-        rows_ = ownBuffer<Middle>(static_cast<int64_t>(stride_) * taps);
-        return offsets_ != nullptr && tapSamples_ != nullptr && rows_ != nullptr;
     }
 
-    ptrdiff_t samples() const { return samples_; }
+    bool isOpen() const { return tapSamples_ != nullptr && rows_ != nullptr && made_ != nullptr; }
+
+    // Rows are asked for in ascending order. One that has the same taps as the next is made together with it.
+    void make(int32_t y, Sample* row)
+    {
+        Sample* const second = made_ + making_.stride;
+        if (y == waiting_) return store(second, row);
+        Sample* const first = making_.isFolded() ? made_ : row;
+        const bool isWorth = making_.isFolded() || taps > 2; // a row that is copied has to save more than its copy
+        if (isWorth && y + 1 < making_.height && making_.firstRow(y + 1) == making_.firstRow(y)) {
+            makeAcross<2>(y, { first, second });
+            waiting_ = y + 1;
+        } else {
+            makeAcross<1>(y, { first });
+        }
+        store(first, row);
+    }
+
+private:
+    static constexpr int32_t taps = Rows::taps;
+
+    template <int32_t N> void makeAcross(int32_t y, Sample* const (&to)[N])
+    {
+        const Middle* rows[taps];
+        for (int32_t k = 0; k < taps; ++k) rows[k] = row(making_.firstRow(y) + k);
+        const ptrdiff_t at = static_cast<ptrdiff_t>(making_.place.y) + y;
+        ownForBlocks(making_.samples, [&](ptrdiff_t start, ptrdiff_t n) {
+            const Middle* from[taps];
+            Sample* part[N];
+            for (int32_t k = 0; k < taps; ++k) from[k] = rows[k] + start;
+            for (int32_t k = 0; k < N; ++k) part[k] = to[k] + start;
+            Rows::template across<N>(from, making_.down, at, part, n);
+        });
+    }
+
+    void store(const Sample* made, Sample* row) const
+    {
+        if (making_.isFolded()) {
+            ownUnfold(made, making_.pairs, row, making_.width);
+        } else if (made != row) {
+            memcpy(row, made, static_cast<size_t>(making_.samples) * sizeof(Sample));
+        }
+    }
 
     const Middle* row(int32_t y)
     {
         const int32_t slot = y % taps;
-        Middle* const to = rows_.get() + slot * stride_;
-        if (held_[slot] != y) makeRow(source_.first + y * source_.rowStep, to);
+        Middle* const to = rows_ + slot * making_.stride;
+        if (held_[slot] != y) makeAlong(making_.source.first + y * making_.source.rowStep, to);
         held_[slot] = y;
         return to;
     }
 
-private:
-    void makeRow(const uint8_t* from, Middle* to)
+    void makeAlong(const uint8_t* from, Middle* to)
     {
-        uint8_t* const gathered = reinterpret_cast<uint8_t*>(tapSamples_.get());
+        const int32_t nPairs = making_.pairs.count;
+        if (nPairs > 0) {
+            const OwnAxis& across = *making_.across;
+            const Sample* const first = reinterpret_cast<const Sample*>(from) + across.first[0] - making_.place.fromX;
+            ownForBlocks(nPairs, [&](ptrdiff_t start, ptrdiff_t n) {
+                Rows::alongPairs(first + start, across, start, nPairs, to + start, n);
+            });
+        }
+        gatherAlong(from, 2 * nPairs, to);
+    }
+
+    // Pixels from `start` on, whose taps are brought together first.
+    void gatherAlong(const uint8_t* from, int32_t start, Middle* to)
+    {
+        const ptrdiff_t n = making_.width - start;
+        const int32_t* const offsets = making_.offsets.get();
+        uint8_t* const gathered = reinterpret_cast<uint8_t*>(tapSamples_);
         constexpr int32_t wordBytes = taps * static_cast<int32_t>(sizeof(Sample));
         if constexpr (wordBytes <= 4) {
             using Word = std::conditional_t<wordBytes == 4, uint32_t, uint16_t>;
-            if (source_.nChannels == 1 && source_.pixelStep == static_cast<ptrdiff_t>(sizeof(Sample))) {
-                ownGatherPixels(from, offsets_.get(), wordBytes, gathered, width_);
-                return makeAlong(OwnTapWords<Sample, Word> { reinterpret_cast<const Word*>(gathered) }, to);
+            if (making_.isPacked()) {
+                ownGatherPixels(from, offsets, wordBytes, gathered, n);
+                return makeOfTaps(OwnTapWords<Sample, Word> { reinterpret_cast<const Word*>(gathered) }, start, to);
             }
         }
+        const OwnView& source = making_.source;
         OwnTapRows<Sample> tapRows;
         for (int32_t k = 0; k < 4; ++k) {
             const int32_t tap = k % taps;
-            Sample* const tapRow = tapSamples_.get() + tap * stride_;
+            Sample* const tapRow = tapSamples_ + tap * making_.stride;
             tapRows.rows[k] = tapRow;
             if (k < taps) {
-                ownGatherPixels(from + k * source_.pixelStep, offsets_.get(), source_.nChannels * source_.sampleBytes,
-                                reinterpret_cast<uint8_t*>(tapRow), width_);
+                ownGatherPixels(from + k * source.pixelStep, offsets, source.nChannels * source.sampleBytes,
+                                reinterpret_cast<uint8_t*>(tapRow), n);
             }
         }
-        makeAlong(tapRows, to);
+        makeOfTaps(tapRows, start, to);
     }
 
-    template <class Taps> void makeAlong(const Taps& tapSamples, Middle* to)
+    template <class Taps> void makeOfTaps(const Taps& tapSamples, int32_t firstPixel, Middle* to)
     {
-        ownForBlocks(samples_, [&](ptrdiff_t start, ptrdiff_t n) {
-            Rows::along(tapSamples.from(start), *across_, firstWeight_ + start, to + start, n);
+        const ptrdiff_t first = static_cast<ptrdiff_t>(firstPixel) * making_.source.nChannels;
+        const ptrdiff_t weights = static_cast<ptrdiff_t>(making_.firstPixel) * making_.source.nChannels + first;
+        ownForBlocks(making_.samples - first, [&](ptrdiff_t start, ptrdiff_t n) {
+            Rows::along(tapSamples.from(start), *making_.across, weights + start, to + first + start, n);
         });
     }
 
-    const OwnAxis* across_ = nullptr;
-    OwnView source_ = {};
-    ptrdiff_t firstWeight_ = 0;
-    ptrdiff_t width_ = 0; // destination pixels
-    ptrdiff_t samples_ = 0;
-    ptrdiff_t stride_ = 0;
-    OwnBuffer<int32_t> offsets_;
-    OwnBuffer<Sample> tapSamples_;
-    OwnBuffer<Middle> rows_;
-    int32_t held_[taps]; // the source row in each place, or -1
+    OwnRowMaking& making_;
+    Sample* const tapSamples_;
+    Middle* const rows_;
+    Sample* const made_;   // two rows
+    int32_t waiting_ = -1; // the row that is made already, as the second one
+    int32_t held_[taps];   // the source row in each place, or -1
 };
 
 template <class Rows>
-static bool ownInterpolatedView(const OwnScaling& scaling, const OwnScalePlace& place, const OwnView& source,
-                                const OwnView& destination, const OwnBits* mask)
+static bool ownInterpolatedView(OwnRowMaking& making, const OwnView& destination, const OwnBits* mask)
 {
-    OwnRowRing<Rows> ring;
-    if (!ring.open(scaling.across, place, source, destination.width)) return false;
-    return ownMakeRows(destination, OwnBitForm::BYTES, mask, [&](int32_t y, uint8_t* row) {
-        const ptrdiff_t at = static_cast<ptrdiff_t>(place.y) + y;
-        const int32_t first = scaling.down.first[static_cast<size_t>(at)] - place.fromY;
-        const typename Rows::Middle* rows[Rows::taps];
-        for (int32_t k = 0; k < Rows::taps; ++k) rows[k] = ring.row(first + k);
-        typename Rows::Sample* const to = reinterpret_cast<typename Rows::Sample*>(row);
-        ownForBlocks(ring.samples(), [&](ptrdiff_t start, ptrdiff_t n) {
-            const typename Rows::Middle* block[Rows::taps];
-            for (int32_t k = 0; k < Rows::taps; ++k) block[k] = rows[k] + start;
-            Rows::across(block, scaling.down, at, to + start, n);
-        });
-    });
+    OwnRowMaker<Rows> maker(making);
+    return maker.isOpen() && ownMakeRows(destination, OwnBitForm::BYTES, mask, [&](int32_t y, uint8_t* row) {
+               maker.make(y, reinterpret_cast<typename Rows::Sample*>(row));
+           });
+}
+
+static bool ownInterpolated(const OwnScaling& scaling, const OwnScalePlace& place, const OwnView& source,
+                            const OwnView& destination, const OwnBits* mask)
+{
+    OwnRowMaking making(scaling, place, source, destination);
+    if (!making.open()) return false;
+    const bool isWide = source.sampleBytes == 2;
+    if (scaling.interpolation == OwnInterpolation::LINEAR) {
+        return isWide ? ownInterpolatedView<OwnLinear<uint16_t>>(making, destination, mask)
+                      : ownInterpolatedView<OwnLinear<uint8_t>>(making, destination, mask);
+    }
+    return isWide ? ownInterpolatedView<OwnCubic<uint16_t>>(making, destination, mask)
+                  : ownInterpolatedView<OwnCubic<uint8_t>>(making, destination, mask);
 }
 
 bool ownScaleView(const OwnScaling& scaling, const OwnScalePlace& place, const OwnView& source,
                   const OwnView& destination, const OwnBits* mask)
 {
-    const bool isWide = source.sampleBytes == 2;
     switch (scaling.interpolation) {
-    case OwnInterpolation::LINEAR:
-        return isWide ? ownInterpolatedView<OwnLinear<uint16_t>>(scaling, place, source, destination, mask)
-                      : ownInterpolatedView<OwnLinear<uint8_t>>(scaling, place, source, destination, mask);
-    case OwnInterpolation::CUBIC:
-        return isWide ? ownInterpolatedView<OwnCubic<uint16_t>>(scaling, place, source, destination, mask)
-                      : ownInterpolatedView<OwnCubic<uint8_t>>(scaling, place, source, destination, mask);
+    case OwnInterpolation::NEAREST: return ownNearestView(scaling, place, source, destination, mask);
     case OwnInterpolation::MEAN: return ownMeanView(scaling, place, source, destination, mask);
-    default: return ownNearestView(scaling, place, source, destination, mask);
+    default: return ownInterpolated(scaling, place, source, destination, mask);
     }
 }

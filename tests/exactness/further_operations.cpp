@@ -143,25 +143,131 @@ double sampleAt(PxkImage* image, int32_t x, int32_t y)
     }
 }
 
-void addRings(std::vector<Operation>& operations)
+void findSamples(PxkImage* image)
 {
-    Operation op = operation("pxkCreateImageJaehne", { "size" }, [](const Arguments& a) {
-        PxkImage* const image = pxkCreateImageJaehne(a[0]->depth, a[0]->width, a[0]->height);
-        const int32_t status = pxkGetErrStatus();
-        if (image == nullptr) return;
-        for (int32_t y = 0; y < image->height; ++y) {
-            for (int32_t x = 0; x < image->width; ++x) {
-                found.push_back(sampleAt(image, x, y));
-            }
-        }
-        pxkDeallocate(image, PXK_FREE_HEADER | PXK_FREE_DATA);
-        pxkSetErrStatus(status);
-    });
-    op.axes.masks = op.axes.tilings = { 0 };
-    operations.push_back(op);
+    for (int32_t y = 0; y < image->height; ++y) {
+        for (int32_t x = 0; x < image->width; ++x) found.push_back(sampleAt(image, x, y));
+    }
 }
 
-// What goes into small records comes out of them; texts.
+// A call that makes an image of one channel from another's header, or like it.
+template <class Make> Operation maker(const std::string& name, Make make)
+{
+    Operation op = operation(name, { "size" }, [make](const Arguments& a) {
+        PxkImage* const image = make(a[0]);
+        const int32_t status = pxkGetErrStatus();
+        if (image == nullptr) return;
+        findSamples(image);
+        pxkSetErrStatus(status);
+        found.push_back(pxkCheckImageHeader(image));
+        pxkDeallocateImage(image);
+        pxkDeallocateHeader(image);
+    });
+    op.axes.masks = op.axes.tilings = { 0 };
+    op.axes.channels = { Channels::ONE };
+    return op;
+}
+
+// With a region of its own.
+PxkImage* allocated(const PxkImage* size)
+{
+    PxkROI* const roi = pxkCreateROI(0, 1, 1, 5, 3);
+    pxkSetROI(roi, 0, 0, 1, size->width, 2);
+    PxkImage* const image =
+        pxkCreateImageHeader(1, 0, size->depth, "GRAY", "G", PXK_DATA_ORDER_PIXEL, size->origin, size->align,
+                             size->width, size->height, roi, nullptr, nullptr, nullptr);
+    if (size->depth == PXK_DEPTH_32F)
+        pxkAllocateImageFP(image, 1, -2.5f);
+    else
+        pxkAllocateImage(image, 1, -3);
+    pxkSetBorderMode(image, PXK_EDGE_MIRROR, PXK_SIDE_TOP, 7);
+    pxkErode(image, image, 1);
+    image->roi = nullptr;
+    pxkDeleteROI(roi);
+    return image;
+}
+
+void addMakers(std::vector<Operation>& operations)
+{
+    Operation rings = maker("pxkCreateImageJaehne", [](const PxkImage* size) {
+        return pxkCreateImageJaehne(size->depth, size->width, size->height);
+    });
+    rings.axes.channels = Axes().channels;
+    operations.push_back(rings);
+    operations.push_back(maker("pxkCloneImage", [](PxkImage* image) { return pxkCloneImage(image); }));
+    operations.push_back(maker("pxkAllocateImage", allocated));
+}
+
+// What goes into small records comes out of them.
+template <class Kernel> using KernelPtr = std::unique_ptr<Kernel, void(PXK_CALL*)(Kernel*)>;
+
+void getKernels(const Arguments& a)
+{
+    const auto findKernel = [](const int32_t(&parts)[5], const auto& values) {
+        found.insert(found.end(), parts, parts + 5);
+        found.insert(found.end(), values, values + 6);
+    };
+    int32_t parts[5] = {}, values[6] = { 1, -2, a[0]->width, a[0]->height, 1 << 20, -7 };
+    int8_t chars[6] = { 1, -128, 127, 0, -1, 5 };
+    float floats[6] = { 0.5f, -1e30f, 1e-40f, 3, float(a[0]->width), 7 };
+    const KernelPtr<PxkConvKernel> ofInts(pxkCreateConvKernel(3, 2, 1, 0, values, 5), pxkDeleteConvKernel),
+        ofChars(pxkCreateConvKernelChar(2, 3, 0, 1, chars, 6), pxkDeleteConvKernel);
+    const KernelPtr<PxkConvKernelFP> ofFloats(pxkCreateConvKernelFP(6, 1, 5, 0, floats), pxkDeleteConvKernelFP);
+    pxkGetConvKernel(ofInts.get(), &parts[0], &parts[1], &parts[2], &parts[3], values, &parts[4]);
+    findKernel(parts, values);
+    pxkGetConvKernelChar(ofChars.get(), &parts[0], &parts[1], &parts[2], &parts[3], chars, &parts[4]);
+    findKernel(parts, chars);
+    pxkGetConvKernelFP(ofFloats.get(), &parts[0], &parts[1], &parts[2], &parts[3], floats);
+    findKernel(parts, floats);
+}
+
+// Tile and colour twist records, the version, blocks of memory.
+void getRecords(const Arguments& a)
+{
+    PxkTileInfo* const tiles = pxkCreateTileInfo(nullptr, 3, 8, 16);
+    found.insert(found.end(), { double(tiles->id), double(tiles->width), double(tiles->height) });
+    pxkSetTileInfo(tiles, nullptr, 4, a[0]->width, a[0]->height);
+    found.insert(found.end(), { double(tiles->id), double(tiles->width), double(tiles->height) });
+    pxkDeleteTileInfo(tiles);
+
+    int32_t data[16] = { a[0]->width, -1, 1 << 30 };
+    PxkColorTwist* const twist = pxkCreateColorTwist(data, 31);
+    data[15] = a[0]->height;
+    found.push_back(pxkSetColorTwist(twist, data, 7));
+    found.insert(found.end(), twist->data, twist->data + 16);
+    found.push_back(twist->scalingValue);
+    pxkDeleteColorTwist(twist);
+
+    const PxkLibVersion* const version = pxkGetLibVersion();
+    found.insert(found.end(), { double(version->major), double(version->minor), double(version->build) });
+    found.push_back(pxkGetKestriumCounter() != 0);
+    for (void*(PXK_CALL * take)(int32_t) : { pxkMalloc, pxkwMalloc, pxkiMalloc, pxksMalloc, pxkdMalloc }) {
+        void* const block = take(a[0]->width);
+        found.push_back(double(uintptr_t(block) % 32));
+        pxkFree(block);
+    }
+}
+
+// What handlers of reports return in silence, the status they leave, and all texts.
+void getReports(const Arguments& a)
+{
+    const int32_t mode = pxkGetErrMode();
+    const PxkErrorCallBack old = pxkRedirectError(pxkNulDevReport);
+    pxkSetErrMode(PXK_ErrModeSilent);
+    for (const PxkErrorCallBack handler : { pxkNulDevReport, pxkStdErrReport, pxkGuiBoxReport }) {
+        pxkRedirectError(handler);
+        for (const int32_t status : { PXK_StsBackTrace, PXK_StsBadArg, -a[0]->width }) {
+            found.push_back(pxkError(status, "func", "context", "file", 1));
+            found.push_back(pxkGetErrStatus());
+        }
+    }
+    pxkRedirectError(old);
+    pxkSetErrMode(mode);
+    for (int32_t status = -250; status < 10; ++status)
+        for (const char* text = pxkErrorStr(status); *text != 0; ++text) found.push_back(*text);
+    pxkSetErrStatus(-a[0]->height);
+}
+
 void addRecords(std::vector<Operation>& operations)
 {
     operations.push_back(operation("pxkPutPixel", { "image" }, [](const Arguments& a) {
@@ -171,19 +277,34 @@ void addRecords(std::vector<Operation>& operations)
             pxkPutPixel(a[0], i, a[0]->height - 1, pixel);
         }
     }));
-    Operation op = operation("pxkGetConvKernel", { "size" }, [](const Arguments& a) {
-        int32_t parts[5], values[6] = { 1, -2, a[0]->width, a[0]->height, 1 << 20, -7 };
-        const std::unique_ptr<PxkConvKernel, void (*)(PxkConvKernel*)> kernel(
-            pxkCreateConvKernel(3, 2, 1, 0, values, 5), pxkDeleteConvKernel);
-        pxkGetConvKernel(kernel.get(), &parts[0], &parts[1], &parts[2], &parts[3], values, &parts[4]);
-        found.assign(parts, parts + 5);
-        found.insert(found.end(), values, values + 6);
-        for (int32_t status = -250; status < 10; ++status)
-            for (const char* text = pxkErrorStr(status); *text != 0; ++text) found.push_back(*text);
-    });
+    for (auto call : { getKernels, getRecords, getReports }) {
+        Operation op = operation(call == getKernels       ? "pxkGetConvKernel"
+                                     : call == getRecords ? "pxkSetTileInfo"
+                                                          : "pxkError",
+                                 { "size" }, call);
+        op.axes.depths = { PXK_DEPTH_8U };
+        op.axes.masks = op.axes.tilings = { 0 };
+        op.axes.channels = { Channels::ONE };
+        operations.push_back(op);
+    }
+}
+
+// From the one model that has no way back.
+void addYcc(std::vector<Operation>& operations)
+{
+    Operation op = operation("pxkYCC2RGB", { "src", "dst" }, [](const Arguments& a) { pxkYCC2RGB(a[0], a[1]); });
     op.axes.depths = { PXK_DEPTH_8U };
-    op.axes.masks = op.axes.tilings = { 0 };
-    op.axes.channels = { Channels::ONE };
+    op.axes.channels = { Channels::THREE };
+    op.axes.masks = { 0 };
+    op.scene = [](const Case& c) {
+        const Scene s = makeScene(c, 2, [](PictureSpec& spec, size_t) { spec.channels = 3; });
+        for (const size_t k : { 0, 1 }) {
+            memcpy(s[k].header.colorModel, k == 0 ? "YCC" : "RGB", 4);
+            memcpy(s[k].header.channelSeq, k == 0 ? "YCC" : "BGR", 4);
+            s[k].freeze();
+        }
+        return s;
+    };
     operations.push_back(op);
 }
 
@@ -197,6 +318,13 @@ void addBitmaps(std::vector<Operation>& operations)
                 const int32_t bits = a.integer(1), height = a[0]->height * a.integer(2);
                 const auto header = bitmapHeader(a[0]->width, height, bits, 0, bits == 8 ? 256 : 0);
                 const Bitmap bitmap(header, random.oneIn(2), random);
+                int32_t isCloned = 0;
+                if (!isTo && !bitmap.isSep) {
+                    PxkImage* const image = pxkTranslateDIB(bitmap.dib(), &isCloned);
+                    if (image != nullptr) found = { double(isCloned), double(image->nChannels), double(image->depth) };
+                    pxkDeallocate(image, isCloned != 0 ? PXK_FREE_HEADER | PXK_FREE_DATA : PXK_FREE_HEADER);
+                    pxkSetErrStatus(PXK_StsOk);
+                }
                 const int32_t status =
                     isTo ? convertTo(a[0], bitmap, a.integer(3), a.integer(4)) : convertFrom(bitmap, a[0]);
                 for (int32_t i = 0; i < Bitmap::tableWords(header); ++i) found.push_back(bitmap.word(i));
@@ -230,8 +358,9 @@ std::vector<Operation> furtherOperations()
     std::vector<Operation> operations;
     addWarps(operations);
     addMoments(operations);
-    addRings(operations);
+    addMakers(operations);
     addRecords(operations);
+    addYcc(operations);
     addBitmaps(operations);
     return operations;
 }

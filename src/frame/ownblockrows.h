@@ -2,6 +2,7 @@
 // Rows in whole blocks that may be worked on in place.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -14,7 +15,7 @@ __attribute__((always_inline)) inline void ownRunBlocks(uint8_t* const* rows, pt
 {
     constexpr ptrdiff_t block = ownBlockOf<T>, size = sizeof(T);
     const ptrdiff_t whole = n & -block, left = n - whole;
-    T ends[ROWS][block] = {};
+    T ends[ROWS][block];
     T* now[ROWS];
     for (int32_t k = 0; k < ROWS; ++k) now[k] = reinterpret_cast<T*>(rows[k]);
     for (ptrdiff_t count = whole;;) {
@@ -22,8 +23,10 @@ __attribute__((always_inline)) inline void ownRunBlocks(uint8_t* const* rows, pt
         if (left == 0) return;
         if (now[0] == ends[0]) break;
         for (int32_t k = 0; k < ROWS; ++k) {
-            if (k < SOURCES) memcpy(ends[k], rows[k] + whole * size, static_cast<size_t>(left * size));
             now[k] = ends[k];
+            if (k >= SOURCES) continue;
+            std::fill_n(ends[k], block, T(0));
+            memcpy(ends[k], rows[k] + whole * size, static_cast<size_t>(left * size));
         }
         count = block;
     }

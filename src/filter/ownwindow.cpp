@@ -69,13 +69,12 @@ static OwnReaches ownReaches(const OwnWindowWork& work, const OwnRect& output)
              ownReach(output.y, output.height, margins.top, margins.bottom, work.sourceRect.height, work.ring) };
 }
 
-// The rectangle of the image that these are. False when it does not fit in 31 bits.
+// The rectangle of the image that these are; it may end past the largest coordinate. False when it fits no rectangle.
 static bool ownImageRect(const OwnWindowWork& work, const OwnReaches& reaches, OwnRect* rect)
 {
     const int64_t x = work.sourceRect.x + reaches.columns.first;
     const int64_t y = work.sourceRect.y + reaches.rows.first;
-    if (x < INT32_MIN || y < INT32_MIN || x + reaches.columns.count > INT32_MAX || y + reaches.rows.count > INT32_MAX
-        || reaches.columns.count > INT32_MAX || reaches.rows.count > INT32_MAX) {
+    if (x < INT32_MIN || y < INT32_MIN || reaches.columns.count > INT32_MAX || reaches.rows.count > INT32_MAX) {
         return false;
     }
     *rect = { static_cast<int32_t>(x), static_cast<int32_t>(y), static_cast<int32_t>(reaches.columns.count),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Kernels given back, tile calls, windows beyond what counters hold, blocks that overlap, and samples that are no
 // numbers.
+#include <array>
 #include <limits>
 
 #include "reference/window.h"
@@ -99,6 +100,28 @@ TEST(Filters, meansOfHalves)
         for (int32_t i = 0; i < 2 * 255; ++i) ASSERT_EQ(dst->value(i % 2, i / 2), i / 2 + 1) << nCols << " columns";
     }
     expectNoReports();
+}
+
+// A tiled image ends at the largest coordinate, and windows reach past it. All its tiles are one.
+TEST(Filters, windowsPastTheLargestCoordinate)
+{
+    static std::array<uint8_t, 64> fives;
+    fives.fill(5);
+    const auto give = [](PxkImage* image, int32_t, int32_t, int32_t) {
+        image->tileInfo->tileData = fives.data();
+        return 0;
+    };
+    const PicturePtr dst = Picture::make({ PXK_DEPTH_8U, 4, 3 }, 1);
+    PxkTileInfo tiles = { give, 0, nullptr, 8, 8 };
+    PxkROI corner = { 0, INT32_MAX - 4, INT32_MAX - 3, 4, 3 };
+    PxkImage src = dst->header;
+    src.width = src.height = INT32_MAX;
+    src.imageData = nullptr;
+    src.tileInfo = &tiles;
+    src.roi = &corner;
+    pxkSetBorderMode(&src, PXK_EDGE_CLAMP, 15, 0);
+    EXPECT_EQ(operationNamed("pxkMedianFilter").run({ { &src, *dst }, { 5, 5, 2, 2 } }), Ending());
+    for (int32_t i = 0; i < 4 * 3; ++i) EXPECT_EQ(dst->value(i % 4, i / 4), 5);
 }
 
 // Source and destination lie in one block, some rows apart: the result is that of a source apart.

@@ -26,6 +26,9 @@
 [[nodiscard]] bool ownBeginScalar(OwnWork& work, const OwnSite& site, PxkImage* srcImage, PxkImage* dstImage,
                                   OwnOrders orders);
 
+// pxkSubtractS behind its checks, and under its name.
+void ownSubtractConstant(PxkImage* srcImage, PxkImage* dstImage, int32_t value, bool isReversed);
+
 // Every sample becomes the low bits of `value`; at depth 1 its lowest bit.
 void ownRunFill(const OwnWork& work, int32_t value);
 

@@ -12,10 +12,10 @@ void pxkAddS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)
     if (!ownGoodScalar(OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
     if (srcImage->depth != PXK_DEPTH_32S) {
         // Subtracting 65535 takes every sample of up to 16 bits to its least value, as any larger constant would.
-        return pxkSubtractS(srcImage, dstImage, -std::max(value, -65535), 0);
+        return ownSubtractConstant(srcImage, dstImage, -std::max(value, -65535), false);
     }
     OwnWork work;
-    if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MUST_AGREE)) return;
+    if (!ownOpenScalar(work, OWN_HERE, srcImage, dstImage)) return;
     ownRunDifference<int32_t>(work, -static_cast<int64_t>(value), false);
 }
 

@@ -11,17 +11,22 @@ static void ownRunBitDifference(const OwnWork& work, int32_t value, bool isRever
     ownRunScalarBits(work, 1, OwnXorSamples {});
 }
 
+void ownSubtractConstant(PxkImage* srcImage, PxkImage* dstImage, int32_t value, bool isReversed)
+{
+    const OwnSite site = { "pxkSubtractS", OWN_FILE, __LINE__ };
+    OwnWork work;
+    if (!ownOpenScalar(work, site, srcImage, dstImage)) return;
+    if (srcImage->depth == PXK_DEPTH_1U) return ownRunBitDifference(work, value, isReversed);
+    ownForIntegerDepth(srcImage->depth,
+                       [&](auto tag) { ownRunDifference<typename decltype(tag)::Sample>(work, value, isReversed); });
+}
+
 void pxkSubtractS(PxkImage* srcImage, PxkImage* dstImage, int32_t value, int32_t flip)
 {
     OWN_REFUSE_IF(srcImage != nullptr && srcImage->depth == PXK_DEPTH_32F, PXK_StsBadArg,
                   "For processing depth 32F use function pxkSubtractSFP");
-    OwnWork work;
-    if (!ownBeginScalar(work, OWN_HERE, srcImage, dstImage, OwnOrders::MAY_DIFFER)) return;
-    if (srcImage->depth == PXK_DEPTH_1U) return ownRunBitDifference(work, value, flip != 0);
-    ownForDepth(srcImage->depth, [&](auto tag) {
-        using T = typename decltype(tag)::Sample;
-        if constexpr (!ownIsFloat<T>) ownRunDifference<T>(work, value, flip != 0);
-    });
+    if (!ownGoodScalar(OWN_HERE, srcImage, dstImage, OwnOrders::MAY_DIFFER)) return;
+    ownSubtractConstant(srcImage, dstImage, value, flip != 0);
 }
 
 void pxkSubtractSFP(PxkImage* srcImage, PxkImage* dstImage, float value, int32_t flip)

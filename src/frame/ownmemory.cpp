@@ -28,7 +28,7 @@ static bool ownGrow(OwnKeptMemory& kept)
     if (kept.block == nullptr) return false;
     kept.first = reinterpret_cast<uint8_t*>((reinterpret_cast<uintptr_t>(kept.block) + 63) & ~uintptr_t { 63 });
     kept.size = kept.wanted = size;
-    ASAN_POISON_MEMORY_REGION(kept.first, static_cast<size_t>(size));
+    ASAN_POISON_MEMORY_REGION(kept.block, static_cast<size_t>(size + 63));
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <thread>
 
+#include "frame/ownbuffer.h"
 #include "frame/owncontext.h"
 #include "support/alloc_failure.h"
 
@@ -46,6 +47,25 @@ TEST(Context, threadsTakeTheirTablesAlong)
     EXPECT_LE(blocksLeft(), 0); // below 0 where the context itself is a block, taken by calloc and freed
     EXPECT_NE(first, second);
     EXPECT_EQ(first, &ownContext());
+}
+
+// The first call asks for each buffer, the second for all of them at once, and later ones for none.
+TEST(Context, callsTakeTheMemoryOfEarlierOnes)
+{
+    failAllocation(0);
+    for (const int64_t allocations : { 4, 5, 5 }) {
+        OwnBuffer<uint8_t> first = ownBuffer<uint8_t>(1000), second = ownBuffer<uint8_t>(50000);
+        const OwnBuffer<uint8_t> third = ownBuffer<uint8_t>(10);
+        memset(third.get(), 3, 10);
+        memset(second.get(), 2, 50000);
+        first.reset(); // not the last one
+        first = ownBuffer<uint8_t>(1000);
+        memset(first.get(), 1, 1000);
+        EXPECT_EQ(third[0] * third[9], 9);
+        EXPECT_EQ(second[0] * second[49999], 4);
+        EXPECT_EQ(allocationsSince(), allocations);
+    }
+    EXPECT_EQ(blocksLeft(), 0);
 }
 
 } // namespace

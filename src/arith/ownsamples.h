@@ -65,10 +65,6 @@ struct OwnMultiplySamples {
             const T upper = static_cast<T>((int32_t { a } * b) >> 16);
             const T lower = static_cast<T>(static_cast<uint16_t>(a) * uint32_t { static_cast<uint16_t>(b) });
             return upper == static_cast<T>(lower >> 15) ? lower : ownLimitOnSideOf(static_cast<T>(a ^ b));
-        } else if constexpr (std::is_same<T, uint16_t>::value) {
-            const T upper = static_cast<T>((uint32_t { a } * b) >> 16);
-            const T lower = static_cast<T>(uint32_t { a } * b);
-            return upper == 0 ? lower : std::numeric_limits<T>::max();
         } else {
             using Wide = OwnProduct<T>;
             return ownLimitInteger<T>(static_cast<Wide>(static_cast<Wide>(a) * static_cast<Wide>(b)));

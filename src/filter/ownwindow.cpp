@@ -21,14 +21,12 @@ struct OwnWindowPass {
     OwnBandEngine engine;
     OwnScratch& scratch;
     OwnSource source;
-    OwnView pixels;        // of the source, from the pass's first channel on
-    OwnPixelCopies copies; // from the source's rows into the engine's
-    ptrdiff_t unit;        // what they take as pixelBytes
-    int32_t channel;       // the first one, among the processed channels
-    int32_t nChannels;     // processed channels in this pass
-    int32_t step;          // samples from pixel to pixel in the engine's rows
-    ptrdiff_t pixelBytes;  // of a pixel there; 0 for rows of bits
-    bool isPacked;         // pixels lie in the source as the engine wants them
+    OwnView pixels;       // of the source, from the pass's first channel on
+    int32_t channel;      // the first one, among the processed channels
+    int32_t nChannels;    // processed channels in this pass
+    int32_t step;         // samples from pixel to pixel in the engine's rows
+    ptrdiff_t pixelBytes; // of a pixel there; 0 for rows of bits
+    bool isPacked;        // pixels lie in the source as the engine wants them
 
     bool isBits() const { return work.source->depth == PXK_DEPTH_1U; }
     bool isBitRows() const { return isBits() && work.bitRows == OwnBitRows::AS_BITS; }
@@ -71,13 +69,12 @@ static OwnReaches ownReaches(const OwnWindowWork& work, const OwnRect& output)
              ownReach(output.y, output.height, margins.top, margins.bottom, work.sourceRect.height, work.ring) };
 }
 
-// The rectangle of the image that these are. False when it does not fit in 31 bits.
+// The rectangle of the image that these are; it may end past the largest coordinate. False when it fits no rectangle.
 static bool ownImageRect(const OwnWindowWork& work, const OwnReaches& reaches, OwnRect* rect)
 {
     const int64_t x = work.sourceRect.x + reaches.columns.first;
     const int64_t y = work.sourceRect.y + reaches.rows.first;
-    if (x < INT32_MIN || y < INT32_MIN || x + reaches.columns.count > INT32_MAX || y + reaches.rows.count > INT32_MAX
-        || reaches.columns.count > INT32_MAX || reaches.rows.count > INT32_MAX) {
+    if (x < INT32_MIN || y < INT32_MIN || reaches.columns.count > INT32_MAX || reaches.rows.count > INT32_MAX) {
         return false;
     }
     *rect = { static_cast<int32_t>(x), static_cast<int32_t>(y), static_cast<int32_t>(reaches.columns.count),
@@ -170,22 +167,23 @@ static void ownCopyChannel(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdif
     for (ptrdiff_t i = 0; i < n; ++i) memcpy(to + i * bytes, from + i * STEP * pixelStep, sizeof(T));
 }
 
-static void ownChooseCopies(OwnWindowPass& pass)
+// From the source's rows into the engine's. What the copies take as pixelBytes is `unit`.
+struct OwnSourceCopies {
+    OwnPixelCopies copies;
+    ptrdiff_t unit;
+};
+
+static OwnSourceCopies ownSourceCopies(const OwnWindowPass& pass)
 {
-    pass.pixelBytes = pass.isBits() ? (pass.isBitRows() ? 0 : 1) : pass.step * pass.pixels.sampleBytes;
-    pass.isPacked = !pass.isBits() && pass.pixels.pixelStep == pass.pixelBytes;
-    pass.unit = pass.pixelBytes;
-    if (pass.isBits() && !pass.isBitRows()) {
-        pass.copies = { ownCopyAsBytes<1>, ownCopyAsBytes<-1>, ownCopyAsBytes<0> };
-    } else if (pass.isBits() || pass.isPacked) {
-        pass.copies = ownPixelCopies(static_cast<int32_t>(pass.unit));
-    } else {
-        pass.unit = pass.pixels.pixelStep;
-        pass.copies = ownForSampleBytes(pass.pixels.sampleBytes, [](auto tag) {
-            using T = typename decltype(tag)::Sample;
-            return OwnPixelCopies { ownCopyChannel<T, 1>, ownCopyChannel<T, -1>, ownCopyChannel<T, 0> };
-        });
+    if (pass.isBits() && !pass.isBitRows()) return { { ownCopyAsBytes<1>, ownCopyAsBytes<-1>, ownCopyAsBytes<0> }, 1 };
+    if (pass.isBits() || pass.isPacked) {
+        return { ownPixelCopies(static_cast<int32_t>(pass.pixelBytes)), pass.pixelBytes };
     }
+    const OwnPixelCopies copies = ownForSampleBytes(pass.pixels.sampleBytes, [](auto tag) {
+        using T = typename decltype(tag)::Sample;
+        return OwnPixelCopies { ownCopyChannel<T, 1>, ownCopyChannel<T, -1>, ownCopyChannel<T, 0> };
+    });
+    return { copies, pass.pixels.pixelStep };
 }
 
 // Rows that are made together, all of them on one side of the image: `count` of them, `step` bytes apart.
@@ -230,11 +228,11 @@ static void ownAddRun(const OwnWindowPass& pass, OwnMadeBand& made, const OwnBor
         }
         return;
     }
-    const OwnPixelCopies& copies = pass.copies;
+    const auto [copies, unit] = ownSourceCopies(pass);
     const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
     const ptrdiff_t x = run.from + (pass.isBits() ? static_cast<ptrdiff_t>(pass.pixels.bit) : 0);
     for (int64_t row = 0; row < made.count; ++row) {
-        copy(made.source + row * pass.pixels.rowStep, x, made.first + row * made.step, made.n, run.count, pass.unit);
+        copy(made.source + row * pass.pixels.rowStep, x, made.first + row * made.step, made.n, run.count, unit);
     }
     made.n += run.count;
 }
@@ -334,9 +332,11 @@ static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPa
     const int64_t first = std::max<int64_t>(0, low + work.margins.left - origin);
     const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
     const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
-    const int64_t fewBytes = ownIsSmallWindow(work.margins) ? 128 : 1024; // chained rows of a frame cost little
+    const bool isSmall = ownIsSmallWindow(work.margins);
+    const int64_t fewBytes = isSmall ? 128 : 1024; // chained rows of a frame cost little
+    const bool isCut = !work.inFixedBands && (isSmall || !work.isCostly);
     const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes >= ownBlockBytes;
-    const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes >= fewBytes);
+    const bool isWorth = isWhole || (isCut && (end - first - 8 * overlap) * pass.pixelBytes >= fewBytes);
     if (!pass.isPacked || !isWorth) {
         parts[0] = { { { 0, rect.width }, { 0, 0 } }, false };
         return 1;
@@ -557,7 +557,8 @@ static bool ownRunPiece(OwnWindowPass& pass, const OwnDestination& piece)
     for (pass.channel = 0; pass.channel < piece.view.nChannels; pass.channel += pass.nChannels) {
         pass.pixels = source;
         pass.pixels.first += pass.channel * source.channelStep;
-        ownChooseCopies(pass);
+        pass.pixelBytes = pass.isBits() ? (pass.isBitRows() ? 0 : 1) : pass.step * source.sampleBytes;
+        pass.isPacked = !pass.isBits() && source.pixelStep == pass.pixelBytes;
         OwnPart parts[2] = {};
         const int32_t nParts = ownCutPiece(pass, piece.rect, parts);
         const OwnPartWork works[2] = { { piece, parts[0], ownPartWidth(pass, parts[0]) },
@@ -580,7 +581,7 @@ bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
     const bool isSourceTiled = work.source->tileInfo != nullptr;
     const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
     OwnScratch scratch;
-    OwnWindowPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0, 0, false };
+    OwnWindowPass pass = { work, engine, scratch, {}, {}, 0, 0, 0, 0, false };
     if (isInPlace || (isSourceTiled && !isReadByPiece)) {
         if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {

@@ -12,8 +12,9 @@ template <class T> constexpr ptrdiff_t ownBlockOf = ownBlockBytes / static_cast<
 
 // Calls each(i) for every i below n, in whole blocks of B. The last block begins inside the others where n is no
 // multiple of B, so `each` gives the same result when it is called twice for one i; a row below a block is worked on up
-// to B.
-template <ptrdiff_t B, class F> __attribute__((always_inline)) inline void ownInBlocks(ptrdiff_t n, const F& each)
+// to B. `each` may take STEP samples at a time.
+template <ptrdiff_t B, ptrdiff_t STEP = 1, class F>
+__attribute__((always_inline)) inline void ownInBlocks(ptrdiff_t n, const F& each)
 {
     if (n < B) n = B;
     ptrdiff_t first = 0;
@@ -21,7 +22,7 @@ template <ptrdiff_t B, class F> __attribute__((always_inline)) inline void ownIn
     for (;;) {
         const ptrdiff_t end = first + count;
         OWN_IVDEP
-        for (ptrdiff_t i = 0; i < count; ++i) each(first + i);
+        for (ptrdiff_t i = 0; i < count / STEP; ++i) each(first + i * STEP);
         if (end == n) return;
         first = n - B;
         count = B;

@@ -11,46 +11,30 @@
 
 // ---- staging -------------------------------------------------------------------------------------------------------
 
-template <class T, ptrdiff_t STRIDE>
-static void ownGatherBy(const uint8_t* from, ptrdiff_t step, uint8_t* to, ptrdiff_t n)
+enum class OwnStrided { SOURCE, TARGET };
+
+template <OwnStrided SIDE, class T, ptrdiff_t STRIDE>
+static void ownMoveBy(const uint8_t* from, uint8_t* to, ptrdiff_t step, ptrdiff_t n)
 {
     const T* const source = reinterpret_cast<const T*>(from);
     T* const target = reinterpret_cast<T*>(to);
     const ptrdiff_t stride = STRIDE != 0 ? STRIDE : step / static_cast<ptrdiff_t>(sizeof(T));
-    for (ptrdiff_t i = 0; i < n; ++i) target[i] = source[i * stride];
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        target[SIDE == OwnStrided::TARGET ? i * stride : i] = source[SIDE == OwnStrided::SOURCE ? i * stride : i];
+    }
 }
 
-template <class T, ptrdiff_t STRIDE>
-static void ownScatterBy(const uint8_t* from, uint8_t* to, ptrdiff_t step, ptrdiff_t n)
-{
-    const T* const source = reinterpret_cast<const T*>(from);
-    T* const target = reinterpret_cast<T*>(to);
-    const ptrdiff_t stride = STRIDE != 0 ? STRIDE : step / static_cast<ptrdiff_t>(sizeof(T));
-    for (ptrdiff_t i = 0; i < n; ++i) target[i * stride] = source[i];
-}
-
-static void ownGather(const uint8_t* from, ptrdiff_t step, int32_t sampleBytes, uint8_t* to, ptrdiff_t n)
+// Samples that are `step` bytes apart on one side and follow each other on the other.
+template <OwnStrided SIDE>
+static void ownMoveStrided(const uint8_t* from, uint8_t* to, ptrdiff_t step, int32_t sampleBytes, ptrdiff_t n)
 {
     ownForSampleBytes(sampleBytes, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
         switch (step / static_cast<ptrdiff_t>(sizeof(T))) {
-        case 2: return ownGatherBy<T, 2>(from, step, to, n);
-        case 3: return ownGatherBy<T, 3>(from, step, to, n);
-        case 4: return ownGatherBy<T, 4>(from, step, to, n);
-        default: return ownGatherBy<T, 0>(from, step, to, n);
-        }
-    });
-}
-
-static void ownScatter(const uint8_t* from, uint8_t* to, ptrdiff_t step, int32_t sampleBytes, ptrdiff_t n)
-{
-    ownForSampleBytes(sampleBytes, [&](auto tag) {
-        using T = typename decltype(tag)::Sample;
-        switch (step / static_cast<ptrdiff_t>(sizeof(T))) {
-        case 2: return ownScatterBy<T, 2>(from, to, step, n);
-        case 3: return ownScatterBy<T, 3>(from, to, step, n);
-        case 4: return ownScatterBy<T, 4>(from, to, step, n);
-        default: return ownScatterBy<T, 0>(from, to, step, n);
+        case 2: return ownMoveBy<SIDE, T, 2>(from, to, step, n);
+        case 3: return ownMoveBy<SIDE, T, 3>(from, to, step, n);
+        case 4: return ownMoveBy<SIDE, T, 4>(from, to, step, n);
+        default: return ownMoveBy<SIDE, T, 0>(from, to, step, n);
         }
     });
 }
@@ -141,7 +125,7 @@ static void ownLoadOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start,
         const int32_t pixelSamples = static_cast<int32_t>(row.pixelStep[k] / row.sampleBytes[k]);
         ownSplitPixels(from, pixelSamples, row.sampleBytes[k], to, row.together[k], n);
     } else {
-        ownGather(from, row.pixelStep[k], row.sampleBytes[k], to[0], n);
+        ownMoveStrided<OwnStrided::SOURCE>(from, to[0], row.pixelStep[k], row.sampleBytes[k], n);
     }
 }
 
@@ -157,7 +141,7 @@ static void ownStoreOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start
     } else if (row.together[k] > 1) {
         ownJoinPixels(from, row.together[k], row.sampleBytes[k], to, n);
     } else {
-        ownScatter(from[0], to, row.pixelStep[k], row.sampleBytes[k], n);
+        ownMoveStrided<OwnStrided::TARGET>(from[0], to, row.pixelStep[k], row.sampleBytes[k], n);
     }
 }
 

@@ -17,12 +17,12 @@ static bool ownLiesTogether(const OwnView& view, bool isPlane)
 }
 
 // The bytes from a view's first sample to behind its last one.
-struct OwnExtent {
+struct OwnByteRange {
     uintptr_t start;
     uintptr_t end;
 };
 
-static OwnExtent ownExtent(const OwnView& view)
+static OwnByteRange ownBytesOf(const OwnView& view)
 {
     const ptrdiff_t down = (view.height - 1) * view.rowStep;
     const ptrdiff_t across = (view.nChannels - 1) * view.channelStep + (view.width - 1) * view.pixelStep;
@@ -35,13 +35,13 @@ static OwnExtent ownExtent(const OwnView& view)
 // which samples are visited.
 static bool ownAreShifted(const OwnView* views, int32_t count, int32_t nDestinations)
 {
-    OwnExtent extents[ownMostViews];
-    for (int32_t k = 0; k < count; ++k) extents[k] = ownExtent(views[k]);
+    OwnByteRange ranges[ownMostViews];
+    for (int32_t k = 0; k < count; ++k) ranges[k] = ownBytesOf(views[k]);
     for (int32_t d = count - nDestinations; d < count; ++d) {
         for (int32_t k = 0; k < d; ++k) {
             const bool isSame = views[k].first == views[d].first && views[k].rowStep == views[d].rowStep
                 && views[k].sampleBytes == views[d].sampleBytes && views[k].channelStep == views[d].channelStep;
-            if (!isSame && extents[k].start < extents[d].end && extents[d].start < extents[k].end) return true;
+            if (!isSame && ranges[k].start < ranges[d].end && ranges[d].start < ranges[k].end) return true;
         }
     }
     return false;

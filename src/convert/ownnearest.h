@@ -5,14 +5,15 @@
 #include "frame/ownbuffer.h"
 
 // The colour cube is cut into cells. For a cell that is asked for the first time all entries are listed that are
-// nearest to some colour in it, so that most colours need two or three distances instead of one an entry.
+// nearest to some colour in it; it is halved in every direction, again and again, where they are more than eight. So a
+// colour takes one comparison of up to eight entries instead of one with every entry.
 struct OwnNearest {
     const uint8_t* table;      // four bytes an entry: blue, green, red, reserved
     int64_t count;             // entries, 1 or more
-    int32_t listed;            // entries at the front of `pool`: of equal ones the first
+    int32_t listed;            // entries of the table in `pool`: of equal ones the first
     bool isGrayExact[256];     // entry g is the gray g, in a table of 256
-    OwnBuffer<uint32_t> cells; // by cell, its list in `pool`; 0: not asked for yet. Null: searches walk the table
-    OwnBuffer<uint32_t> pool;  // lists of entries: blue, green, red and the low eight bits of the index, by index
+    OwnBuffer<uint32_t> cells; // by cell, its halves in `pool`; 0: not asked for yet. Null: searches walk the table
+    OwnBuffer<uint32_t> pool;  // halves, and lists of entries: blue, green, red and the low eight bits of the index
     int32_t poolUsed;
 };
 

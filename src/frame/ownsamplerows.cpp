@@ -169,7 +169,9 @@ static void ownRunStaged(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n, 
 {
     // Blocks a multiple of 4096 bytes apart would fall into the same few places of a cache.
     alignas(64) uint8_t stage[ownMostViews][ownStageBytes + 192];
-    const ptrdiff_t most = ownStageBytes / (4 * row.unitSamples);
+    // Blocks of wide samples are shorter, so that those of all operands stay in the nearest cache.
+    const int32_t widest = *std::max_element(row.sampleBytes, row.sampleBytes + row.count);
+    const ptrdiff_t most = ownStageBytes / ((widest > 2 ? 8 : 4) * row.unitSamples);
     const bool mustBlend = mask != nullptr || row.hasGap();
     const ptrdiff_t end = start + n;
     for (; start < end; start += most) {

@@ -85,12 +85,13 @@ __attribute__((noinline)) static void ownRunShortRows(const OwnRowsInPlace& plac
 static void ownRunRowInPlace(const OwnRowsInPlace& place, const OwnView* views, const OwnRowFunction& rowFunction)
 {
     constexpr ptrdiff_t lineBytes = 64, longRow = 16384; // samples
+    if (place.n < longRow) return rowFunction(place.rows, place.n);
     uint8_t* rows[ownMostViews];
     std::copy(place.rows, place.rows + place.count, rows);
     const int32_t d = place.count - 1;
     const ptrdiff_t misplaced = static_cast<ptrdiff_t>(reinterpret_cast<uintptr_t>(rows[d]) % lineBytes);
     ptrdiff_t n = place.n;
-    if (d >= place.nSources && n >= longRow && misplaced != 0 && misplaced % views[d].sampleBytes == 0) {
+    if (d >= place.nSources && misplaced != 0 && misplaced % views[d].sampleBytes == 0) {
         const ptrdiff_t first = (lineBytes - misplaced) / views[d].sampleBytes;
         rowFunction(rows, first);
         for (int32_t k = 0; k < place.count; ++k) rows[k] += first * views[k].sampleBytes;

@@ -19,22 +19,32 @@ struct OwnExtrema {
     }
 };
 
+static void ownTakeShortRow(const float* samples, ptrdiff_t n, OwnExtrema& extrema)
+{
+    for (ptrdiff_t j = 0; j < n; ++j) {
+        extrema.low[j] = samples[j] < extrema.low[j] ? samples[j] : extrema.low[j];
+        extrema.high[j] = samples[j] > extrema.high[j] ? samples[j] : extrema.high[j];
+    }
+}
+
 // Taking a sample twice does no harm, so the last lanes' worth of a row may begin inside the one before.
 static void ownTakeRow(const float* samples, ptrdiff_t n, OwnExtrema& extrema)
 {
-    OwnExtrema of = extrema; // a copy, which no other memory is
-    const auto take = [&](ptrdiff_t i, int32_t lanes) {
-        for (int32_t j = 0; j < lanes; ++j) {
-            const float sample = samples[i + j];
-            of.low[j] = sample < of.low[j] ? sample : of.low[j];
-            of.high[j] = sample > of.high[j] ? sample : of.high[j];
-        }
-    };
     const ptrdiff_t last = n - ownExtremaLanes;
-    if (last < 0) take(0, static_cast<int32_t>(n));
-    for (ptrdiff_t i = 0; i < last; i += ownExtremaLanes) take(i, ownExtremaLanes);
-    if (last >= 0) take(last, ownExtremaLanes);
-    extrema = of;
+    if (last < 0) return ownTakeShortRow(samples, n, extrema);
+    float low[ownExtremaLanes], high[ownExtremaLanes];
+    std::copy_n(extrema.low, ownExtremaLanes, low);
+    std::copy_n(extrema.high, ownExtremaLanes, high);
+    for (ptrdiff_t i = 0;; i = std::min(i + ownExtremaLanes, last)) {
+        for (int32_t j = 0; j < ownExtremaLanes; ++j) {
+            const float sample = samples[i + j];
+            low[j] = sample < low[j] ? sample : low[j];
+            high[j] = sample > high[j] ? sample : high[j];
+        }
+        if (i == last) break;
+    }
+    std::copy_n(low, ownExtremaLanes, extrema.low);
+    std::copy_n(high, ownExtremaLanes, extrema.high);
 }
 
 int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max)

@@ -15,6 +15,7 @@ import csv
 import ctypes
 import math
 import os
+import random
 import re
 import subprocess
 import sys
@@ -79,16 +80,15 @@ class Pictures:
         self.size = (width, height)
 
     def image(self, depth, channels=1):
-        import numpy
         width, height = self.size
         bits = depth & 63
         row = (width * channels * bits // 8 + 31) // 32 * 32
-        data = numpy.random.default_rng(1).integers(0, 256, row * height, dtype=numpy.uint8)
+        data = ctypes.create_string_buffer(random.Random(1).randbytes(row * height), row * height)
         header = self.records.Image()
         header.headerSize, header.nChannels, header.depth = ctypes.sizeof(header), channels, depth
         header.colorModel, header.channelSeq = (b"GRAY", b"G") if channels == 1 else (b"RGB", b"RGB")
         header.align, header.width, header.height = 32, width, height
-        header.widthStep, header.imageSize, header.imageData = row, row * height, data.ctypes.data
+        header.widthStep, header.imageSize, header.imageData = row, row * height, ctypes.addressof(data)
         for side in range(4):
             header.borderMode[side] = 1
         self.made.append((header, data))

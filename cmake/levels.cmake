@@ -10,10 +10,6 @@ set(PXK_LEVEL_FLAGS_baseline "")
 set(PXK_LEVEL_FLAGS_v3 -march=x86-64-v3)
 set(PXK_LEVEL_FLAGS_v4 -march=x86-64-v4)
 
-# Files that are quicker with vectors narrower than the level's 64 bytes, whose loops leave up to 63 bytes of a row to
-# scalar code, and whose permutations take several steps. All others lose a seventh in the mean.
-set(PXK_LEVEL_WIDTHS_v4 stats/pxkthres.cpp=256 frame/ownsplit.cpp=128)
-
 # Names of the list that are defined in some sources.
 function(pxk_exports_of RESULT SOURCES)
     set(found "")
@@ -130,12 +126,6 @@ namespace pxk_@LEVEL@ {
 } // namespace pxk_@LEVEL@
 ")
         list(APPEND wrapped ${folder}/${source})
-    endforeach()
-    foreach(width IN LISTS PXK_LEVEL_WIDTHS_${LEVEL})
-        string(REPLACE "=" ";" width ${width})
-        list(GET width 0 source)
-        list(GET width 1 bits)
-        set_source_files_properties(${folder}/${source} PROPERTIES COMPILE_OPTIONS -mprefer-vector-width=${bits})
     endforeach()
     set(${RESULT} ${wrapped} PARENT_SCOPE)
 endfunction()

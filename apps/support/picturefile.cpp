@@ -147,8 +147,69 @@ void swapRedAndBlue(PxkImage& image)
     }
 }
 
-// Fills `image`. False with the reason in `errors`.
-bool decodeJpeg(const uint8_t* bytes, size_t length, JpegErrors& errors, jpeg_decompress_struct& info, ImagePtr& image)
+// Numbers of a block that says itself which byte comes first; 0 behind its end.
+class TiffBlock {
+public:
+    TiffBlock(const uint8_t* bytes, size_t length)
+        : bytes_(bytes)
+        , length_(length)
+        , isLowFirst_(beginsWith(bytes, length, "II", 2))
+    {
+    }
+    uint32_t number(size_t at, size_t count) const
+    {
+        if (at > length_ || length_ - at < count) return 0;
+        uint32_t value = 0;
+        for (size_t i = 0; i < count; ++i) value = value << 8 | bytes_[at + (isLowFirst_ ? count - 1 - i : i)];
+        return value;
+    }
+
+private:
+    const uint8_t* bytes_;
+    size_t length_;
+    bool isLowFirst_;
+};
+
+// How the camera was held: 1 to 8, as Exif numbers it.
+uint32_t orientationOf(const jpeg_decompress_struct& info)
+{
+    constexpr size_t head = 6, entryBytes = 12;
+    constexpr uint32_t orientationTag = 0x0112;
+    for (jpeg_saved_marker_ptr marker = info.marker_list; marker; marker = marker->next) {
+        if (!beginsWith(marker->data, marker->data_length, "Exif\0\0", head)) continue;
+        const TiffBlock block(marker->data + head, marker->data_length - head);
+        const size_t table = block.number(4, 4);
+        for (size_t i = 0; i < block.number(table, 2); ++i) {
+            const size_t entry = table + 2 + i * entryBytes;
+            if (block.number(entry, 2) == orientationTag) return block.number(entry + 8, 2);
+        }
+    }
+    return 1;
+}
+
+// The picture as it is to be looked at.
+ImagePtr turned(ImagePtr image, uint32_t orientation)
+{
+    if (!image || orientation < 2 || orientation > 8) return image;
+    const auto isOneOf = [orientation](uint32_t a, uint32_t b, uint32_t c, uint32_t d) {
+        return orientation == a || orientation == b || orientation == c || orientation == d;
+    };
+    const bool isAcross = orientation >= 5, fromRight = isOneOf(2, 3, 7, 8), fromBottom = isOneOf(3, 4, 6, 7);
+    ImagePtr out = isAcross ? makeColour(image->height, image->width) : makeColour(image->width, image->height);
+    for (int32_t y = 0; out && y < out->height; ++y) {
+        for (int32_t x = 0; x < out->width; ++x) {
+            const int32_t across = isAcross ? y : x, down = isAcross ? x : y;
+            const int32_t fromX = fromRight ? image->width - 1 - across : across;
+            const int32_t fromY = fromBottom ? image->height - 1 - down : down;
+            std::memcpy(rowOf(*out, y) + 3 * x, rowOf(*image, fromY) + 3 * fromX, 3);
+        }
+    }
+    return out;
+}
+
+// Fills `image` and `orientation`. False with the reason in `errors`.
+bool decodeJpeg(const uint8_t* bytes, size_t length, JpegErrors& errors, jpeg_decompress_struct& info, ImagePtr& image,
+                uint32_t& orientation)
 {
     jpeg_progress_mgr progress = {};
     if (setjmp(errors.leave) != 0) return false;
@@ -156,6 +217,7 @@ bool decodeJpeg(const uint8_t* bytes, size_t length, JpegErrors& errors, jpeg_de
     progress.progress_monitor = countScans;
     info.progress = &progress;
     jpeg_mem_src(&info, bytes, static_cast<unsigned long>(length));
+    jpeg_save_markers(&info, JPEG_APP0 + 1, 0xFFFF);
     jpeg_read_header(&info, TRUE);
     const char* fault = jpegFault(info, length);
     if (!fault) {
@@ -166,6 +228,7 @@ bool decodeJpeg(const uint8_t* bytes, size_t length, JpegErrors& errors, jpeg_de
         std::snprintf(errors.text, sizeof errors.text, "%s", fault);
         return false;
     }
+    orientation = orientationOf(info);
     info.out_color_space = JCS_RGB;
     jpeg_start_decompress(&info);
     while (info.output_scanline < info.output_height) {
@@ -184,12 +247,14 @@ ImagePtr readJpeg(const uint8_t* bytes, size_t length, std::string& why)
     errors.base.error_exit = leaveJpeg;
     errors.base.emit_message = noteWarning;
     ImagePtr image;
-    const bool isDecoded = decodeJpeg(bytes, length, errors, info, image);
+    uint32_t orientation = 1;
+    const bool isDecoded = decodeJpeg(bytes, length, errors, info, image, orientation);
     jpeg_destroy_decompress(&info);
     if (!isDecoded) return refused(why, errors.text);
     if (errors.hasEnded) return refused(why, "the file ends in the middle of the picture");
     swapRedAndBlue(*image);
-    return image;
+    image = turned(std::move(image), orientation);
+    return image ? std::move(image) : refused(why, "out of memory");
 }
 
 #endif

@@ -55,6 +55,8 @@ extern "C" {
  *   leaves out, channels that are not processed in pixel order, the other pixels in the first and last byte of one-bit
  *   rows, and the padding of rows where it works on whole images.
  * - A call takes up to 128 KiB of its thread's stack, besides what the tile function and the report handler take.
+ * - Each thread keeps memory for the buffers of its next calls, at most 1 MiB, until it ends, or until a call of the
+ *   Fourier or cosine transform with PXK_FFT_FREE or PXK_DCT_FREE.
  */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
@@ -1996,21 +1998,21 @@ PXK_API void PXK_CALL pxkRemap(PxkImage* srcImage, PxkImage* xMap, PxkImage* yMa
  */
 
 /** @name Flags of the Fourier transforms
- * A direction, scaling, arithmetic; or the release of a thread's tables.
+ * A direction, scaling, arithmetic; or the release of what a thread keeps.
  * @{ */
 #define PXK_FFT_FORWARD 1    /**< negative exponent, not scaled */
 #define PXK_FFT_INVERSE 2    /**< positive exponent, scaled by 1 / (W H) */
 #define PXK_FFT_NOSCALE 4    /**< the inverse without its scale */
 #define PXK_FFT_USE_INT 16   /**< fixed-point arithmetic */
 #define PXK_FFT_USE_FLOAT 32 /**< single precision, the default */
-#define PXK_FFT_FREE 128     /**< release this thread's tables, and nothing else */
+#define PXK_FFT_FREE 128     /**< release this thread's tables and memory, and nothing else */
 /** @} */
 
 /** @name Flags of the cosine transform
  * @{ */
 #define PXK_DCT_FORWARD 1 /**< from samples to coefficients */
 #define PXK_DCT_INVERSE 2 /**< from coefficients to samples */
-#define PXK_DCT_FREE 8    /**< release this thread's tables, and nothing else */
+#define PXK_DCT_FREE 8    /**< release this thread's tables and memory, and nothing else */
 /** @} */
 
 /**

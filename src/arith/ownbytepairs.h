@@ -5,31 +5,42 @@
 
 #include <cstring>
 
+#include "frame/ownblockrows.h"
 #include "frame/ownwork.h"
 #include "ownsamples.h"
 
-// Two samples as numbers. Which of them lies first in memory does not matter.
-template <class T> struct OwnPair {
-    OwnProduct<T> low;
-    OwnProduct<T> high;
-};
-
-template <class T> inline OwnPair<T> ownPairOf(uint16_t word)
+// The samples of a word as numbers. Which of them lies first in memory does not matter.
+template <class T> inline OwnProduct<T> ownLowSample(uint16_t word)
 {
     using Wide = OwnProduct<T>;
-    const Wide raised = static_cast<Wide>(static_cast<uint16_t>(word << 8));
-    return { static_cast<Wide>(raised >> 8), static_cast<Wide>(static_cast<Wide>(word) >> 8) };
+    if constexpr (std::is_unsigned<T>::value) {
+        return word & 0xFF;
+    } else {
+        return static_cast<Wide>(static_cast<Wide>(static_cast<uint16_t>(word << 8)) >> 8);
+    }
 }
 
-// The products limited to the samples' range.
-template <class T> inline uint16_t ownProductWord(const OwnPair<T>& a, const OwnPair<T>& b)
+template <class T> inline OwnProduct<T> ownHighSample(uint16_t word)
+{
+    return static_cast<OwnProduct<T>>(static_cast<OwnProduct<T>>(word) >> 8);
+}
+
+// Products limited to the samples' range.
+template <class T> inline uint16_t ownLimitedWord(OwnProduct<T> low, OwnProduct<T> high)
 {
     using Wide = OwnProduct<T>;
     constexpr Wide least = std::numeric_limits<T>::min();
     constexpr Wide most = std::numeric_limits<T>::max();
-    const Wide low = std::min(std::max(static_cast<Wide>(a.low * b.low), least), most);
-    const Wide high = std::min(std::max(static_cast<Wide>(a.high * b.high), least), most);
+    low = std::min(std::max(low, least), most);
+    high = std::min(std::max(high, least), most);
     return static_cast<uint16_t>((low & 0xFF) | static_cast<uint16_t>(high) << 8);
+}
+
+template <class T> inline uint16_t ownProductWord(uint16_t a, uint16_t b)
+{
+    using Wide = OwnProduct<T>;
+    return ownLimitedWord<T>(static_cast<Wide>(ownLowSample<T>(a) * ownLowSample<T>(b)),
+                             static_cast<Wide>(ownHighSample<T>(a) * ownHighSample<T>(b)));
 }
 
 inline uint16_t ownLoadBytePair(const uint8_t* from, size_t bytes)
@@ -48,15 +59,13 @@ template <int nSources, class Op> void ownRunPairs(const OwnWork& work, Op op)
         const uint8_t* const a = rows[0];
         const uint8_t* const b = rows[nSources - 1];
         uint8_t* const d = rows[nSources];
-        const ptrdiff_t even = n & ~ptrdiff_t { 1 };
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < even; i += 2) {
-            const uint16_t word = operation(ownLoadBytePair(a + i, 2), ownLoadBytePair(b + i, 2));
-            memcpy(d + i, &word, 2);
-        }
-        if (even == n) return;
-        const uint16_t word = operation(ownLoadBytePair(a + even, 1), ownLoadBytePair(b + even, 1));
-        memcpy(d + even, &word, 1);
+        const auto make = [=](ptrdiff_t i, size_t bytes) {
+            return operation(ownLoadBytePair(a + i, bytes), ownLoadBytePair(b + i, bytes));
+        };
+        // An odd row's last sample is made before those next to it are stored.
+        const uint16_t last = n % 2 != 0 ? make(n - 1, 1) : uint16_t(0);
+        ownMakeRow<uint16_t, ownBlockOf<uint16_t>>(d, n / 2, [=](ptrdiff_t i) { return make(2 * i, 2); });
+        if (n % 2 != 0) memcpy(d + n - 1, &last, 1);
     };
     ownRunWork(work, OwnPadding::WORKED_ON, row);
 }

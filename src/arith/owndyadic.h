@@ -2,6 +2,7 @@
 // What the operations of two images share: their argument checks and the way from a sample operation to the work.
 #pragma once
 
+#include "frame/ownblockrows.h"
 #include "frame/owndepth.h"
 #include "frame/ownwork.h"
 #include "ownorders.h"
@@ -27,6 +28,9 @@ template <class T, class Op> inline void ownDyadicRow(uint8_t* const* rows, ptrd
 {
     const T* const a = reinterpret_cast<const T*>(rows[0]);
     const T* const b = reinterpret_cast<const T*>(rows[1]);
+    if constexpr (sizeof(T) < 4) {
+        return ownMakeRow<T, ownBlockOf<T>>(rows[2], n, [=](ptrdiff_t i) { return op(a[i], b[i]); });
+    }
     T* const d = reinterpret_cast<T*>(rows[2]);
     OWN_IVDEP
     for (ptrdiff_t i = 0; i < n; ++i) d[i] = op(a[i], b[i]);

@@ -7,6 +7,7 @@
 #include <limits>
 #include <type_traits>
 
+#include "frame/ownblockrows.h"
 #include "frame/owndepth.h"
 #include "frame/ownwork.h"
 #include "ownorders.h"
@@ -34,6 +35,9 @@ void ownRunCopy(const OwnWork& work);
 template <class T, class Op> inline void ownScalarRow(uint8_t* const* rows, ptrdiff_t n, Op op)
 {
     const T* const a = reinterpret_cast<const T*>(rows[0]);
+    if constexpr (sizeof(T) < 4) {
+        return ownMakeRow<T, ownBlockOf<T>>(rows[1], n, [=](ptrdiff_t i) { return op(a[i]); });
+    }
     T* const d = reinterpret_cast<T*>(rows[1]);
     OWN_IVDEP
     for (ptrdiff_t i = 0; i < n; ++i) d[i] = op(a[i]);

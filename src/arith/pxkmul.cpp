@@ -6,7 +6,7 @@
 template <class T> static void ownRunProducts(const OwnWork& work)
 {
     if constexpr (sizeof(T) == 1) {
-        ownRunPairs<2>(work, [](uint16_t a, uint16_t b) { return ownProductWord(ownPairOf<T>(a), ownPairOf<T>(b)); });
+        ownRunPairs<2>(work, [](uint16_t a, uint16_t b) { return ownProductWord<T>(a, b); });
     } else {
         ownRunDyadicAs<T>(work, OwnMultiplySamples {});
     }

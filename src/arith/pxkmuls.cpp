@@ -30,9 +30,12 @@ template <class T> static void ownRunProduct(const OwnWork& work, int64_t factor
 template <class T> static void ownRunSmallProduct(const OwnWork& work, int32_t factor)
 {
     constexpr int32_t most = std::numeric_limits<T>::max() + (std::is_signed<T>::value ? 1 : 0);
-    const OwnProduct<T> cut = static_cast<OwnProduct<T>>(std::min(std::max(factor, -most), most));
-    const OwnPair<T> factors = { cut, cut };
-    ownRunPairs<1>(work, [factors](uint16_t a, uint16_t) { return ownProductWord(ownPairOf<T>(a), factors); });
+    using Wide = OwnProduct<T>;
+    const Wide cut = static_cast<Wide>(std::min(std::max(factor, -most), most));
+    ownRunPairs<1>(work, [cut](uint16_t a, uint16_t) {
+        return ownLimitedWord<T>(static_cast<Wide>(ownLowSample<T>(a) * cut),
+                                 static_cast<Wide>(ownHighSample<T>(a) * cut));
+    });
 }
 
 void pxkMultiplyS(PxkImage* srcImage, PxkImage* dstImage, int32_t value)

@@ -6,7 +6,7 @@
 template <class T> static void ownRunSquares(const OwnWork& work)
 {
     if constexpr (sizeof(T) == 1) {
-        ownRunPairs<1>(work, [](uint16_t a, uint16_t) { return ownProductWord(ownPairOf<T>(a), ownPairOf<T>(a)); });
+        ownRunPairs<1>(work, [](uint16_t a, uint16_t) { return ownProductWord<T>(a, a); });
     } else {
         ownRunScalarAs<T>(work, OwnSquareSample {});
     }

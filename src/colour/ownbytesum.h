@@ -71,16 +71,49 @@ constexpr OwnSplitWeights ownSplitWeights(const OwnWeights& weights, OwnInterval
     return {};
 }
 
-// floor((FIRST a + SECOND b + THIRD c + CONSTANT) / 2^SHIFT) for a, b and c from LOW to HIGH.
+// Weights that the compiler is not to know: products with constants become shifts and sums, several of which cost more
+// than one product.
+class OwnHiddenWeights {
+public:
+    explicit OwnHiddenWeights(const OwnWeights& weights)
+    {
+        for (int32_t k = 0; k < 3; ++k) {
+            const volatile int16_t hidden = static_cast<int16_t>(weights.of[k]);
+            of_[k] = hidden;
+        }
+    }
+
+    // The weighted sum, `known` being the same weights: those of 0 take no product.
+    int16_t sum(const OwnWeights& known, int16_t a, int16_t b, int16_t c) const
+    {
+        int32_t sum = known.constant;
+        if (known.of[0] != 0) sum += of_[0] * a;
+        if (known.of[1] != 0) sum += of_[1] * b;
+        if (known.of[2] != 0) sum += of_[2] * c;
+        return static_cast<int16_t>(sum);
+    }
+
+private:
+    int16_t of_[3];
+};
+
+// floor((FIRST a + SECOND b + THIRD c + CONSTANT) / 2^SHIFT) for a, b and c from LOW to HIGH. Made once a row.
 template <int32_t FIRST, int32_t SECOND, int32_t THIRD, int32_t CONSTANT, int32_t SHIFT, int32_t LOW = 0,
           int32_t HIGH = 255>
-inline int16_t ownByteSum(int16_t a, int16_t b, int16_t c)
-{
-    constexpr OwnSplitWeights parts = ownSplitWeights({ { FIRST, SECOND, THIRD }, CONSTANT, SHIFT }, { LOW, HIGH });
+class OwnByteSum {
+public:
+    int16_t operator()(int16_t a, int16_t b, int16_t c) const
+    {
+        const int16_t carry = static_cast<int16_t>(low_.sum(parts.low, a, b, c) >> parts.low.shift);
+        const int16_t sum = static_cast<int16_t>(high_.sum(parts.high, a, b, c) + carry);
+        return static_cast<int16_t>(whole_.sum(parts.whole, a, b, c) + (sum >> parts.high.shift));
+    }
+
+private:
+    static constexpr OwnSplitWeights parts =
+        ownSplitWeights({ { FIRST, SECOND, THIRD }, CONSTANT, SHIFT }, { LOW, HIGH });
     static_assert(parts.low.shift != 0, "no split of these weights fits 16 bits");
-    constexpr OwnWeights whole = parts.whole, high = parts.high, low = parts.low;
-    const auto sum = [=](const OwnWeights& w) { return w.of[0] * a + w.of[1] * b + w.of[2] * c + w.constant; };
-    const int16_t carry = static_cast<int16_t>(static_cast<int16_t>(sum(low)) >> low.shift);
-    const int16_t rest = static_cast<int16_t>(static_cast<int16_t>(sum(high) + carry) >> high.shift);
-    return static_cast<int16_t>(sum(whole) + rest);
-}
+    OwnHiddenWeights whole_ { parts.whole };
+    OwnHiddenWeights high_ { parts.high };
+    OwnHiddenWeights low_ { parts.low };
+};

@@ -13,9 +13,11 @@
 // The text has one place for the word that the header holds instead; `format` has it as %.4s.
 static bool ownHasWord(const OwnSite& site, bool has, const char* format, const char (&field)[4])
 {
+    if (has) return true;
     char text[80];
     snprintf(text, sizeof text, format, field);
-    return ownPassed(site, { { !has, PXK_StsBadArg, text } });
+    ownReport(site, PXK_StsBadArg, text);
+    return false;
 }
 
 static bool ownIsRgb(const OwnSite& site, const PxkImage* image)
@@ -36,11 +38,14 @@ static bool ownIsGray(const OwnSite& site, const PxkImage* image)
 
 static bool ownIsOfModel(const OwnSite& site, const OwnColourModel& model, const PxkImage* image)
 {
+    const bool isModel = ownIsWord(image->colorModel, model.word, 3);
+    const bool isSequence = ownIsWord(image->channelSeq, model.word, 3);
+    if (isModel && isSequence) return true; // formatting would be most of a small call
     char modelFormat[64], sequenceFormat[64];
     snprintf(modelFormat, sizeof modelFormat, "src-> colorModel must be %.4s instead of %%.4s", model.word);
     snprintf(sequenceFormat, sizeof sequenceFormat, "src-> channelSeq must be %.4s instead of %%.4s", model.word);
-    return ownHasWord(site, ownIsWord(image->colorModel, model.word, 3), modelFormat, image->colorModel)
-        && ownHasWord(site, ownIsWord(image->channelSeq, model.word, 3), sequenceFormat, image->channelSeq);
+    return ownHasWord(site, isModel, modelFormat, image->colorModel)
+        && ownHasWord(site, isSequence, sequenceFormat, image->channelSeq);
 }
 
 static bool ownHasNoRegions(const OwnSite& site, const OwnColourImages& images)

@@ -5,13 +5,24 @@
 
 // The integer forms: weights of 14 fraction bits, rounded; no result leaves the range. 8U and 16U differ in the last
 // places of their luma, and 8U takes its differences from the rounded luma.
-struct OwnRgbToYcrcb {
+struct OwnRgbToYcrcbBytes {
+    OwnByteSum<4898, 9617, 1867, 8192, 14> luma;
+
     OwnColour<uint8_t> operator()(uint8_t r, uint8_t g, uint8_t b) const
     {
-        const int16_t y = ownByteSum<4898, 9617, 1867, 8192, 14>(r, g, b);
+        const int16_t y = luma(r, g, b);
         return { static_cast<uint8_t>(y), difference<9246>(b, y), difference<11686>(r, y) };
     }
 
+    // ((sample - luma) * WEIGHT + 2^21) / 2^14: the high half of a product of 16 bits is the product / 2^16.
+    template <int32_t WEIGHT> static uint8_t difference(int16_t sample, int16_t luma)
+    {
+        const int16_t scaled = static_cast<int16_t>((sample - luma) * 4);
+        return static_cast<uint8_t>(static_cast<int16_t>((scaled * WEIGHT) >> 16) + 128);
+    }
+};
+
+struct OwnRgbToYcrcb {
     OwnColour<uint16_t> operator()(uint16_t r, uint16_t g, uint16_t b) const
     {
         return { static_cast<uint16_t>((4899 * r + 9617 * g + 1868 * b + 8192) >> 14),
@@ -31,26 +42,22 @@ struct OwnRgbToYcrcb {
         return { 0.114f * b + 0.58700001f * g + 0.29899999f * r, -0.16873591f * r - 0.33126399f * g + 0.5f * b + 0.5f,
                  0.5f * r - 0.41868758f * g - 0.08131241f * b + 0.5f };
     }
+};
 
-    // ((sample - luma) * WEIGHT + 2^21) / 2^14. The high half of a product of 16 bits is the product / 2^9 here.
-    template <int32_t WEIGHT> static uint8_t difference(int16_t sample, int16_t luma)
+struct OwnYcrcbToRgbBytes {
+    OwnByteSum<22970, 0, 0, -2928675, 14> r;
+    OwnByteSum<5638, 11700, 0, -2210595, 14> g;
+    OwnByteSum<29032, 0, 0, -3701580, 14> b;
+
+    OwnColour<uint8_t> operator()(uint8_t y, uint8_t cb, uint8_t cr) const
     {
-        const int16_t scaled = static_cast<int16_t>((sample - luma) * 128);
-        const int16_t product = static_cast<int16_t>((scaled * WEIGHT) >> 16);
-        return static_cast<uint8_t>(static_cast<int16_t>(product + 4096) >> 5);
+        return { ownLimitByte(static_cast<int16_t>(y + r(cr, 0, 0))),
+                 ownLimitByte(static_cast<int16_t>(y - g(cb, cr, 0))),
+                 ownLimitByte(static_cast<int16_t>(y + b(cb, 0, 0))) };
     }
 };
 
 struct OwnYcrcbToRgb {
-    OwnColour<uint8_t> operator()(uint8_t y, uint8_t cb, uint8_t cr) const
-    {
-        const int16_t r = ownByteSum<22970, 0, 0, -2928675, 14>(cr, 0, 0);
-        const int16_t g = ownByteSum<5638, 11700, 0, -2210595, 14>(cb, cr, 0);
-        const int16_t b = ownByteSum<29032, 0, 0, -3701580, 14>(cb, 0, 0);
-        return { ownLimitByte(static_cast<int16_t>(y + r)), ownLimitByte(static_cast<int16_t>(y - g)),
-                 ownLimitByte(static_cast<int16_t>(y + b)) };
-    }
-
     OwnColour<uint16_t> operator()(uint16_t y, uint16_t cb, uint16_t cr) const
     {
         return { ownLimitWord(y + ((22970 * cr - 752669475) >> 14)),
@@ -73,5 +80,5 @@ struct OwnYcrcbToRgb {
     }
 };
 
-const OwnColourModel ownYcrcbModel = { "YCr", ownDepthFault32F, ownColourRows<OwnRgbToYcrcb>(),
-                                       ownColourRows<OwnYcrcbToRgb>() };
+const OwnColourModel ownYcrcbModel = { "YCr", ownDepthFault32F, ownColourRows<OwnRgbToYcrcb, OwnRgbToYcrcbBytes>(),
+                                       ownColourRows<OwnYcrcbToRgb, OwnYcrcbToRgbBytes>() };

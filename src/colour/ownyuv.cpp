@@ -4,15 +4,18 @@
 #include "ownformula.h"
 
 // The integer forms: weights of 15 fraction bits. U never leaves the range; V does.
-struct OwnRgbToYuv {
+struct OwnRgbToYuvBytes {
+    OwnByteSum<9798, 19235, 3736, 0, 15> y;
+    OwnByteSum<-4784, -9437, 14221, 127 << 15, 15> u;
+    OwnByteSum<20218, -16941, -3277, 127 << 15, 15> v;
+
     OwnColour<uint8_t> operator()(uint8_t r, uint8_t g, uint8_t b) const
     {
-        const int16_t y = ownByteSum<9798, 19235, 3736, 0, 15>(r, g, b);
-        const int16_t u = ownByteSum<-4784, -9437, 14221, 0, 15>(r, g, b);
-        const int16_t v = ownByteSum<20218, -16941, -3277, 0, 15>(r, g, b);
-        return { static_cast<uint8_t>(y), static_cast<uint8_t>(u + 127), ownLimitByte(static_cast<int16_t>(v + 127)) };
+        return { static_cast<uint8_t>(y(r, g, b)), static_cast<uint8_t>(u(r, g, b)), ownLimitByte(v(r, g, b)) };
     }
+};
 
+struct OwnRgbToYuv {
     OwnColour<uint16_t> operator()(uint16_t r, uint16_t g, uint16_t b) const
     {
         const uint32_t y = (9798u * r + 19235u * g + 3736u * b) >> 15; // white takes 32 bits
@@ -36,17 +39,20 @@ struct OwnRgbToYuv {
     }
 };
 
-struct OwnYuvToRgb {
+struct OwnYuvToRgbBytes {
+    OwnByteSum<-31, 37222, 0, 0, 15, -127, 128> r;
+    OwnByteSum<-12974, -18949, 0, 0, 15, -127, 128> g;
+    OwnByteSum<66883, -53, 0, 0, 15, -127, 128> b;
+
     OwnColour<uint8_t> operator()(uint8_t y, uint8_t storedU, uint8_t storedV) const
     {
         const int16_t u = static_cast<int16_t>(storedU - 127), v = static_cast<int16_t>(storedV - 127);
-        const int16_t r = ownByteSum<-31, 37222, 0, 0, 15, -127, 128>(u, v, 0);
-        const int16_t g = ownByteSum<-12974, -18949, 0, 0, 15, -127, 128>(u, v, 0);
-        const int16_t b = ownByteSum<66883, -53, 0, 0, 15, -127, 128>(u, v, 0);
-        return { ownLimitByte(static_cast<int16_t>(y + r)), ownLimitByte(static_cast<int16_t>(y + g)),
-                 ownLimitByte(static_cast<int16_t>(y + b)) };
+        return { ownLimitByte(static_cast<int16_t>(y + r(u, v, 0))), ownLimitByte(static_cast<int16_t>(y + g(u, v, 0))),
+                 ownLimitByte(static_cast<int16_t>(y + b(u, v, 0))) };
     }
+};
 
+struct OwnYuvToRgb {
     OwnColour<uint16_t> operator()(uint16_t y, uint16_t storedU, uint16_t storedV) const
     {
         const int32_t u = storedU - 32767, v = storedV - 32767;
@@ -73,5 +79,5 @@ struct OwnYuvToRgb {
     }
 };
 
-const OwnColourModel ownYuvModel = { "YUV", ownDepthFault32F, ownColourRows<OwnRgbToYuv>(),
-                                     ownColourRows<OwnYuvToRgb>(), true };
+const OwnColourModel ownYuvModel = { "YUV", ownDepthFault32F, ownColourRows<OwnRgbToYuv, OwnRgbToYuvBytes>(),
+                                     ownColourRows<OwnYuvToRgb, OwnYuvToRgbBytes>(), true };

@@ -49,7 +49,8 @@ static OwnCountedRows ownCountedRows(const PxkImage* image)
     const int32_t sampleBytes = image->depth == PXK_DEPTH_16U ? 2 : 1;
     const bool isPixelOrder = image->dataOrder == PXK_DATA_ORDER_PIXEL;
     OwnCountedRows rows = {};
-    rows.first = static_cast<const uint8_t*>(image->imageData) + (sampleBytes - 1);
+    rows.first = static_cast<const uint8_t*>(image->imageData);
+    if (__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__) rows.first += sampleBytes - 1;
     rows.rowStep = image->widthStep;
     rows.pixelStep = isPixelOrder ? sampleBytes * image->nChannels : sampleBytes;
     rows.channelStep = isPixelOrder ? sampleBytes : static_cast<ptrdiff_t>(image->widthStep) * image->height;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/ownbuffer.h"
+#include "frame/ownimage.h"
 #include "ownextrema.h"
 
 static bool ownGoodMorph(const OwnSite& site, const PxkImage* src, const PxkImage* dst, int32_t nIterations)
@@ -32,13 +33,31 @@ static bool ownMorphPass(OwnWindowWork work, OwnExtremum kind, int32_t nIteratio
 }
 
 // The first pass's result over the whole region: its processed channels and nothing else.
-static OwnTempImage ownFirstResult(const PxkImage* image, OwnSize size)
+struct OwnFirstResult {
+    PxkImage image;
+    OwnBuffer<uint8_t> pixels;
+};
+
+// False: out of memory.
+static bool ownOpenFirstResult(OwnFirstResult& first, const PxkImage* source, OwnSize size)
 {
-    OwnTempImage result(pxkCreateImageHeader(ownProcessedChannels(image), 0, image->depth, image->colorModel,
-                                             image->channelSeq, image->dataOrder, image->origin, image->align,
-                                             size.width, size.height, nullptr, nullptr, nullptr, nullptr));
-    if (result != nullptr) pxkAllocateImage(result.get(), 0, 0);
-    return result;
+    PxkImage& image = first.image;
+    image = {};
+    image.headerSize = sizeof image;
+    image.nChannels = ownProcessedChannels(source);
+    image.depth = source->depth;
+    image.dataOrder = source->dataOrder;
+    image.align = source->align;
+    image.width = size.width;
+    image.height = size.height;
+    const int64_t step = ownRowStep(image.dataOrder, image.depth, image.align, image.nChannels, size.width);
+    const int64_t bytes = ownImageSize(image.dataOrder, image.nChannels, size.height, step);
+    first.pixels = ownBuffer<uint8_t>(bytes);
+    if (first.pixels == nullptr) return false;
+    image.widthStep = static_cast<int32_t>(step);
+    image.imageSize = static_cast<int32_t>(bytes);
+    image.imageData = first.pixels.get();
+    return true;
 }
 
 // What a call does: one pass, or two of which the second sees the first one's values inside the region only, its edge
@@ -60,14 +79,14 @@ static bool ownRunMorph(PxkImage* srcImage, PxkImage* dstImage, int32_t nIterati
     work.bitRows = OwnBitRows::AS_BITS;
     work.ring = 1;
     if (passes.count == 1) return ownMorphPass(work, passes.kinds[0], nIterations);
-    const OwnTempImage first = ownFirstResult(srcImage, area.regions);
-    if (first == nullptr || first->imageData == nullptr) return false;
+    OwnFirstResult first;
+    if (!ownOpenFirstResult(first, srcImage, area.regions)) return false;
     OwnWindowWork firstPass = work;
-    firstPass.destination = first.get();
+    firstPass.destination = &first.image;
     firstPass.size = area.regions;
     firstPass.mask = nullptr;
     if (!ownMorphPass(firstPass, passes.kinds[0], nIterations)) return false;
-    work.source = first.get();
+    work.source = &first.image;
     work.sourceRect = { 0, 0, area.regions.width, area.regions.height };
     work.ring = 0;
     return ownMorphPass(work, passes.kinds[1], nIterations);

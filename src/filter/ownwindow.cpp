@@ -21,23 +21,19 @@ struct OwnWindowPass {
     OwnBandEngine engine;
     OwnScratch& scratch;
     OwnSource source;
-    OwnView pixels;        // of the source, from the pass's first channel on
-    OwnPixelCopies copies; // from the source's rows into the engine's
-    ptrdiff_t unit;        // what they take as pixelBytes
-    int32_t channel;       // the first one, among the processed channels
-    int32_t nChannels;     // processed channels in this pass
-    int32_t step;          // samples from pixel to pixel in the engine's rows
+    OwnView pixels;       // of the source, from the pass's first channel on
+    int32_t channel;      // the first one, among the processed channels
+    int32_t nChannels;    // processed channels in this pass
+    int32_t step;         // samples from pixel to pixel in the engine's rows
+    ptrdiff_t pixelBytes; // of a pixel there; 0 for rows of bits
+    bool isPacked;        // pixels lie in the source as the engine wants them
 
     bool isBits() const { return work.source->depth == PXK_DEPTH_1U; }
     bool isBitRows() const { return isBits() && work.bitRows == OwnBitRows::AS_BITS; }
-    // Of a pixel in the engine's rows; 0 for rows of bits.
-    ptrdiff_t pixelBytes() const { return isBits() ? (isBitRows() ? 0 : 1) : step * pixels.sampleBytes; }
     ptrdiff_t rowBytes(int64_t n) const
     {
-        return isBitRows() ? ownBytesOfBits(0, static_cast<ptrdiff_t>(n)) : static_cast<ptrdiff_t>(n) * pixelBytes();
+        return isBitRows() ? ownBytesOfBits(0, static_cast<ptrdiff_t>(n)) : static_cast<ptrdiff_t>(n) * pixelBytes;
     }
-    // Pixels lie in the source as the engine wants them.
-    bool isPacked() const { return !isBits() && pixels.pixelStep == pixelBytes(); }
 };
 
 // ---- which pixels --------------------------------------------------------------------------------------------------
@@ -73,13 +69,12 @@ static OwnReaches ownReaches(const OwnWindowWork& work, const OwnRect& output)
              ownReach(output.y, output.height, margins.top, margins.bottom, work.sourceRect.height, work.ring) };
 }
 
-// The rectangle of the image that these are. False when it does not fit in 31 bits.
+// The rectangle of the image that these are; it may end past the largest coordinate. False when it fits no rectangle.
 static bool ownImageRect(const OwnWindowWork& work, const OwnReaches& reaches, OwnRect* rect)
 {
     const int64_t x = work.sourceRect.x + reaches.columns.first;
     const int64_t y = work.sourceRect.y + reaches.rows.first;
-    if (x < INT32_MIN || y < INT32_MIN || x + reaches.columns.count > INT32_MAX || y + reaches.rows.count > INT32_MAX
-        || reaches.columns.count > INT32_MAX || reaches.rows.count > INT32_MAX) {
+    if (x < INT32_MIN || y < INT32_MIN || reaches.columns.count > INT32_MAX || reaches.rows.count > INT32_MAX) {
         return false;
     }
     *rect = { static_cast<int32_t>(x), static_cast<int32_t>(y), static_cast<int32_t>(reaches.columns.count),
@@ -118,47 +113,31 @@ void ownLimitBits(const OwnBand& band)
 
 // ---- source rows ---------------------------------------------------------------------------------------------------
 
-// Where an image's row comes from: a row of the source's pixels, or -1 for the constant of a side; the side decides
-// what lies left and right of a row.
+// Where rows come from: so many of the source's pixel rows that follow each other, or, for y = -1, the constant of a
+// side. The side decides what lies left and right of a row.
 struct OwnRowPlace {
     int32_t side;
     int32_t y;
-    bool operator==(const OwnRowPlace& other) const { return side == other.side && y == other.y; }
+    int64_t count;
 };
 
-// Only an image in memory has pixels outside what is held; then all of the image is.
-static OwnRowPlace ownPlaceRow(const OwnSource& source, int64_t y)
+// The place of a row of the work and of those behind it. Only an image in memory has pixels outside what is held; then
+// all of the image is.
+static OwnRowPlace ownPlaceRows(const OwnWindowPass& pass, int64_t row)
 {
+    const OwnSource& source = pass.source;
+    const int64_t ring = pass.work.ring != ownRingNone ? pass.work.ring : INT32_MAX;
+    const int64_t end = pass.work.sourceRect.height + ring;
+    const int64_t read = std::clamp(row, -ring, end - 1);
+    const int64_t y = pass.work.sourceRect.y + read;
     const int64_t inside = y - source.rect.y;
-    if (inside >= 0 && inside < source.rect.height) return { OWN_SIDE_NONE, static_cast<int32_t>(inside) };
+    if (inside >= 0 && inside < source.rect.height) {
+        const int64_t count = read == row ? std::min(source.rect.height - inside, end - row) : 1;
+        return { OWN_SIDE_NONE, static_cast<int32_t>(inside), count };
+    }
     const int32_t side = y < 0 ? OWN_SIDE_TOP : OWN_SIDE_BOTTOM;
     const int32_t mode = ownSideMode(source.image, side);
-    if (mode == PXK_EDGE_CONST) return { side, -1 };
-    return { side, ownBorderRun(mode, y, source.image->height, 1).from };
-}
-
-// The place of row k of those that output rows from `y` of the work on depend on.
-static OwnRowPlace ownPlaceBandRow(const OwnWindowPass& pass, int64_t y, int64_t k)
-{
-    const OwnWindowWork& work = pass.work;
-    int64_t row = y - work.margins.top + k;
-    if (work.ring != ownRingNone) {
-        row = std::clamp<int64_t>(row, -work.ring, static_cast<int64_t>(work.sourceRect.height) - 1 + work.ring);
-    }
-    return ownPlaceRow(pass.source, work.sourceRect.y + row);
-}
-
-// How many rows from row k on are pixels of the source that follow each other, where row k is.
-static int64_t ownRowsInside(const OwnWindowPass& pass, int64_t y, int64_t k)
-{
-    const OwnWindowWork& work = pass.work;
-    const int64_t row = y - work.margins.top + k;
-    int64_t end = static_cast<int64_t>(pass.source.rect.y) + pass.source.rect.height - work.sourceRect.y;
-    if (work.ring != ownRingNone) {
-        if (row < -work.ring) return 1;
-        end = std::min(end, static_cast<int64_t>(work.sourceRect.height) + work.ring);
-    }
-    return std::max<int64_t>(end - row, 1);
+    return { side, mode == PXK_EDGE_CONST ? -1 : ownBorderRun(mode, y, source.image->height, 1).from, 1 };
 }
 
 static const uint8_t* ownSourceRow(const OwnWindowPass& pass, int32_t y)
@@ -188,148 +167,124 @@ static void ownCopyChannel(const uint8_t* from, ptrdiff_t x, uint8_t* to, ptrdif
     for (ptrdiff_t i = 0; i < n; ++i) memcpy(to + i * bytes, from + i * STEP * pixelStep, sizeof(T));
 }
 
-static void ownChooseCopies(OwnWindowPass& pass)
-{
-    pass.unit = pass.pixelBytes();
-    if (pass.isBits() && !pass.isBitRows()) {
-        pass.copies = { ownCopyAsBytes<1>, ownCopyAsBytes<-1>, ownCopyAsBytes<0> };
-    } else if (pass.isBits() || pass.isPacked()) {
-        pass.copies = ownPixelCopies(static_cast<int32_t>(pass.unit));
-    } else {
-        pass.unit = pass.pixels.pixelStep;
-        pass.copies = ownForSampleBytes(pass.pixels.sampleBytes, [](auto tag) {
-            using T = typename decltype(tag)::Sample;
-            return OwnPixelCopies { ownCopyChannel<T, 1>, ownCopyChannel<T, -1>, ownCopyChannel<T, 0> };
-        });
-    }
-}
-
-// A stretch of a row that is made: `n` pixels from `to` on.
-struct OwnMove {
-    OwnPixelCopy copy; // null: the bytes of the pixels as they are
-    enum { SOURCE, CONSTANT, MADE } from;
-    ptrdiff_t x;
-    ptrdiff_t to;
-    ptrdiff_t n;
+// From the source's rows into the engine's. What the copies take as pixelBytes is `unit`.
+struct OwnSourceCopies {
+    OwnPixelCopies copies;
     ptrdiff_t unit;
 };
 
-// How a row is made whose own side of the image is `side`: the same for all rows of that side.
-struct OwnMoves {
-    OwnMove* moves;
-    int32_t count;
+static OwnSourceCopies ownSourceCopies(const OwnWindowPass& pass)
+{
+    if (pass.isBits() && !pass.isBitRows()) return { { ownCopyAsBytes<1>, ownCopyAsBytes<-1>, ownCopyAsBytes<0> }, 1 };
+    if (pass.isBits() || pass.isPacked) {
+        return { ownPixelCopies(static_cast<int32_t>(pass.pixelBytes)), pass.pixelBytes };
+    }
+    const OwnPixelCopies copies = ownForSampleBytes(pass.pixels.sampleBytes, [](auto tag) {
+        using T = typename decltype(tag)::Sample;
+        return OwnPixelCopies { ownCopyChannel<T, 1>, ownCopyChannel<T, -1>, ownCopyChannel<T, 0> };
+    });
+    return { copies, pass.pixels.pixelStep };
+}
+
+// Rows that are made together, all of them on one side of the image: `count` of them, `step` bytes apart.
+struct OwnMadeBand {
+    uint8_t* first;
+    ptrdiff_t step;
+    int64_t count;
+    const uint8_t* source; // the pixel row that the first one comes from; null: only constants
     int32_t side;
-    OwnConstant constants[OWN_SIDE_NONE]; // as they lie in the engine's rows
-    ptrdiff_t n;                          // pixels so far
+    ptrdiff_t n; // pixels of each so far
 };
 
-static void ownAddMove(OwnMoves& moves, const OwnMove& move)
+static void ownAddConstant(const OwnWindowPass& pass, OwnMadeBand& made, int32_t side, ptrdiff_t n)
 {
-    if (move.n == 0) return;
-    moves.moves[moves.count++] = move;
-    moves.n += move.n;
+    const uint32_t value = ownBorderConstant(pass.work.source, side);
+    const bool isByte = pass.isBits() && !pass.isBitRows();
+    const OwnConstant constant =
+        ownConstant(isByte ? PXK_DEPTH_8U : pass.work.source->depth, isByte ? value & 1 : value);
+    const ptrdiff_t at = made.n * pass.step;
+    const ptrdiff_t samples = n * pass.step;
+    const ptrdiff_t bytes = samples * constant.sampleBytes;
+    made.n += n;
+    if (bytes > 0 && bytes <= ownConstantBytes) {
+        uint8_t* const to = made.first + at * constant.sampleBytes;
+        return ownCopyByteRows(constant.bytes, 0, to, made.step, bytes, made.count);
+    }
+    const OwnPixelCopy still = ownPixelCopies(constant.sampleBytes).still;
+    for (int64_t row = 0; row < made.count; ++row) {
+        still(constant.bytes, 0, made.first + row * made.step, at, samples, constant.sampleBytes);
+    }
 }
 
-static void ownAddConstant(const OwnWindowPass& pass, OwnMoves& moves, int32_t side, ptrdiff_t n)
+static void ownAddRun(const OwnWindowPass& pass, OwnMadeBand& made, const OwnBorderRun& run)
 {
-    const OwnConstant& constant = moves.constants[side];
-    ownAddMove(moves,
-               { ownPixelCopies(constant.sampleBytes).still, OwnMove::CONSTANT, side, moves.n * pass.step,
-                 n * pass.step, constant.sampleBytes });
-    moves.n -= n * (pass.step - 1);
-}
-
-static void ownAddRun(const OwnWindowPass& pass, OwnMoves& moves, const OwnBorderRun& run)
-{
-    const OwnPixelCopies& copies = pass.copies;
-    const ptrdiff_t bit = pass.isBits() ? pass.pixels.bit : 0;
     constexpr int32_t few = 4; // pixels that are quicker moved one by one
-    if (pass.isPacked() && (run.step > 0 || run.count <= few)) {
+    if (pass.isPacked && (run.step > 0 || run.count <= few)) {
         const int32_t n = run.step > 0 ? run.count : 1;
-        for (int32_t k = 0; k < run.count; k += n) {
-            ownAddMove(moves, { nullptr, OwnMove::SOURCE, run.from + k * run.step, moves.n, n, pass.unit });
+        for (int32_t k = 0; k < run.count; k += n, made.n += n) {
+            const ptrdiff_t x = run.from + static_cast<ptrdiff_t>(k) * run.step;
+            ownCopyByteRows(made.source + x * pass.pixelBytes, pass.pixels.rowStep,
+                            made.first + made.n * pass.pixelBytes, made.step, n * pass.pixelBytes, made.count);
         }
         return;
     }
+    const auto [copies, unit] = ownSourceCopies(pass);
     const OwnPixelCopy copy = run.step > 0 ? copies.forward : (run.step < 0 ? copies.backward : copies.still);
-    ownAddMove(moves, { copy, OwnMove::SOURCE, run.from + bit, moves.n, run.count, pass.unit });
+    const ptrdiff_t x = run.from + (pass.isBits() ? static_cast<ptrdiff_t>(pass.pixels.bit) : 0);
+    for (int64_t row = 0; row < made.count; ++row) {
+        copy(made.source + row * pass.pixels.rowStep, x, made.first + row * made.step, made.n, run.count, unit);
+    }
+    made.n += run.count;
 }
 
 // The image's columns from x to before `end`, inside it and outside.
-static void ownAddColumns(const OwnWindowPass& pass, OwnMoves& moves, int64_t x, int64_t end)
+static void ownAddColumns(const OwnWindowPass& pass, OwnMadeBand& made, int64_t x, int64_t end)
 {
     const OwnSource& source = pass.source;
     const int64_t left = source.rect.x;
     const int64_t right = left + source.rect.width;
+    const bool isRowOutside = made.side != OWN_SIDE_NONE;
+    if (isRowOutside && ownSideMode(source.image, made.side) == PXK_EDGE_CONST) {
+        return ownAddConstant(pass, made, made.side, static_cast<ptrdiff_t>(end - x));
+    }
     while (x < end) {
-        const bool isInside = x >= left && x < right;
-        const int64_t stop = isInside ? std::min(end, right) : (x < left ? std::min(end, left) : end);
-        const int32_t beside = x < left ? OWN_SIDE_LEFT : OWN_SIDE_RIGHT;
-        const int32_t side = moves.side != OWN_SIDE_NONE ? moves.side : beside;
+        if (x >= left && x < right) {
+            const int32_t n = static_cast<int32_t>(std::min(end, right) - x);
+            ownAddRun(pass, made, { static_cast<int32_t>(x - left), 1, n });
+            x += n;
+            continue;
+        }
+        const int64_t stop = x < left ? std::min(end, left) : end;
+        const int32_t side = isRowOutside ? made.side : (x < left ? OWN_SIDE_LEFT : OWN_SIDE_RIGHT);
         const int32_t mode = ownSideMode(source.image, side);
-        if ((!isInside || moves.side != OWN_SIDE_NONE) && mode == PXK_EDGE_CONST) {
-            ownAddConstant(pass, moves, side, static_cast<ptrdiff_t>(stop - x));
-            x = stop;
-        } else if (isInside) {
-            ownAddRun(pass, moves, { static_cast<int32_t>(x - left), 1, static_cast<int32_t>(stop - x) });
+        if (mode == PXK_EDGE_CONST) {
+            ownAddConstant(pass, made, side, static_cast<ptrdiff_t>(stop - x));
             x = stop;
         } else {
             const OwnBorderRun run = ownBorderRun(mode, x, source.image->width, stop - x);
-            ownAddRun(pass, moves, run);
+            ownAddRun(pass, made, run);
             x += run.count;
         }
     }
 }
 
 // Columns, and what repeats their ends.
-static void ownAddReach(const OwnWindowPass& pass, OwnMoves& moves, const OwnReach& columns)
+static void ownAddReach(const OwnWindowPass& pass, OwnMadeBand& made, const OwnReach& columns)
 {
-    const ptrdiff_t first = moves.n;
-    const ptrdiff_t before = static_cast<ptrdiff_t>(columns.before);
-    const OwnPixelCopy still = ownPixelCopies(static_cast<int32_t>(pass.pixelBytes())).still;
-    moves.n += before;
+    const ptrdiff_t start = made.n;
+    const ptrdiff_t first = start + static_cast<ptrdiff_t>(columns.before);
     const int64_t x = pass.work.sourceRect.x + columns.first;
-    ownAddColumns(pass, moves, x, x + columns.count);
-    ownAddMove(
-        moves,
-        { still, OwnMove::MADE, moves.n - 1, moves.n, static_cast<ptrdiff_t>(columns.behind), pass.pixelBytes() });
-    ownAddMove(moves, { still, OwnMove::MADE, first + before, first, before, pass.pixelBytes() });
-    moves.n -= before;
-}
-
-// Room for the moves of any row. False: out of memory.
-static bool ownOpenMoves(OwnWindowPass& pass, OwnMoves& moves, const OwnReach (&reaches)[2])
-{
-    const int64_t columns = reaches[0].count + reaches[1].count;
-    moves.moves = pass.scratch.take<OwnMove>(columns / std::max(pass.source.rect.width, 1) * 4 + 32);
-    moves.side = -1;
-    for (int32_t side = 0; side < OWN_SIDE_NONE; ++side) {
-        OwnConstant& constant = moves.constants[side];
-        constant = ownConstant(pass.work.source->depth, ownBorderConstant(pass.work.source, side));
-        if (pass.isBits() && !pass.isBitRows()) constant = { { static_cast<uint8_t>(constant.bytes[0] & 1) }, 1 };
+    made.n = first;
+    ownAddColumns(pass, made, x, x + columns.count);
+    if (columns.before + columns.behind == 0) return;
+    const OwnPixelCopy still = ownPixelCopies(static_cast<int32_t>(pass.pixelBytes)).still;
+    const ptrdiff_t behind = static_cast<ptrdiff_t>(columns.behind);
+    for (int64_t k = 0; k < made.count; ++k) {
+        uint8_t* const row = made.first + k * made.step;
+        if (behind > 0) still(row, made.n - 1, row, made.n, behind, pass.pixelBytes);
+        if (first > start) still(row, first, row, start, first - start, pass.pixelBytes);
     }
-    return moves.moves != nullptr;
-}
-
-// Source rows y on, or rows of constants for y = -1, as `count` rows that are `step` bytes apart.
-static void ownMakeRows(const OwnWindowPass& pass, const OwnMoves& moves, int32_t y, uint8_t* to, ptrdiff_t step,
-                        int64_t count)
-{
-    const uint8_t* const source = y >= 0 ? ownSourceRow(pass, y) : nullptr;
-    for (int32_t k = 0; k < moves.count; ++k) {
-        const OwnMove& move = moves.moves[k];
-        const bool isConstant = move.from == OwnMove::CONSTANT;
-        const uint8_t* from = isConstant ? moves.constants[move.x].bytes : (move.from == OwnMove::MADE ? to : source);
-        const ptrdiff_t fromStep = isConstant ? 0 : (move.from == OwnMove::MADE ? step : pass.pixels.rowStep);
-        if (move.copy == nullptr) {
-            ownCopyByteRows(from + move.x * move.unit, fromStep, to + move.to * move.unit, step, move.n * move.unit,
-                            count);
-            continue;
-        }
-        for (int64_t row = 0; row < count; ++row, from += fromStep) {
-            move.copy(from, isConstant ? 0 : move.x, to + row * step, move.to, move.n, move.unit);
-        }
-    }
+    made.n += behind;
 }
 
 // ---- parts of a piece ----------------------------------------------------------------------------------------------
@@ -380,9 +335,9 @@ static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPa
     const bool isSmall = ownIsSmallWindow(work.margins);
     const int64_t fewBytes = isSmall ? 128 : 1024; // chained rows of a frame cost little
     const bool isCut = !work.inFixedBands && (isSmall || !work.isCostly);
-    const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes() >= ownBlockBytes;
-    const bool isWorth = isWhole || (isCut && (end - first - 8 * overlap) * pass.pixelBytes() >= fewBytes);
-    if (!pass.isPacked() || !isWorth) {
+    const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes >= ownBlockBytes;
+    const bool isWorth = isWhole || (isCut && (end - first - 8 * overlap) * pass.pixelBytes >= fewBytes);
+    if (!pass.isPacked || !isWorth) {
         parts[0] = { { { 0, rect.width }, { 0, 0 } }, false };
         return 1;
     }
@@ -462,35 +417,28 @@ static const uint8_t* const* ownBandRows(OwnWindowPass& pass, const OwnPartWork&
     const int64_t most = isInPlace ? 2 : (isChained ? total : ownMostRows(pass.work, total));
     uint8_t* const first = pass.scratch.take<uint8_t>(most * step + (isChained ? room : 0));
     uint8_t* next = first;
-    OwnMoves moves;
-    if (pointers == nullptr || first == nullptr || !ownOpenMoves(pass, moves, reaches)) return nullptr;
+    if (pointers == nullptr || first == nullptr) return nullptr;
     const ptrdiff_t column = static_cast<ptrdiff_t>(pass.work.sourceRect.x + reaches[0].first - pass.source.rect.x);
-    OwnRowPlace last = { -1, -1 };
+    OwnRowPlace last = { -1, -1, 0 };
     for (int64_t k = 0; k < total;) {
-        const OwnRowPlace place = ownPlaceBandRow(pass, y, k);
-        if (place == last && !isChained) {
+        const OwnRowPlace place = ownPlaceRows(pass, y - margins.top + k);
+        if (place.side == last.side && place.y == last.y && !isChained) {
             pointers[k] = pointers[k - 1];
             ++k;
             continue;
         }
-        const bool isInside = place.side == OWN_SIDE_NONE;
-        const int64_t count = isInside ? std::min(ownRowsInside(pass, y, k), total - k) : 1;
-        last = { place.side, place.y + static_cast<int32_t>(count) - 1 };
-        const bool isMade = !isInPlace || place.y < 0;
-        if (isMade && moves.side != place.side) {
-            moves.side = place.side;
-            moves.n = moves.count = 0;
-            ownAddReach(pass, moves, reaches[0]);
-            if (work.part.columns[1].count > 0) ownAddReach(pass, moves, reaches[1]);
-        }
-        const uint8_t* row = next;
-        if (isMade) {
-            ownMakeRows(pass, moves, place.y, next, step, count);
-            next += count * step;
-        } else {
-            row = ownSourceRow(pass, place.y) + column * pass.pixels.pixelStep;
-        }
+        const int64_t count = std::min(place.count, total - k);
+        last = { place.side, place.y + static_cast<int32_t>(count) - 1, 0 };
+        const uint8_t* const source = place.y >= 0 ? ownSourceRow(pass, place.y) : nullptr;
+        const bool isMade = !isInPlace || source == nullptr;
+        const uint8_t* row = isMade ? next : source + column * pass.pixels.pixelStep;
         const ptrdiff_t rowStep = isMade ? step : pass.pixels.rowStep;
+        if (isMade) {
+            OwnMadeBand band = { next, step, count, source, place.side, 0 };
+            ownAddReach(pass, band, reaches[0]);
+            if (work.part.columns[1].count > 0) ownAddReach(pass, band, reaches[1]);
+            next += count * step;
+        }
         for (const int64_t end = k + count; k < end; ++k, row += rowStep) pointers[k] = row;
     }
     // What fills up a block is computed too: left as it was, it might be numbers that processors are slow on.
@@ -609,7 +557,8 @@ static bool ownRunPiece(OwnWindowPass& pass, const OwnDestination& piece)
     for (pass.channel = 0; pass.channel < piece.view.nChannels; pass.channel += pass.nChannels) {
         pass.pixels = source;
         pass.pixels.first += pass.channel * source.channelStep;
-        ownChooseCopies(pass);
+        pass.pixelBytes = pass.isBits() ? (pass.isBitRows() ? 0 : 1) : pass.step * source.sampleBytes;
+        pass.isPacked = !pass.isBits() && source.pixelStep == pass.pixelBytes;
         OwnPart parts[2] = {};
         const int32_t nParts = ownCutPiece(pass, piece.rect, parts);
         const OwnPartWork works[2] = { { piece, parts[0], ownPartWidth(pass, parts[0]) },
@@ -632,7 +581,7 @@ bool ownRunWindow(const OwnWindowWork& work, OwnBandEngine engine)
     const bool isSourceTiled = work.source->tileInfo != nullptr;
     const bool isReadByPiece = isSourceTiled && work.destination->tileInfo != nullptr && !isInPlace;
     OwnScratch scratch;
-    OwnWindowPass pass = { work, engine, scratch, {}, {}, {}, 0, 0, 0, 0 };
+    OwnWindowPass pass = { work, engine, scratch, {}, {}, 0, 0, 0, 0, false };
     if (isInPlace || (isSourceTiled && !isReadByPiece)) {
         if (!ownReadFor(work, all, OwnReading::AS_COPY, pass.source)) return false;
     } else if (!isSourceTiled) {

@@ -16,19 +16,19 @@ static Kernel* ownCreateKernel(const OwnSite& site, int32_t nCols, int32_t nRows
         return nullptr;
     using Stored = std::remove_pointer_t<decltype(Kernel::values)>;
     const int64_t count = static_cast<int64_t>(nCols) * nRows;
-    OwnBuffer<Kernel> kernel = ownBuffer<Kernel>(1);
-    OwnBuffer<Stored> stored = ownBuffer<Stored>(count);
+    OwnRecord<Kernel> kernel = ownRecord<Kernel>(1);
+    OwnRecord<Stored> stored = ownRecord<Stored>(count);
     if (kernel == nullptr || stored == nullptr) {
         ownReport(site, PXK_StsNoMem, "Allocation failure");
         return nullptr;
     }
-    for (int64_t i = 0; i < count; ++i) stored[static_cast<size_t>(i)] = values[count - 1 - i];
-    kernel[0] = {};
-    kernel[0].nCols = nCols;
-    kernel[0].nRows = nRows;
-    kernel[0].anchorX = nCols - 1 - anchorX;
-    kernel[0].anchorY = nRows - 1 - anchorY;
-    kernel[0].values = stored.release();
+    for (int64_t i = 0; i < count; ++i) stored.get()[i] = values[count - 1 - i];
+    *kernel = {};
+    kernel->nCols = nCols;
+    kernel->nRows = nRows;
+    kernel->anchorX = nCols - 1 - anchorX;
+    kernel->anchorY = nRows - 1 - anchorY;
+    kernel->values = stored.release();
     return kernel.release();
 }
 

@@ -199,13 +199,14 @@ static void ownSeparable(const OwnSite& site, const OwnConvImages& images, const
     const auto columns = ownAxisOf(yKernel, &Kernel::anchorY);
     const int32_t depth = images.srcImage->depth;
     const auto engine = [&](const OwnBand& band) {
+        // Bits come as bytes, and in rows below a block what lies behind them, any byte, is added along.
         const int32_t bytesDepth = depth == PXK_DEPTH_1U ? PXK_DEPTH_8U : depth;
         bool isGood;
         if constexpr (isFloat) {
             isGood = ownSeparateDepth<float>(band, rows, columns, depth);
         } else {
             isGood = ownForIntegerDepth(bytesDepth, [&](auto tag) {
-                return ownSeparateDepth<typename decltype(tag)::Sample>(band, rows, columns, depth);
+                return ownSeparateDepth<typename decltype(tag)::Sample>(band, rows, columns, bytesDepth);
             });
         }
         if (depth == PXK_DEPTH_1U) ownLimitBits(band);

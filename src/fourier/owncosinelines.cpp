@@ -113,3 +113,45 @@ float* ownCosineBackward(const OwnCosinePlan& plan, const float* const* from, fl
                         result + (batch * real.n + x) * OWN_LANES);
     return result;
 }
+
+void ownLoneCosineForward(const OwnCosinePlan& plan, const float* values, float* first, float* second)
+{
+    const ptrdiff_t n = plan.real.n, half = n / 2;
+    const float* turns = plan.turns;
+    OWN_IVDEP
+    for (ptrdiff_t x = 0; x < half; ++x) {
+        first[x] = values[2 * x];
+        first[n - 1 - x] = values[2 * x + 1];
+    }
+    ownRealToLoneSpectrum(plan.real, first, second, first);
+    const OwnLoneLine spectrum = ownLoneLine(plan.real.points, second);
+    first[0] = spectrum.re[0] * turns[0];
+    first[half] = spectrum.im[0] * turns[0];
+    OWN_IVDEP
+    for (ptrdiff_t k = 1; k < half; ++k) {
+        const float re = spectrum.re[k], im = spectrum.im[k], cosine = turns[2 * k], sine = turns[2 * k + 1];
+        first[k] = re * cosine + im * sine;
+        first[n - k] = re * sine - im * cosine;
+    }
+}
+
+void ownLoneCosineBackward(const OwnCosinePlan& plan, const float* values, float* first, float* second)
+{
+    const ptrdiff_t n = plan.real.n, half = n / 2;
+    const float* turns = plan.turns;
+    const OwnLoneLine spectrum = ownLoneLine(plan.real.points, first);
+    spectrum.re[0] = values[0] * turns[0];
+    spectrum.im[0] = values[half] * turns[0];
+    OWN_IVDEP
+    for (ptrdiff_t k = 1; k < half; ++k) {
+        const float a = values[k], b = values[n - k], cosine = 0.5f * turns[2 * k], sine = 0.5f * turns[2 * k + 1];
+        spectrum.re[k] = a * cosine + b * sine;
+        spectrum.im[k] = a * sine - b * cosine;
+    }
+    ownLoneSpectrumToReal(plan.real, first, second);
+    OWN_IVDEP
+    for (ptrdiff_t x = 0; x < half; ++x) {
+        first[2 * x] = second[x];
+        first[2 * x + 1] = second[n - 1 - x];
+    }
+}

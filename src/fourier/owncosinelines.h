@@ -2,7 +2,7 @@
 // Orthonormal cosine transforms of lines side by side, by real Fourier transforms of the same length.
 #pragma once
 
-#include "ownreallines.h"
+#include "ownlonelines.h"
 
 struct OwnCosinePlan {
     OwnRealPlan real;
@@ -18,3 +18,7 @@ struct OwnCosinePlan {
 // in the same form. from[0] may be `first`, one batch following the other.
 float* ownCosineForward(const OwnCosinePlan& plan, const float* const* from, float* first, float* second);
 float* ownCosineBackward(const OwnCosinePlan& plan, const float* const* from, float* first, float* second);
+
+// A line by itself, if ownGoesAlone says so of plan.real. `values` may be `second`; the result lies in `first`.
+void ownLoneCosineForward(const OwnCosinePlan& plan, const float* values, float* first, float* second);
+void ownLoneCosineBackward(const OwnCosinePlan& plan, const float* values, float* first, float* second);

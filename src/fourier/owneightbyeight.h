@@ -1,6 +1,9 @@
 /* SPDX-License-Identifier: BSD-2-Clause */
-// Orthonormal cosine transforms of 8 by 8 values, row after row, in place.
+// Orthonormal cosine transforms of 8 by 8 values, whose rows lie a step of values apart. Everything is read before
+// anything is written; a NaN becomes the one that is stored.
 #pragma once
 
-void ownEightForward(float* block);
-void ownEightBackward(float* block);
+#include <cstddef>
+
+void ownEightForward(const float* from, ptrdiff_t fromStep, float* to, ptrdiff_t toStep);
+void ownEightBackward(const float* from, ptrdiff_t fromStep, float* to, ptrdiff_t toStep);

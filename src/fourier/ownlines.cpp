@@ -7,12 +7,6 @@
 #include "frame/ownivdep.h"
 #include "ownbutterfly.h"
 
-// Real and imaginary parts of a point, as offsets: exchanging both turns the transform's sign around.
-struct OwnParts {
-    ptrdiff_t re;
-    ptrdiff_t im;
-};
-
 template <size_t... I>
 inline void ownLoadLegs(OwnComplex (&v)[sizeof...(I)], const float* re, const float* im, ptrdiff_t leg,
                         std::index_sequence<I...>)
@@ -193,7 +187,7 @@ static void ownRunDirectPass(const OwnPass& pass, const float* from, float* to, 
     }
 }
 
-static void ownRunAnyPass(const OwnPass& pass, const float* from, float* to, OwnParts parts)
+void ownRunAnyPass(const OwnPass& pass, const float* from, float* to, OwnParts parts)
 {
     if (pass.radix > OWN_LARGEST_BUTTERFLY) return ownRunDirectPass(pass, from, to, parts);
     if (pass.second > 1) return ownRunDoublePass(pass, from, to, parts);

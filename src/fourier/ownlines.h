@@ -10,6 +10,12 @@
 constexpr ptrdiff_t OWN_LANES = 16;
 constexpr ptrdiff_t OWN_GROUP = 2 * OWN_LANES; // values of a complex point
 
+// The next multiple of sixteen.
+constexpr int64_t ownPadded(int64_t n)
+{
+    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
+}
+
 // Transforms of radix * second points each, a complex factor (a turn) at each of their results.
 struct OwnPass {
     int32_t radix;
@@ -39,6 +45,14 @@ constexpr int32_t OWN_LARGEST_BUTTERFLY = 8;
 
 // Null: no memory, or no free entry. Lives until the caches are released.
 const OwnLinePlan* ownLinePlan(OwnTransformCaches& caches, int32_t n);
+
+// Real and imaginary parts of a point, as offsets: exchanging both turns the transform's sign around.
+struct OwnParts {
+    ptrdiff_t re;
+    ptrdiff_t im;
+};
+
+void ownRunAnyPass(const OwnPass& pass, const float* from, float* to, OwnParts parts);
 
 // Values that `spare` must hold.
 int64_t ownSpareValues(const OwnLinePlan& plan);

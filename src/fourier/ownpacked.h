@@ -7,11 +7,13 @@
 // for even widths, k = W / 2 as its imaginary parts.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
+#include <type_traits>
 
 #include "frame/ownivdep.h"
+#include "ownlonelines.h"
 #include "ownplanelines.h"
-#include "ownreallines.h"
 #include "owntables.h"
 
 template <class Value, class RealPlan, class LinePlan> struct OwnPacking {
@@ -20,31 +22,33 @@ template <class Value, class RealPlan, class LinePlan> struct OwnPacking {
     RealPlan rows;
     RealPlan edges; // columns 0 and W / 2
     const LinePlan* columns;
+    const float* loneTurns; // of columns, see ownlonelines.h; null where they go sixteen at a time only
+    int64_t blockRows;      // of a block of columns; those behind the last one fill up a square
     Value* blocks;
     Value* data; // lines of a pass, and room for their transforms
     Value* spare;
+    static constexpr bool hasLoneLines = std::is_same<RealPlan, OwnRealPlan>::value;
 };
-
-constexpr int64_t ownPadded(int64_t n)
-{
-    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
-}
 
 // Values of a block of columns.
 template <class Packing> ptrdiff_t ownBlockValues(const Packing& packing)
 {
-    return static_cast<ptrdiff_t>(ownPadded(packing.height) * OWN_GROUP);
+    return static_cast<ptrdiff_t>(packing.blockRows * OWN_GROUP);
 }
 
 // Takes the memory; the plans are there. False: no memory.
 template <class Value, class RealPlan, class LinePlan>
 [[nodiscard]] bool ownTakeMemory(OwnTransformCaches& caches, OwnPacking<Value, RealPlan, LinePlan>& packing)
 {
-    int64_t lines = ownRealValues(packing.rows);
-    for (const int64_t values : { ownRealValues(packing.edges), ownSpareValues(*packing.columns) })
-        lines = lines > values ? lines : values;
-    lines += OWN_LANES * OWN_GROUP; // squares stand out over the last column
-    const int64_t blocks = ownPadded(packing.rows.points) * ownPadded(packing.height) * 2;
+    int64_t rows = ownRealValues(packing.rows);
+    packing.blockRows = ownPadded(packing.height);
+    if constexpr (OwnPacking<Value, RealPlan, LinePlan>::hasLoneLines) {
+        if (ownGoesAlone(packing.rows, packing.height)) rows = ownLoneValues(*packing.rows.lines);
+        if (ownGoesAlone(packing.rows, packing.height % OWN_LANES)) packing.blockRows = packing.height;
+    }
+    const int64_t columns = std::max(ownRealValues(packing.edges), ownSpareValues(*packing.columns));
+    const int64_t lines = std::max(rows, columns) + OWN_LANES * OWN_GROUP; // squares stand out over the last column
+    const int64_t blocks = ownPadded(packing.rows.points) * packing.blockRows * 2;
     packing.blocks =
         static_cast<Value*>(ownWorkMemory(caches, (blocks + 2 * lines) * static_cast<int64_t>(sizeof(Value))));
     packing.data = packing.blocks + blocks;
@@ -59,15 +63,57 @@ template <class Value> void ownTurnSpectra(const Value* from, Value* to)
     ownTransposeFrom(from + OWN_LANES, OWN_GROUP, to + OWN_LANES, OWN_GROUP);
 }
 
+// The spectra of rows y to y + 15, of all batches.
+template <class Packing, class Plane> auto* ownLoadSpectra(const Packing& packing, const Plane& source, int32_t y)
+{
+    const auto& plan = packing.rows;
+    for (int32_t batch = 0; batch < plan.layout.batches; ++batch)
+        ownLoadLines(source, packing.width, packing.height, y + batch * static_cast<int32_t>(OWN_LANES),
+                     packing.data + batch * OWN_LANES, plan.layout.step);
+    return ownRealToSpectra(plan, packing.data, packing.spare);
+}
+
+// A row by itself, where few are left.
+template <class Packing, class Plane> void ownLoneRowToBlocks(const Packing& packing, const Plane& source, int32_t y)
+{
+    const float* values = ownRowInPlace(source, y);
+    if (values == nullptr) {
+        ownLoadValues(source, 0, y, packing.width, packing.spare);
+        values = packing.spare;
+    }
+    ownRealToLoneSpectrum(packing.rows, values, packing.data, packing.spare);
+    const OwnLoneLine line = ownLoneLine(packing.rows.points, packing.data);
+    for (ptrdiff_t k = 0; k < packing.rows.points; k += OWN_LANES) {
+        float* group = packing.blocks + k / OWN_LANES * ownBlockValues(packing) + y * OWN_GROUP;
+        memcpy(group, line.re + k, OWN_LANES * sizeof(float));
+        memcpy(group + OWN_LANES, line.im + k, OWN_LANES * sizeof(float));
+    }
+}
+
+template <class Packing, class Plane>
+void ownBlocksToLoneRow(const Packing& packing, const Plane& destination, int32_t y)
+{
+    const OwnLoneLine line = ownLoneLine(packing.rows.points, packing.data);
+    for (ptrdiff_t k = 0; k < packing.rows.points; k += OWN_LANES) {
+        const float* group = packing.blocks + k / OWN_LANES * ownBlockValues(packing) + y * OWN_GROUP;
+        memcpy(line.re + k, group, OWN_LANES * sizeof(float));
+        memcpy(line.im + k, group + OWN_LANES, OWN_LANES * sizeof(float));
+    }
+    ownLoneSpectrumToReal(packing.rows, packing.data, packing.spare);
+    ownStoreValues(destination, 0, y, packing.width, packing.spare);
+}
+
 template <class Packing, class Plane> void ownRowsToBlocks(const Packing& packing, const Plane& source)
 {
     const auto& plan = packing.rows;
-    const int32_t width = packing.width, height = packing.height;
+    const int32_t height = packing.height;
     for (int32_t y = 0; y < height;) {
-        for (int32_t batch = 0; batch < plan.layout.batches; ++batch)
-            ownLoadLines(source, width, height, y + batch * static_cast<int32_t>(OWN_LANES),
-                         packing.data + batch * OWN_LANES, plan.layout.step);
-        auto* spectra = ownRealToSpectra(plan, packing.data, packing.spare);
+        if constexpr (Packing::hasLoneLines)
+            if (ownGoesAlone(plan, height - y)) {
+                ownLoneRowToBlocks(packing, source, y++);
+                continue;
+            }
+        auto* spectra = ownLoadSpectra(packing, source, y);
         memset(spectra + plan.layout.batches * plan.points * OWN_GROUP, 0, OWN_LANES * OWN_GROUP * sizeof *spectra);
         for (int32_t batch = 0; batch < plan.layout.batches && y < height; ++batch, y += OWN_LANES) {
             for (int32_t k = 0; k < plan.points; k += OWN_LANES)
@@ -78,21 +124,41 @@ template <class Packing, class Plane> void ownRowsToBlocks(const Packing& packin
     }
 }
 
+// The first row of a batch; the second batch is the first one again, where it has no rows.
+template <class Packing> int32_t ownBatchRow(const Packing& packing, int32_t y, int32_t batch)
+{
+    const int32_t row = y + batch * static_cast<int32_t>(OWN_LANES);
+    return row < packing.height ? row : y;
+}
+
+// The rows of which packing.data holds the spectra, from y on: the row behind them.
+template <class Packing, class Plane>
+int32_t ownStoreSpectra(const Packing& packing, int32_t y, const Plane& destination)
+{
+    const auto& plan = packing.rows;
+    const auto* lines = ownSpectraToReal(plan, packing.data, packing.spare);
+    for (int32_t batch = 0; batch < plan.layout.batches && y < packing.height; ++batch, y += OWN_LANES)
+        ownStoreLines(lines + batch * OWN_LANES, plan.layout.step, packing.width, packing.height, y, destination);
+    return y;
+}
+
 template <class Packing, class Plane> void ownBlocksToRows(const Packing& packing, const Plane& destination)
 {
     const auto& plan = packing.rows;
-    const int32_t width = packing.width, height = packing.height;
+    const int32_t height = packing.height;
     for (int32_t y = 0; y < height;) {
+        if constexpr (Packing::hasLoneLines)
+            if (ownGoesAlone(plan, height - y)) {
+                ownBlocksToLoneRow(packing, destination, y++);
+                continue;
+            }
         for (int32_t batch = 0; batch < plan.layout.batches; ++batch) {
-            const int32_t row =
-                y + batch * static_cast<int32_t>(OWN_LANES) < height ? y + batch * static_cast<int32_t>(OWN_LANES) : y;
+            const int32_t row = ownBatchRow(packing, y, batch);
             for (int32_t k = 0; k < plan.points; k += OWN_LANES)
                 ownTurnSpectra(packing.blocks + k / OWN_LANES * ownBlockValues(packing) + row * OWN_GROUP,
                                packing.data + (batch * plan.points + k) * OWN_GROUP);
         }
-        const auto* lines = ownSpectraToReal(plan, packing.data, packing.spare);
-        for (int32_t batch = 0; batch < plan.layout.batches && y < height; ++batch, y += OWN_LANES)
-            ownStoreLines(lines + batch * OWN_LANES, plan.layout.step, width, height, y, destination);
+        y = ownStoreSpectra(packing, y, destination);
     }
 }
 
@@ -171,10 +237,12 @@ void ownLoadEdges(const Packing& packing, const OwnPartFactors<Value>& factors, 
 }
 
 // Neighbouring blocks whose columns are transformed before rows of them move between blocks and image: so many that
-// they stay in the second-level cache, and long pieces of rows are moved.
+// they stay in the second-level cache, and long pieces of rows are moved. The first block and one that is not full are
+// ranges of their own: all columns of the others lie in the image one after the other.
 struct OwnBlockRange {
     int32_t first;
     int32_t count;
+    bool isInner;
 };
 
 constexpr int32_t OWN_MOST_BLOCKS = 16;
@@ -183,9 +251,11 @@ template <class Packing> OwnBlockRange ownBlocksFrom(const Packing& packing, int
 {
     constexpr ptrdiff_t cachedValues = 1 << 17;
     const int32_t all = static_cast<int32_t>(ownPadded(packing.rows.points) / OWN_LANES);
+    const int32_t inner = packing.rows.points / static_cast<int32_t>(OWN_LANES) - first;
+    if (first == 0 || inner < 1) return { first, all > first ? 1 : 0, false };
     const ptrdiff_t fitting = cachedValues / ownBlockValues(packing);
     const int32_t most = fitting < 1 ? 1 : fitting < OWN_MOST_BLOCKS ? static_cast<int32_t>(fitting) : OWN_MOST_BLOCKS;
-    return { first, all - first < most ? all - first : most };
+    return { first, inner < most ? inner : most, true };
 }
 
 // Complex columns of some blocks in the packed image: `n` values of each row from column x on, after `skipped` values,
@@ -222,16 +292,18 @@ void ownStoreColumns(const Packing& packing, const OwnBlockRange& range, const O
     const Value factorRe = factors.re, factorIm = factors.im;
     for (int32_t y = 0; y < packing.height; ++y) {
         alignas(64) Value values[OWN_MOST_BLOCKS * OWN_GROUP];
-        for (int32_t i = 0; i < range.count; ++i) {
+        Value* const row = range.isInner ? ownRowInPlace(destination, y) : nullptr;
+        Value* to = row != nullptr ? row + columns.x : values;
+        for (int32_t i = 0; i < range.count; ++i, to += OWN_GROUP) {
             const Value* group = packing.blocks + (range.first + i) * ownBlockValues(packing) + y * OWN_GROUP;
-            Value* to = values + i * OWN_GROUP;
             OWN_IVDEP
+            OWN_NOT_UNROLLED
             for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-                to[2 * lane] = ownTimes(group[lane], factorRe);
-                to[2 * lane + 1] = ownTimes(group[OWN_LANES + lane], factorIm);
+                to[2 * lane] = ownOneNaN(ownTimes(group[lane], factorRe));
+                to[2 * lane + 1] = ownOneNaN(ownTimes(group[OWN_LANES + lane], factorIm));
             }
         }
-        ownStoreValues(destination, columns.x, y, columns.n, values + columns.skipped);
+        if (row == nullptr) ownStoreValues(destination, columns.x, y, columns.n, values + columns.skipped);
     }
 }
 
@@ -243,11 +315,13 @@ void ownLoadColumns(const Packing& packing, const OwnBlockRange& range, const Ow
     const Value factorRe = factors.re, factorIm = factors.im;
     alignas(64) Value values[OWN_MOST_BLOCKS * OWN_GROUP] = {};
     for (int32_t y = 0; y < packing.height; ++y) {
-        if (columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.skipped);
-        for (int32_t i = 0; i < range.count; ++i) {
+        const Value* const row = range.isInner ? ownRowInPlace(source, y) : nullptr;
+        if (row == nullptr && columns.n > 0) ownLoadValues(source, columns.x, y, columns.n, values + columns.skipped);
+        const Value* from = row != nullptr ? row + columns.x : values;
+        for (int32_t i = 0; i < range.count; ++i, from += OWN_GROUP) {
             Value* group = packing.blocks + (range.first + i) * ownBlockValues(packing) + y * OWN_GROUP;
-            const Value* from = values + i * OWN_GROUP;
             OWN_IVDEP
+            OWN_NOT_UNROLLED
             for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
                 group[lane] = ownTimes(from[2 * lane], factorRe);
                 group[OWN_LANES + lane] = ownTimes(from[2 * lane + 1], factorIm);

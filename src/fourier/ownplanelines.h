@@ -2,10 +2,13 @@
 // One channel of an image as lines side by side: sixteen rows at a time, turned over in squares.
 #pragma once
 
+#include <utility>
+
 #include "frame/owndepth.h"
 #include "frame/ownivdep.h"
 #include "frame/ownlimit.h"
 #include "frame/ownplane.h"
+#include "frame/ownregion.h"
 #include "owntranspose.h"
 
 // Samples as floats.
@@ -21,17 +24,14 @@ inline void ownLoadValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int3
 }
 
 // Changes the values on the way.
-inline void ownStoreValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* from)
-{
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) from[i] = ownOneNaN(from[i]);
-    ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
-}
+void ownStoreValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* from);
 
-// Row y where it lies, if it holds values as they are, else null.
+// Row y where it lies, if all rows hold values as they are, else null.
 inline float* ownRowInPlace(const OwnFloatPlane& plane, int32_t y)
 {
-    const bool isPlain = plane.depth == PXK_DEPTH_32F && plane.view.pixelStep == static_cast<ptrdiff_t>(sizeof(float));
+    constexpr ptrdiff_t valueBytes = sizeof(float);
+    const bool isPlain = plane.depth == PXK_DEPTH_32F && plane.view.pixelStep == valueBytes
+        && plane.view.rowStep % valueBytes == 0; // a caller's rows may lie any number of bytes apart
     return isPlain
         ? reinterpret_cast<float*>(plane.view.first + plane.channel * plane.view.channelStep + y * plane.view.rowStep)
         : nullptr;
@@ -49,26 +49,37 @@ struct OwnFixedPlane {
     float scale;   // of what the shift leaves
 };
 
-inline void ownLoadValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* to)
-{
-    ownLoadPlaneRow(plane.view, plane.depth, plane.channel, x, y, n, to);
-    for (int32_t i = 0; i < n; ++i) to[i] = static_cast<int32_t>(static_cast<uint32_t>(to[i]) << OWN_FIXED_BITS);
-}
+void ownLoadValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* to);
 
 // Shifts down; what is left of a negative value above -1 is 0.
-inline void ownStoreValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* from)
-{
-    const int64_t one = int64_t(1) << plane.shift;
-    for (int32_t i = 0; i < n; ++i)
-        from[i] = from[i] < 0 && from[i] > -one ? 0 : static_cast<int32_t>(int64_t(from[i]) >> plane.shift);
-    if (plane.scale != 1)
-        for (int32_t i = 0; i < n; ++i) from[i] = ownLimitTo<int32_t>(static_cast<float>(from[i]) * plane.scale);
-    ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
-}
+void ownStoreValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* from);
 
 inline int32_t* ownRowInPlace(const OwnFixedPlane&, int32_t)
 {
     return nullptr;
+}
+
+// Values from one row in place to the next one.
+template <class Plane> ptrdiff_t ownRowValues(const Plane& plane)
+{
+    return plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(*ownRowInPlace(plane, 0)));
+}
+
+// Whether rows lie so far apart that a column's samples can be walked.
+inline bool ownHasWholeSteps(const OwnView& view)
+{
+    return view.rowStep % view.sampleBytes == 0;
+}
+
+// Makes single columns single rows, whose transforms are the same: a pixel's neighbour lies a row further. Columns of
+// an odd length stay, because their partner in a transform is another one than a row's.
+template <class Plane> void ownLayColumnsDown(Plane& source, Plane& destination, OwnSize& size)
+{
+    OwnView &a = source.view, &b = destination.view;
+    if (size.width != 1 || size.height % 2 != 0 || !ownHasWholeSteps(a) || !ownHasWholeSteps(b)) return;
+    std::swap(size.width, size.height);
+    std::swap(a.pixelStep, a.rowStep);
+    std::swap(b.pixelStep, b.rowStep);
 }
 
 // Columns that are turned over by way of a buffer on the stack.
@@ -83,8 +94,7 @@ void ownLoadLines(const Plane& plane, int32_t width, int32_t height, int32_t y, 
     int32_t x = 0;
     if (const Value* direct = rows == OWN_TILE ? ownRowInPlace(plane, y) : nullptr; direct != nullptr)
         for (; x + OWN_TILE <= width; x += OWN_TILE)
-            ownTransposeFrom(direct + x, plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(Value)), to + x * step,
-                             step);
+            ownTransposeFrom(direct + x, ownRowValues(plane), to + x * step, step);
     while (x < width) {
         alignas(64) Value stage[OWN_TILE * ownStageWidth];
         const int32_t n = width - x < ownStageWidth ? width - x : ownStageWidth;
@@ -102,9 +112,9 @@ void ownLoadLines(const Plane& plane, int32_t width, int32_t height, int32_t y, 
 inline void ownStoreTile(const float* from, ptrdiff_t fromStep, float* to, ptrdiff_t toStep)
 {
     alignas(64) float tile[OWN_TILE * OWN_TILE];
-    ownTransposeTo(from, fromStep, tile, OWN_TILE);
-    for (ptrdiff_t y = 0; y < OWN_TILE; ++y)
-        for (ptrdiff_t x = 0; x < OWN_TILE; ++x) to[y * toStep + x] = ownOneNaN(tile[y * OWN_TILE + x]);
+    for (ptrdiff_t x = 0; x < OWN_TILE; ++x)
+        for (ptrdiff_t y = 0; y < OWN_TILE; ++y) tile[x * OWN_TILE + y] = ownOneNaN(from[x * fromStep + y]);
+    ownTransposeTo(tile, OWN_TILE, to, toStep);
 }
 
 inline void ownStoreTile(const int32_t* from, ptrdiff_t fromStep, int32_t* to, ptrdiff_t toStep)
@@ -120,7 +130,7 @@ void ownStoreLines(const Value* from, ptrdiff_t step, int32_t width, int32_t hei
     int32_t x = 0;
     if (Value* direct = rows == OWN_TILE ? ownRowInPlace(plane, y) : nullptr; direct != nullptr)
         for (; x + OWN_TILE <= width; x += OWN_TILE)
-            ownStoreTile(from + x * step, step, direct + x, plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(Value)));
+            ownStoreTile(from + x * step, step, direct + x, ownRowValues(plane));
     while (x < width) {
         alignas(64) Value stage[OWN_TILE * ownStageWidth];
         const int32_t n = width - x < ownStageWidth ? width - x : ownStageWidth;

@@ -3,21 +3,20 @@
 
 #include "frame/ownivdep.h"
 #include "ownangle.h"
+#include "ownpairs.h"
 
-// For k from 0 to n / 4: cosine and sine of 2 pi k / n, then half the cosine and half of 1 less the sine.
-constexpr ptrdiff_t ownTurnValues = 4;
-
+// For k from 0 to n / 4.
 static const float* ownRealTurns(OwnTransformCaches& caches, int32_t n)
 {
     float* turns = static_cast<float*>(ownTable(caches, OwnTableKind::REAL_LINES, n));
     if (turns != nullptr) return turns;
     const int64_t count = n / 4 + 1;
     turns = static_cast<float*>(
-        ownNewTable(caches, OwnTableKind::REAL_LINES, n, count * ownTurnValues * static_cast<int64_t>(sizeof(float))));
+        ownNewTable(caches, OwnTableKind::REAL_LINES, n, count * OWN_PAIR_TURNS * static_cast<int64_t>(sizeof(float))));
     if (turns == nullptr) return nullptr;
     for (int64_t k = 0; k < count; ++k) {
         const OwnTurn turn = ownTurn(k, n);
-        float* to = turns + k * ownTurnValues;
+        float* to = turns + k * OWN_PAIR_TURNS;
         to[0] = static_cast<float>(turn.cosine);
         to[1] = static_cast<float>(turn.sine);
         to[2] = static_cast<float>(0.5 * turn.cosine);
@@ -34,6 +33,7 @@ bool ownRealPlan(OwnTransformCaches& caches, int32_t n, OwnRealPlan& plan)
     plan.layout = isEven ? OwnRealLayout { OWN_LANES, 1 } : OwnRealLayout { OWN_GROUP, 2 };
     plan.lines = ownLinePlan(caches, isEven ? n / 2 : n);
     plan.turns = isEven ? ownRealTurns(caches, n) : nullptr;
+    plan.loneTurns = nullptr;
     return plan.lines != nullptr && (plan.turns != nullptr || !isEven);
 }
 
@@ -44,30 +44,51 @@ int64_t ownRealValues(const OwnRealPlan& plan)
     return spare > spectra ? spare : spectra;
 }
 
+static OwnComplex ownLoadPoint(const float* group)
+{
+    return { group[0], group[OWN_LANES] };
+}
+
+static void ownStorePoint(OwnComplex point, float* group)
+{
+    group[0] = point.re;
+    group[OWN_LANES] = point.im;
+}
+
+// S(0) and S(n / 2) from the first point, and the reverse times 2.
+static void ownSplitFirst(float* z)
+{
+    for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
+        const OwnComplex first = ownLoadPoint(z + lane);
+        ownStorePoint({ first.re + first.im, first.re - first.im }, z + lane);
+    }
+}
+
+using OwnPairStep = void (*)(OwnComplex& first, OwnComplex& last, const float* turns);
+
+template <OwnPairStep step> static void ownRunPairs(const OwnRealPlan& plan, float* z)
+{
+    const ptrdiff_t half = plan.n / 2;
+    for (ptrdiff_t k = 1; k < half - k; ++k) {
+        float *a = z + k * OWN_GROUP, *b = z + (half - k) * OWN_GROUP;
+        const float* turns = plan.turns + k * OWN_PAIR_TURNS;
+        const float four[OWN_PAIR_TURNS] = { turns[0], turns[1], turns[2], turns[3] };
+        OWN_IVDEP
+        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
+            OwnComplex first = ownLoadPoint(a + lane), last = ownLoadPoint(b + lane);
+            step(first, last, four);
+            ownStorePoint(first, a + lane);
+            ownStorePoint(last, b + lane);
+        }
+    }
+}
+
 // From the transform z of pairs of values to the spectrum of the line, in place.
 static void ownUntangle(const OwnRealPlan& plan, float* z)
 {
     const ptrdiff_t half = plan.n / 2;
-    OWN_IVDEP
-    for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-        const float re = z[lane], im = z[OWN_LANES + lane];
-        z[lane] = re + im;
-        z[OWN_LANES + lane] = re - im;
-    }
-    for (ptrdiff_t k = 1; k < half - k; ++k) {
-        const float cosine = plan.turns[k * ownTurnValues + 2], sine = plan.turns[k * ownTurnValues + 3];
-        float *a = z + k * OWN_GROUP, *b = z + (half - k) * OWN_GROUP;
-        OWN_IVDEP
-        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-            const float aRe = a[lane], aIm = a[OWN_LANES + lane], bRe = b[lane], bIm = b[OWN_LANES + lane];
-            const float re = (aIm + bIm) * cosine + (aRe - bRe) * sine;
-            const float im = (aIm + bIm) * sine - (aRe - bRe) * cosine;
-            a[lane] = re + bRe;
-            a[OWN_LANES + lane] = im - bIm;
-            b[lane] = aRe - re;
-            b[OWN_LANES + lane] = im - aIm;
-        }
-    }
+    ownSplitFirst(z);
+    ownRunPairs<ownUntanglePair>(plan, z);
     if (half % 2 != 0) return;
     float* middle = z + half / 2 * OWN_GROUP + OWN_LANES;
     for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) middle[lane] = -middle[lane];
@@ -77,26 +98,8 @@ static void ownUntangle(const OwnRealPlan& plan, float* z)
 static void ownTangle(const OwnRealPlan& plan, float* z)
 {
     const ptrdiff_t half = plan.n / 2;
-    OWN_IVDEP
-    for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-        const float first = z[lane], last = z[OWN_LANES + lane];
-        z[lane] = first + last;
-        z[OWN_LANES + lane] = first - last;
-    }
-    for (ptrdiff_t k = 1; k < half - k; ++k) {
-        const float cosine = plan.turns[k * ownTurnValues], sine = plan.turns[k * ownTurnValues + 1];
-        float *a = z + k * OWN_GROUP, *b = z + (half - k) * OWN_GROUP;
-        OWN_IVDEP
-        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-            const float aRe = a[lane], aIm = a[OWN_LANES + lane], bRe = b[lane], bIm = b[OWN_LANES + lane];
-            const float re = (aRe - bRe) * sine + (aIm + bIm) * cosine;
-            const float im = (aRe - bRe) * cosine - (aIm + bIm) * sine;
-            a[lane] = (aRe + bRe) - re;
-            a[OWN_LANES + lane] = (aIm - bIm) + im;
-            b[lane] = (aRe + bRe) + re;
-            b[OWN_LANES + lane] = im - (aIm - bIm);
-        }
-    }
+    ownSplitFirst(z);
+    ownRunPairs<ownTanglePair>(plan, z);
     if (half % 2 != 0) return;
     float* middle = z + half / 2 * OWN_GROUP;
     for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {

@@ -18,7 +18,8 @@ struct OwnRealPlan {
     int32_t points; // complex points of a line's spectrum: (n + 1) / 2
     OwnRealLayout layout;
     const OwnLinePlan* lines;
-    const float* turns; // even lengths: see ownRealPlan
+    const float* turns;     // even lengths: of the pairs, see ownpairs.h
+    const float* loneTurns; // null where lines go sixteen at a time only, see ownlonelines.h
 };
 
 // False: no memory, or no free entry.

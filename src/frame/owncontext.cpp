@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "frame/owncontext.h"
 
+#include "frame/ownbuffer.h"
 #include "platform/ownplatform.h"
 #ifdef PXK_LEVELS
 #include "platform/ownprocessor.h"
@@ -61,6 +62,7 @@ void ownThreadDetach()
     if (context == nullptr) return;
     ownReleaseTransform(context->fourier);
     ownReleaseTransform(context->cosine);
+    pxkFree(context->memory.block); // a call is under way where it was not released before
     // What else ends with the thread may still call the library, and then gets a new context. Emptying a slot that
     // holds a value takes no memory, so it does not fail.
     if (ownSetSlotValue(ownSlot, nullptr)) ownFreeZeroed(context);
@@ -79,4 +81,5 @@ void ownReleaseTransform(OwnTransformCaches& caches)
     for (OwnTransformTable& table : caches.tables) pxkFree(table.block);
     pxkFree(caches.work);
     caches = {};
+    ownReleaseMemory();
 }

@@ -7,7 +7,7 @@
 // Tables and work memory of the transforms, blocks of the pxkMalloc family.
 constexpr int OWN_TRANSFORM_TABLES = 32;
 
-enum class OwnTableKind { LINES, REAL_LINES, FIXED_LINES, COSINE_LINES };
+enum class OwnTableKind { LINES, LONE_LINES, REAL_LINES, FIXED_LINES, COSINE_LINES };
 
 struct OwnTransformTable {
     int32_t length; // of the lines that it serves; the first entry of length 0 ends the list
@@ -21,10 +21,33 @@ struct OwnTransformCaches {
     void* work; // grows only
 };
 
+// Memory of the other operations (ownbuffer.h).
+constexpr int32_t OWN_KEPT_PIECES = 16;
+
+struct OwnKeptPiece {
+    void* first; // null: given back, but others that lie on it are not
+    int64_t end; // bytes from the start of the memory
+};
+
+struct OwnKeptMemory {
+    void* block;
+    uint8_t* first; // a multiple of 64
+    int64_t size;   // from there on
+    int64_t used;
+    int64_t wanted; // the most that was in use at one time
+    int64_t beside; // bytes that found no room in the block and would have with a larger one
+    int32_t nBeside;
+    int32_t count;
+    OwnKeptPiece pieces[OWN_KEPT_PIECES];
+
+    bool isIdle() const { return count == 0 && nBeside == 0; }
+};
+
 struct PxkContext {
     int32_t status; // the last one stored
     int32_t mode;   // PXK_ErrMode... or whatever was stored
     PxkErrorCallBack handler;
+    OwnKeptMemory memory;
     OwnTransformCaches fourier;
     OwnTransformCaches cosine;
 };
@@ -36,7 +59,8 @@ extern "C" {
 // memory for it the process ends.
 PxkContext* ownThreadContext();
 
-// Frees what a transform keeps, as at the end of its thread; the next one builds its tables anew.
+// Frees what a transform keeps, and the memory of calls, as at the end of the thread; the next one builds its tables
+// anew.
 void ownReleaseTransform(OwnTransformCaches& caches);
 
 } // extern "C"

@@ -3,6 +3,7 @@
 // source, whatever the data orders.
 #pragma once
 
+#include "ownblockrows.h"
 #include "owndepth.h"
 #include "ownwork.h"
 
@@ -24,6 +25,10 @@ template <class F> inline auto ownForIntegerDepths(int32_t srcDepth, int32_t dst
 template <class S, class D, class Op> inline void ownDepthRow(uint8_t* const* rows, ptrdiff_t n, Op op)
 {
     const S* const a = reinterpret_cast<const S*>(rows[0]);
+    if constexpr (sizeof(S) < 4 && sizeof(D) < 4) {
+        constexpr ptrdiff_t block = sizeof(S) < sizeof(D) ? ownBlockOf<S> : ownBlockOf<D>;
+        return ownMakeRow<D, block>(rows[1], n, [=](ptrdiff_t i) { return op(a[i]); });
+    }
     D* const d = reinterpret_cast<D*>(rows[1]);
     OWN_IVDEP
     for (ptrdiff_t i = 0; i < n; ++i) d[i] = op(a[i]);

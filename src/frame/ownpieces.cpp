@@ -7,32 +7,39 @@
 
 // ---- pieces --------------------------------------------------------------------------------------------------------
 
+// A rectangle of the work, which lies at `place` of a block of the destination.
+static OwnWritten ownForPiece(const PxkImage* destination, const OwnBlock& block, const OwnRect& place,
+                              const OwnRect& rect, const OwnBits* mask,
+                              const OwnFunction<bool(const OwnDestination&)>& onPiece)
+{
+    OwnDestination piece = { rect, ownBlockView(destination, block, place), {}, nullptr };
+    if (mask != nullptr) {
+        piece.maskBits = ownBitsAt(*mask, rect.x, rect.y);
+        piece.mask = &piece.maskBits;
+    }
+    return onPiece(piece) ? OwnWritten::ALL : OwnWritten::STOPPED;
+}
+
 OwnWritten ownForPieces(PxkImage* destination, OwnSize size, const OwnBits* mask,
                         OwnFunction<bool(const OwnDestination&)> onPiece)
 {
     const OwnRect region = ownRegionRect(destination);
-    const OwnGrid grid = { destination->tileInfo, region.x, region.y, false };
+    const PxkTileInfo* const tiles = destination->tileInfo;
     OwnWritten written = OwnWritten::ALL;
+    if (tiles == nullptr) {
+        const OwnRect all = { 0, 0, size.width, size.height };
+        const OwnRect place = { region.x, region.y, size.width, size.height };
+        return size.isEmpty() ? written
+                              : ownForPiece(destination, ownImageBlock(destination), place, all, mask, onPiece);
+    }
+    const OwnGrid grid = { tiles, region.x, region.y, false };
     ownWalkTiles(size, &grid, 1, [&](const OwnRect& rect) {
-        OwnRect place = { region.x + rect.x, region.y + rect.y, rect.width, rect.height };
-        OwnDestination piece = {};
-        piece.rect = rect;
+        const OwnRect place = { region.x + rect.x, region.y + rect.y, rect.width, rect.height };
         OwnTile tile;
-        OwnBlock block = ownImageBlock(destination);
-        if (grid.tiles != nullptr) {
-            if (!tile.hold(destination, place.x, place.y, PXK_TILE_WRITE)) {
-                written = OwnWritten::TILE_REFUSED;
-                return false;
-            }
-            block = tile.block();
-            place = ownInTile(grid.tiles, place);
+        written = OwnWritten::TILE_REFUSED;
+        if (tile.hold(destination, place.x, place.y, PXK_TILE_WRITE)) {
+            written = ownForPiece(destination, tile.block(), ownInTile(tiles, place), rect, mask, onPiece);
         }
-        piece.view = ownBlockView(destination, block, place);
-        if (mask != nullptr) {
-            piece.maskBits = ownBitsAt(*mask, rect.x, rect.y);
-            piece.mask = &piece.maskBits;
-        }
-        if (!onPiece(piece)) written = OwnWritten::STOPPED;
         return written == OwnWritten::ALL;
     });
     return written;

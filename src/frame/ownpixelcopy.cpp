@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "ownpixelcopy.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "ownbits.h"
 #include "owndepth.h"
@@ -184,12 +186,12 @@ OwnPixelCopies ownPixelCopies(int32_t pixelBytes)
 OwnConstant ownConstant(int32_t depth, uint32_t value)
 {
     OwnConstant constant = { {}, ownSampleBytes(depth) };
-    const bool isStored = ownForSampleBytes(constant.sampleBytes, [&](auto tag) {
+    if (constant.sampleBytes == 0) value = (value & 1) != 0 ? 0xFFFFFFFFu : 0;
+    ownForSampleBytes(std::max(constant.sampleBytes, 1), [&](auto tag) {
         using T = typename decltype(tag)::Sample;
-        const T sample = static_cast<T>(value);
-        memcpy(constant.bytes, &sample, sizeof sample);
-        return true;
+        T samples[ownConstantBytes / sizeof(T)];
+        std::fill(std::begin(samples), std::end(samples), static_cast<T>(value));
+        memcpy(constant.bytes, samples, sizeof samples);
     });
-    if (!isStored) constant.bytes[0] = (value & 1) != 0 ? 0xFF : 0;
     return constant;
 }

@@ -22,9 +22,10 @@ OwnPixelCopies ownPixelCopies(int32_t pixelBytes);
 void ownCopyByteRows(const uint8_t* from, ptrdiff_t fromStep, uint8_t* to, ptrdiff_t toStep, ptrdiff_t n,
                      int64_t count);
 
-// A sample's value as a row of one sample, which `still` spreads.
+// A sample's value as a row of a few samples; `still` spreads the first one further.
+constexpr int32_t ownConstantBytes = 16;
 struct OwnConstant {
-    uint8_t bytes[4];
+    uint8_t bytes[ownConstantBytes];
     int32_t sampleBytes;
 };
 

@@ -115,24 +115,3 @@ OwnBits ownBitsAt(const OwnBits& bits, int32_t x, int32_t y)
     const int64_t position = static_cast<int64_t>(bits.bit) + x;
     return { bits.first + y * bits.rowStep + position / 8, bits.rowStep, static_cast<int32_t>(position % 8) };
 }
-
-static bool ownIsWholeBlock(const PxkImage* image)
-{
-    const int64_t rows =
-        static_cast<int64_t>(image->height) * (image->dataOrder == PXK_DATA_ORDER_PLANE ? image->nChannels : 1);
-    if (image->widthStep * rows != image->imageSize) return false; // a caller's own sizes need not fit each other
-    if (image->widthStep % std::max(ownSampleBytes(image->depth), 1) != 0) return false; // rows of torn samples
-    const PxkROI* const roi = image->roi;
-    if (roi == nullptr) return image->alphaChannel == 0;
-    return roi->xOffset == 0 && roi->yOffset == 0 && roi->width >= image->width && roi->height >= image->height
-        && (roi->coi == 0 ? image->alphaChannel == 0 : image->nChannels == 1);
-}
-
-bool ownSameBlock(const PxkImage* imageA, const PxkImage* imageB)
-{
-    const bool isSameShape = imageA->height == imageB->height && imageA->width == imageB->width
-        && imageA->imageSize == imageB->imageSize && imageA->align == imageB->align
-        && imageA->nChannels == imageB->nChannels;
-    const bool isSameOrder = imageA->dataOrder == imageB->dataOrder || imageA->nChannels == 1;
-    return isSameShape && isSameOrder && ownIsWholeBlock(imageA) && ownIsWholeBlock(imageB);
-}

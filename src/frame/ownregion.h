@@ -61,6 +61,3 @@ OwnBits ownMaskStart(const PxkImage* mask);
 
 // A row of one-bit pixels, further right and down.
 OwnBits ownBitsAt(const OwnBits& bits, int32_t x, int32_t y);
-
-// True when two whole images of one shape can be handled as one run of samples, row padding included.
-bool ownSameBlock(const PxkImage* imageA, const PxkImage* imageB);

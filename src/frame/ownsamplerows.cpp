@@ -11,46 +11,30 @@
 
 // ---- staging -------------------------------------------------------------------------------------------------------
 
-template <class T, ptrdiff_t STRIDE>
-static void ownGatherBy(const uint8_t* from, ptrdiff_t step, uint8_t* to, ptrdiff_t n)
+enum class OwnStrided { SOURCE, TARGET };
+
+template <OwnStrided SIDE, class T, ptrdiff_t STRIDE>
+static void ownMoveBy(const uint8_t* from, uint8_t* to, ptrdiff_t step, ptrdiff_t n)
 {
     const T* const source = reinterpret_cast<const T*>(from);
     T* const target = reinterpret_cast<T*>(to);
     const ptrdiff_t stride = STRIDE != 0 ? STRIDE : step / static_cast<ptrdiff_t>(sizeof(T));
-    for (ptrdiff_t i = 0; i < n; ++i) target[i] = source[i * stride];
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        target[SIDE == OwnStrided::TARGET ? i * stride : i] = source[SIDE == OwnStrided::SOURCE ? i * stride : i];
+    }
 }
 
-template <class T, ptrdiff_t STRIDE>
-static void ownScatterBy(const uint8_t* from, uint8_t* to, ptrdiff_t step, ptrdiff_t n)
-{
-    const T* const source = reinterpret_cast<const T*>(from);
-    T* const target = reinterpret_cast<T*>(to);
-    const ptrdiff_t stride = STRIDE != 0 ? STRIDE : step / static_cast<ptrdiff_t>(sizeof(T));
-    for (ptrdiff_t i = 0; i < n; ++i) target[i * stride] = source[i];
-}
-
-static void ownGather(const uint8_t* from, ptrdiff_t step, int32_t sampleBytes, uint8_t* to, ptrdiff_t n)
+// Samples that are `step` bytes apart on one side and follow each other on the other.
+template <OwnStrided SIDE>
+static void ownMoveStrided(const uint8_t* from, uint8_t* to, ptrdiff_t step, int32_t sampleBytes, ptrdiff_t n)
 {
     ownForSampleBytes(sampleBytes, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
         switch (step / static_cast<ptrdiff_t>(sizeof(T))) {
-        case 2: return ownGatherBy<T, 2>(from, step, to, n);
-        case 3: return ownGatherBy<T, 3>(from, step, to, n);
-        case 4: return ownGatherBy<T, 4>(from, step, to, n);
-        default: return ownGatherBy<T, 0>(from, step, to, n);
-        }
-    });
-}
-
-static void ownScatter(const uint8_t* from, uint8_t* to, ptrdiff_t step, int32_t sampleBytes, ptrdiff_t n)
-{
-    ownForSampleBytes(sampleBytes, [&](auto tag) {
-        using T = typename decltype(tag)::Sample;
-        switch (step / static_cast<ptrdiff_t>(sizeof(T))) {
-        case 2: return ownScatterBy<T, 2>(from, to, step, n);
-        case 3: return ownScatterBy<T, 3>(from, to, step, n);
-        case 4: return ownScatterBy<T, 4>(from, to, step, n);
-        default: return ownScatterBy<T, 0>(from, to, step, n);
+        case 2: return ownMoveBy<SIDE, T, 2>(from, to, step, n);
+        case 3: return ownMoveBy<SIDE, T, 3>(from, to, step, n);
+        case 4: return ownMoveBy<SIDE, T, 4>(from, to, step, n);
+        default: return ownMoveBy<SIDE, T, 0>(from, to, step, n);
         }
     });
 }
@@ -105,7 +89,7 @@ static bool ownIsShifted(const OwnSampleRow& row, ptrdiff_t n)
 }
 
 // True when no destination touches a source or another destination in any row, except in the same place: all rows can
-// be run alike.
+// be run alike. Operands that are together count as one.
 static bool ownIsApart(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n, int32_t height)
 {
     const auto ends = [&](int32_t k) {
@@ -115,9 +99,9 @@ static bool ownIsApart(const OwnSampleRow& row, const OwnView* views, ptrdiff_t 
         return std::pair<uintptr_t, uintptr_t>(first,
                                                first + static_cast<uintptr_t>(std::abs(down) + n * row.pixelStep[k]));
     };
-    for (int32_t d = row.nSources; d < row.count; ++d) {
+    for (int32_t d = row.nSources; d < row.count; d += row.together[d]) {
         const auto [start, end] = ends(d);
-        for (int32_t k = 0; k < d; ++k) {
+        for (int32_t k = 0; k < d; k += row.together[k]) {
             const auto [other, otherEnd] = ends(k);
             const bool isSame = row.first[k] == row.first[d] && row.sampleBytes[k] == row.sampleBytes[d]
                 && views[k].rowStep == views[d].rowStep;
@@ -141,7 +125,7 @@ static void ownLoadOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start,
         const int32_t pixelSamples = static_cast<int32_t>(row.pixelStep[k] / row.sampleBytes[k]);
         ownSplitPixels(from, pixelSamples, row.sampleBytes[k], to, row.together[k], n);
     } else {
-        ownGather(from, row.pixelStep[k], row.sampleBytes[k], to[0], n);
+        ownMoveStrided<OwnStrided::SOURCE>(from, to[0], row.pixelStep[k], row.sampleBytes[k], n);
     }
 }
 
@@ -157,7 +141,7 @@ static void ownStoreOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start
     } else if (row.together[k] > 1) {
         ownJoinPixels(from, row.together[k], row.sampleBytes[k], to, n);
     } else {
-        ownScatter(from[0], to, row.pixelStep[k], row.sampleBytes[k], n);
+        ownMoveStrided<OwnStrided::TARGET>(from[0], to, row.pixelStep[k], row.sampleBytes[k], n);
     }
 }
 
@@ -183,7 +167,8 @@ static void ownBlendOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start
 // function wants them or only part of them counts.
 static void ownRunStaged(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n, const OwnBits* mask, bool isShifted)
 {
-    alignas(64) uint8_t stage[ownMostViews][ownStageBytes];
+    // Blocks a multiple of 4096 bytes apart would fall into the same few places of a cache.
+    alignas(64) uint8_t stage[ownMostViews][ownStageBytes + 192];
     const ptrdiff_t most = ownStageBytes / (4 * row.unitSamples);
     const bool mustBlend = mask != nullptr || row.hasGap();
     const ptrdiff_t end = start + n;
@@ -298,11 +283,10 @@ static OwnChannelWalk ownChannelWalk(const OwnView* views, int32_t count, bool i
     return isGapped && !isPacked ? OwnChannelWalk::GAPPED : OwnChannelWalk::SEPARATE;
 }
 
-static bool ownRowsTouch(const OwnView* views, int32_t count, ptrdiff_t rowSamples)
+static bool ownRowsTouch(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n)
 {
-    for (int32_t k = 0; k < count; ++k) {
-        const OwnView& view = views[k];
-        if (view.sampleBytes == 0 || view.rowStep != rowSamples * view.sampleBytes) return false;
+    for (int32_t k = 0; k < row.count; ++k) {
+        if (row.isBits(k) || views[k].rowStep != n * row.pixelStep[k]) return false;
     }
     return true;
 }
@@ -314,19 +298,6 @@ static void ownPlaceRow(OwnSampleRow& row, const OwnView* views, int32_t channel
     }
 }
 
-// All rows of a channel where that can be decided for them together. False: it cannot.
-static bool ownRunDirectRows(const OwnSampleRow& row, const OwnView* views, ptrdiff_t n, int32_t height)
-{
-    if (row.hasGap() || !row.isContiguousEverywhere() || !ownIsApart(row, views, n, height)) return false;
-    uint8_t* operands[ownMostViews];
-    std::copy(row.first, row.first + row.count, operands);
-    for (int32_t y = 0; y < height; ++y) {
-        (*row.rowFunction)(operands, n * row.unitSamples);
-        for (int32_t k = 0; k < row.count; ++k) operands[k] += views[k].rowStep;
-    }
-    return true;
-}
-
 void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, const OwnBits* mask,
                    const OwnRowFunction& rowFunction)
 {
@@ -336,7 +307,8 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
     row.count = count;
     row.nSources = count - nDestinations;
     OwnChannelWalk walk = OwnChannelWalk::SEPARATE;
-    if (!ownFindTogether(row, views)) walk = ownChannelWalk(views, count, mask != nullptr);
+    const bool isTogether = ownFindTogether(row, views);
+    if (!isTogether) walk = ownChannelWalk(views, count, mask != nullptr);
     // Samples between the selected ones are left out when a destination is stored, not when there is none.
     if (walk == OwnChannelWalk::GAPPED && nDestinations == 0) walk = OwnChannelWalk::SEPARATE;
     // Without a mask a packed row is one run of samples, and so are touching rows.
@@ -352,13 +324,13 @@ void ownRunSamples(const OwnView* views, int32_t count, int32_t nDestinations, c
     ptrdiff_t pixels = static_cast<ptrdiff_t>(views[0].width) * (isPlainRun ? nChannels : 1);
     int32_t height = views[0].height;
     const bool isPlanes = walk == OwnChannelWalk::SEPARATE && mask == nullptr && row.isContiguousEverywhere();
-    if ((isPlainRun || isPlanes) && ownRowsTouch(views, count, pixels)) {
+    ownPlaceRow(row, views, 0, 0);
+    const bool isSplit = isTogether && mask == nullptr && ownIsApart(row, views, pixels, height);
+    if ((isPlainRun || isPlanes || isSplit) && ownRowsTouch(row, views, pixels)) {
         pixels *= height;
         height = 1;
     }
     for (int32_t channel = 0; channel < (walk == OwnChannelWalk::SEPARATE ? nChannels : 1); ++channel) {
-        ownPlaceRow(row, views, channel, 0);
-        if (mask == nullptr && ownRunDirectRows(row, views, pixels, height)) continue;
         for (int32_t y = 0; y < height; ++y) {
             ownPlaceRow(row, views, channel, y);
             if (mask == nullptr) {

@@ -57,7 +57,7 @@ private:
     bool addBlock(int64_t size)
     {
         constexpr int64_t overhead = sizeof(Block) + 63;
-        void* const memory = pxkMalloc(static_cast<int32_t>(size + overhead));
+        void* const memory = ownTakeMemory(size + overhead);
         if (memory == nullptr) return false;
         Block* const block = static_cast<Block*>(memory);
         const uintptr_t first = (reinterpret_cast<uintptr_t>(block + 1) + 63) & ~static_cast<uintptr_t>(63);
@@ -70,7 +70,7 @@ private:
     {
         while (blocks_ != nullptr) {
             Block* const next = blocks_->next;
-            pxkFree(blocks_);
+            ownGiveMemoryBack(blocks_);
             blocks_ = next;
         }
     }

@@ -4,32 +4,34 @@
 #include <cmath>
 #include <cstdint>
 
-// Taylor series, to the last term above half a unit in the last place of 1.
+// Taylor series, to the last term above half a unit in the last place of 1. Factors of the highest power first.
+static constexpr double ownSineFactors[] = {
+    1.0 / 355687428096000, -1.0 / 1307674368000, 1.0 / 6227020800, -1.0 / 39916800,
+    1.0 / 362880,          -1.0 / 5040,          1.0 / 120,        -1.0 / 6
+};
+static constexpr double ownCosineFactors[] = {
+    -1.0 / 6402373705728000, 1.0 / 20922789888000, -1.0 / 87178291200, 1.0 / 479001600,
+    -1.0 / 3628800,          1.0 / 40320,          -1.0 / 720,         1.0 / 24
+};
+
+static double ownSeries(const double (&factors)[8], double x)
+{
+    double sum = factors[0];
+    for (int32_t k = 1; k < 8; ++k) sum = sum * x + factors[k];
+    return sum;
+}
+
 double ownSineOf(const OwnAngle& angle)
 {
     const double square = angle.value * angle.value;
-    double tail = 1.0 / 355687428096000; // 17!
-    tail = tail * square - 1.0 / 1307674368000;
-    tail = tail * square + 1.0 / 6227020800;
-    tail = tail * square - 1.0 / 39916800;
-    tail = tail * square + 1.0 / 362880;
-    tail = tail * square - 1.0 / 5040;
-    tail = tail * square + 1.0 / 120;
-    tail = tail * square - 1.0 / 6;
+    const double tail = ownSeries(ownSineFactors, square);
     return angle.value + (angle.value * (tail * square) + angle.lost);
 }
 
 double ownCosineOf(const OwnAngle& angle)
 {
     const double square = angle.value * angle.value;
-    double tail = -1.0 / 6402373705728000; // 18!
-    tail = tail * square + 1.0 / 20922789888000;
-    tail = tail * square - 1.0 / 87178291200;
-    tail = tail * square + 1.0 / 479001600;
-    tail = tail * square - 1.0 / 3628800;
-    tail = tail * square + 1.0 / 40320;
-    tail = tail * square - 1.0 / 720;
-    tail = tail * square + 1.0 / 24;
+    const double tail = ownSeries(ownCosineFactors, square);
     const double half = square / 2, most = 1 - half;
     return most + ((1 - most - half) + (square * square * tail - angle.value * angle.lost));
 }

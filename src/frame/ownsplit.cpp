@@ -3,6 +3,9 @@
 
 #include "owndepth.h"
 #include "ownivdep.h"
+#include "ownthirds.h"
+
+// ---- loops ---------------------------------------------------------------------------------------------------------
 
 // The channels of a pixel are read and written in one turn of the loop: so the compiler moves whole pixels and permutes
 // them, instead of gathering single samples.
@@ -39,6 +42,8 @@ template <class T, int32_t COUNT> static void ownJoinBy(const uint8_t* const* ro
     }
 }
 
+// ---- the choice ----------------------------------------------------------------------------------------------------
+
 bool ownCanSplit(int32_t unitSamples, int32_t count)
 {
     return count > 1 && unitSamples <= 4 && (count == unitSamples || (unitSamples == 4 && count == 3));
@@ -50,6 +55,9 @@ void ownSplitPixels(const uint8_t* from, int32_t unitSamples, int32_t sampleByte
     ownForSampleBytes(sampleBytes, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
         if (unitSamples == 2) return ownSplitBy<T, 2, 2>(from, rows, n);
+        if constexpr (ownHasThirds(sizeof(T))) {
+            if (unitSamples == 3 && n >= ownThirdsPixels) return ownSplitThirds<sizeof(T)>(from, rows, n);
+        }
         if (unitSamples == 3) return ownSplitBy<T, 3, 3>(from, rows, n);
         if (count == 3) return ownSplitBy<T, 4, 3>(from, rows, n);
         ownSplitBy<T, 4, 4>(from, rows, n);
@@ -61,6 +69,9 @@ void ownJoinPixels(const uint8_t* const* rows, int32_t count, int32_t sampleByte
     ownForSampleBytes(sampleBytes, [&](auto tag) {
         using T = typename decltype(tag)::Sample;
         if (count == 2) return ownJoinBy<T, 2>(rows, to, n);
+        if constexpr (ownHasThirds(sizeof(T))) {
+            if (count == 3 && n >= ownThirdsPixels) return ownJoinThirds<sizeof(T)>(rows, to, n);
+        }
         if (count == 3) return ownJoinBy<T, 3>(rows, to, n);
         ownJoinBy<T, 4>(rows, to, n);
     });

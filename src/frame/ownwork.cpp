@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "owndepth.h"
+
 // ---- the area ------------------------------------------------------------------------------------------------------
 
 static OwnSize ownSmaller(OwnSize a, OwnSize b)
@@ -14,17 +16,15 @@ OwnStart ownFindArea(OwnArea& area, std::initializer_list<const PxkImage*> image
 {
     const PxkImage* masks[4] = {};
     int32_t count = 0;
-    area.regions = { INT32_MAX, INT32_MAX };
-    for (const PxkImage* image : images) {
-        if (image == nullptr) continue;
-        area.regions = ownSmaller(area.regions, ownRegionSize(image));
-        masks[count++] = image->maskROI;
-    }
+    area.regions = ownCommonSize(images);
     area.size = area.regions;
-    for (const PxkImage* mask : masks) {
-        if (mask != nullptr) area.size = ownSmaller(area.size, ownRegionSize(mask));
+    for (const PxkImage* image : images) {
+        if (image == nullptr || image->maskROI == nullptr) continue;
+        masks[count++] = image->maskROI;
+        area.size = ownSmaller(area.size, ownRegionSize(image->maskROI));
     }
     if (area.size.isEmpty()) return OwnStart::NOTHING_TO_DO;
+    if (count == 0) return OwnStart::READY;
     const OwnMasks joined = ownCombineMasks({ masks[0], masks[1], masks[2], masks[3] }, area.size, area.mask);
     return joined == OwnMasks::NO_MEMORY ? OwnStart::NO_MEMORY : OwnStart::READY;
 }
@@ -50,7 +50,25 @@ int32_t ownOpenWork(OwnWork& work, const OwnSite& site, std::initializer_list<Ow
     return PXK_StsNoMem;
 }
 
-// A walk over the work: where each image's region starts, and which tile it is in.
+static bool ownIsTurned(const OwnWork& work, int32_t k)
+{
+    return work.turnsDestination && k == work.count - 1;
+}
+
+static void ownTurn(OwnView& view)
+{
+    view.first += (view.height - 1) * view.rowStep;
+    view.rowStep = -view.rowStep;
+}
+
+static void ownPlaceMask(const OwnWork& work, OwnPiece& piece)
+{
+    if (!work.area.mask.isGiven) return;
+    piece.maskBits = ownBitsAt(work.area.mask.bits, piece.x, piece.y);
+    piece.mask = &piece.maskBits;
+}
+
+// A walk over tiles: where each image's region starts, and which tile it is in.
 struct OwnSweep {
     const OwnWork& work;
     OwnGrid grids[4];
@@ -81,25 +99,18 @@ static bool ownPlacePiece(OwnSweep& sweep, const OwnRect& rect, OwnPiece& piece)
             }
             view = ownBlockView(image, sweep.tiles[k].block(), ownInTile(grid.tiles, place));
         }
-        if (grid.isTurned) {
-            view.first += (rect.height - 1) * view.rowStep;
-            view.rowStep = -view.rowStep;
-        }
+        if (grid.isTurned) ownTurn(view);
     }
-    if (work.area.mask.isGiven) {
-        piece.maskBits = ownBitsAt(work.area.mask.bits, rect.x, rect.y);
-        piece.mask = &piece.maskBits;
-    }
+    ownPlaceMask(work, piece);
     return true;
 }
 
-bool ownSweepPieces(const OwnWork& work, OwnFunction<void(const OwnPiece&)> onPiece)
+static bool ownSweepTiles(const OwnWork& work, const OwnFunction<void(const OwnPiece&)>& onPiece)
 {
     OwnSweep sweep = { work, {}, {} };
     for (int32_t k = 0; k < work.count; ++k) {
         const OwnRect region = ownRegionRect(work.image(k));
-        const bool isTurned = work.turnsDestination && k == work.count - 1;
-        sweep.grids[k] = { work.image(k)->tileInfo, region.x, region.y, isTurned };
+        sweep.grids[k] = { work.image(k)->tileInfo, region.x, region.y, ownIsTurned(work, k) };
     }
     const bool isComplete = ownWalkTiles(work.area.size, sweep.grids, work.count, [&](const OwnRect& rect) {
         OwnPiece piece = {};
@@ -111,31 +122,70 @@ bool ownSweepPieces(const OwnWork& work, OwnFunction<void(const OwnPiece&)> onPi
     return isComplete;
 }
 
-// True when the work is one run of samples over the whole blocks, padding included.
+bool ownSweepPieces(const OwnWork& work, OwnFunction<void(const OwnPiece&)> onPiece)
+{
+    if (work.area.size.isEmpty()) return true;
+    OwnPiece all = {};
+    for (int32_t k = 0; k < work.count; ++k) {
+        const PxkImage* const image = work.image(k);
+        if (image->tileInfo != nullptr) return ownSweepTiles(work, onPiece);
+        const OwnRect region = ownRegionRect(image);
+        const OwnRect place = { region.x, region.y, work.area.size.width, work.area.size.height };
+        all.views[k] = ownBlockView(image, ownImageBlock(image), place);
+        if (ownIsTurned(work, k)) ownTurn(all.views[k]);
+    }
+    ownPlaceMask(work, all);
+    onPiece(all);
+    return true;
+}
+
+// True when all of an image's samples, padding included, are worked on and follow each other.
+static bool ownIsWholeBlock(const PxkImage* image)
+{
+    if (image->tileInfo != nullptr) return false;
+    const int64_t rows =
+        static_cast<int64_t>(image->height) * (image->dataOrder == PXK_DATA_ORDER_PLANE ? image->nChannels : 1);
+    if (image->widthStep * rows != image->imageSize) return false; // a caller's own sizes need not fit each other
+    if ((image->widthStep & (std::max(ownSampleBytes(image->depth), 1) - 1)) != 0) return false; // torn samples
+    const PxkROI* const roi = image->roi;
+    if (roi == nullptr) return image->alphaChannel == 0;
+    return roi->xOffset == 0 && roi->yOffset == 0 && roi->width >= image->width && roi->height >= image->height
+        && (roi->coi == 0 ? image->alphaChannel == 0 : image->nChannels == 1);
+}
+
+static bool ownHasShapeOf(const PxkImage* image, const PxkImage* other)
+{
+    return image->height == other->height && image->width == other->width && image->imageSize == other->imageSize
+        && image->align == other->align && image->nChannels == other->nChannels
+        && (image->dataOrder == other->dataOrder || image->nChannels == 1);
+}
+
+// True when the work is one run of samples over whole images of one shape.
 static bool ownIsBlockRun(const OwnWork& work)
 {
-    const PxkImage* const destination = work.image(work.count - 1);
-    bool isSame = !work.area.mask.isGiven && !work.turnsDestination;
+    if (work.area.mask.isGiven || work.turnsDestination) return false;
     for (int32_t k = 0; k < work.count; ++k) {
-        isSame = isSame && work.image(k)->tileInfo == nullptr && ownSameBlock(work.image(k), destination);
+        if (!ownIsWholeBlock(work.image(k)) || !ownHasShapeOf(work.image(k), work.image(0))) return false;
     }
-    return isSame;
+    return true;
+}
+
+// An image's block as one row; a row function of one-bit images works on bytes anyway.
+static OwnView ownBlockRow(const PxkImage* image)
+{
+    const int32_t sampleBytes = std::max(ownSampleBytes(image->depth), 1);
+    const int32_t n = image->imageSize / sampleBytes;
+    return {
+        static_cast<uint8_t*>(image->imageData), image->imageSize, sampleBytes, sampleBytes, n, 1, 1, sampleBytes, 0
+    };
 }
 
 void ownRunWork(const OwnWork& work, OwnPadding padding, const OwnRowFunction& rowFunction)
 {
     if (padding == OwnPadding::WORKED_ON && ownIsBlockRun(work)) {
-        OwnView views[4];
-        for (int32_t k = 0; k < work.count; ++k) {
-            OwnView& view = views[k];
-            view = ownRegionStart(work.image(k));
-            view.sampleBytes = std::max(view.sampleBytes, 1); // a row function of one-bit images works on bytes anyway
-            view.pixelStep = view.sampleBytes;
-            view.width = work.image(k)->imageSize / view.sampleBytes;
-            view.height = 1;
-            view.nChannels = 1;
-        }
-        return ownRunViews(views, work.count, 1, nullptr, rowFunction);
+        OwnView rows[4];
+        for (int32_t k = 0; k < work.count; ++k) rows[k] = ownBlockRow(work.image(k));
+        return ownRunViews(rows, work.count, 1, nullptr, rowFunction);
     }
     ownSweepPieces(work, [&](const OwnPiece& piece) {
         ownRunViews(piece.views, work.count, work.nDestinations, piece.mask, rowFunction);

@@ -42,7 +42,7 @@ PxkImage* pxkCloneImage(PxkImage* image)
     clone->tileInfo = nullptr;
     clone->roi = nullptr;
 
-    std::unique_ptr<PxkROI, OwnFreeBlock> region;
+    OwnRecord<PxkROI> region;
     if (const PxkROI* const roi = image->roi) {
         region.reset(pxkCreateROI(roi->coi, roi->xOffset, roi->yOffset, roi->width, roi->height));
         OWN_REFUSE_IF(region == nullptr, PXK_StsNoMem, "Not enough memory to allocate roi for clone image", nullptr);

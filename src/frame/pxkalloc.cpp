@@ -6,13 +6,8 @@
 #include "ownbuffer.h"
 #include "owndepth.h"
 #include "ownimage.h"
+#include "ownpoison.h"
 #include "ownreport.h"
-
-#if __has_include(<sanitizer/asan_interface.h>) // which poisons nothing in other builds
-#include <sanitizer/asan_interface.h>
-#else
-#define ASAN_POISON_MEMORY_REGION(address, size) static_cast<void>(0)
-#endif
 
 // ---- the allocator -------------------------------------------------------------------------------------------------
 

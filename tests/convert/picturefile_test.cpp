@@ -67,6 +67,29 @@ TEST(PictureFile, readsJpeg)
     }
 }
 
+// Where the first two corners of the rows go, counted clockwise from the top left, for each way to hold a camera.
+TEST(PictureFile, turnsJpegAsItWasTaken)
+{
+    const int32_t corners[8][2] = { { 0, 1 }, { 1, 0 }, { 2, 3 }, { 3, 2 }, { 0, 3 }, { 1, 2 }, { 2, 1 }, { 3, 0 } };
+    const std::vector<uint8_t> jpeg = bytesOf(photos + "/astronaut-part.jpg");
+    std::string why;
+    const ImagePtr plain = readPictureBytes(jpeg.data(), jpeg.size(), why);
+    for (uint8_t way = 1; plain && way <= 8; ++way) {
+        std::vector<uint8_t> turned = jpeg;
+        const uint8_t exif[] = { 0xFF, 0xE1, 0,    34,   'E', 'x', 'i', 'f', 0, 0, 'M', 'M', 0, 42, 0, 0, 0, 8,
+                                 0,    1,    0x01, 0x12, 0,   3,   0,   0,   0, 1, 0,   way, 0, 0,  0, 0, 0, 0 };
+        turned.insert(turned.begin() + 2, std::begin(exif), std::end(exif));
+        const ImagePtr image = readPictureBytes(turned.data(), turned.size(), why);
+        ASSERT_TRUE(image && image->width == (way < 5 ? 48 : 32)) << why;
+        for (int32_t i = 0; i < 6; ++i) {
+            const int32_t corner = corners[way - 1][i / 3];
+            EXPECT_EQ(
+                sampleAt(*image, corner % 3 == 0 ? 0 : image->width - 1, corner < 2 ? 0 : image->height - 1, i % 3),
+                sampleAt(*plain, i / 3 * 47, 0, i % 3));
+        }
+    }
+}
+
 // Cut short, claiming more than they can hold, and with bytes of noise in them: a picture or a reason.
 TEST(PictureFile, refusesWhatIsNotInTheFile)
 {

@@ -9,6 +9,8 @@
 
 #include <pxk/pxk.h>
 
+#include "frame/ownbuffer.h"
+
 extern "C" void* __real_malloc(size_t size);
 extern "C" void __real_free(void* block);
 
@@ -82,8 +84,10 @@ void operator delete(void* block, size_t) noexcept
 }
 #endif
 
+// What a thread keeps for later calls is neither there before nor a loss.
 void failAllocation(int64_t n, bool laterToo)
 {
+    ownReleaseMemory();
     failing = n;
     laterFail = laterToo;
     allocations = 0;
@@ -97,5 +101,6 @@ int64_t allocationsSince()
 
 int64_t blocksLeft()
 {
+    ownReleaseMemory();
     return blocks;
 }

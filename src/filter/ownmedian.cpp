@@ -53,7 +53,7 @@ static void ownNetworkBand(const OwnBand& band, const OwnRank& rank, const T* lo
 #ifdef PXK_SANITIZED
 static constexpr int32_t ownMostInNetwork = 36; // compilers take minutes for more exchanges, each of them instrumented
 #else
-static constexpr int32_t ownMostInNetwork = 49;
+static constexpr int32_t ownMostInNetwork = 81;
 #endif
 static constexpr int32_t ownFewInNetwork = 25;
 
@@ -66,7 +66,7 @@ template <class T> static bool ownMedianByOwnNetwork(const OwnBand& band, const 
     });
 }
 
-// Those of 36 and 49 serve smaller windows too. False: out of memory.
+// Those of 36, 49 and 81 serve smaller windows too. False: out of memory.
 template <class T> static bool ownMedianByNetwork(const OwnBand& band, const OwnRank& rank)
 {
     const int64_t n = rank.samples();
@@ -79,8 +79,12 @@ template <class T> static bool ownMedianByNetwork(const OwnBand& band, const Own
     std::fill(highest, highest + length, std::numeric_limits<T>::max());
     if (n <= 36) {
         ownNetworkBand<36, T>(band, rank, lowest, highest);
-    } else {
-        ownNetworkBand<ownMostInNetwork, T>(band, rank, lowest, highest);
+    } else if constexpr (ownMostInNetwork > 36) {
+        if (n <= 49) {
+            ownNetworkBand<49, T>(band, rank, lowest, highest);
+        } else {
+            ownNetworkBand<ownMostInNetwork, T>(band, rank, lowest, highest);
+        }
     }
     return true;
 }
@@ -149,9 +153,17 @@ template <class T> static bool ownMedianByExchanges(const OwnBand& band, const O
     return rank.merge != nullptr ? ownMedianByMerging<T>(band, rank) : ownMedianByNetwork<T>(band, rank);
 }
 
-// Largest windows for which this is quicker than counting samples, and for 32 bits the largest ones that can be
-// planned.
-template <class T> constexpr int32_t ownMostExchanged = sizeof(T) == 1 ? 121 : sizeof(T) == 2 ? 324 : ownMostMerged;
+// Merging is quicker than large networks and than counting samples, up to some size of window and if rows are long
+// enough that the price of an exchange by itself does not weigh. Of 32 bits the largest windows that can be planned:
+// trying bits takes longest.
+template <class T> static bool ownIsMerged(const OwnBand& band, const OwnRank& rank)
+{
+    const int64_t n = rank.samples();
+    if (n <= 81) return n > 49 && band.width >= 256;
+    if constexpr (sizeof(T) == 1) return n <= 121 && band.width >= 2 * n;
+    if constexpr (sizeof(T) == 2) return n <= 324 && 2 * band.width >= n;
+    return n <= ownMostMerged;
+}
 
 // Of each size the type for which all processors have an instruction that takes the smaller one.
 template <class T>
@@ -497,11 +509,11 @@ static bool ownMedianByBits(const OwnBand& band, const OwnRank& rank)
 template <class T> static bool ownMedianOf(const OwnBand& band, OwnRank rank)
 {
     OwnMergePlan plan;
-    if (rank.samples() > ownMostInNetwork && rank.samples() <= ownMostExchanged<T>) {
+    if (ownIsMerged<T>(band, rank)) {
         if (!ownPlanMerge(plan, rank.nCols, rank.nRows)) return false;
         rank.merge = &plan;
     }
-    if (rank.samples() <= ownMostExchanged<T>) {
+    if (rank.samples() <= ownMostInNetwork || rank.merge != nullptr) {
         if constexpr (std::is_same<T, OwnOrdered<T>>::value) return ownMedianByExchanges<T>(band, rank);
         if constexpr (sizeof(T) == 2) { // turning would weigh in small windows
             if (rank.samples() <= ownFewInNetwork) return ownMedianByOwnNetwork<T>(band, rank);

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "frame/ownblocks.h"
+#include "frame/ownblockrows.h"
 #include "frame/ownwork.h"
 #include "ownsamples.h"
 

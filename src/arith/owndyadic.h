@@ -2,7 +2,7 @@
 // What the operations of two images share: their argument checks and the way from a sample operation to the work.
 #pragma once
 
-#include "frame/ownblocks.h"
+#include "frame/ownblockrows.h"
 #include "frame/owndepth.h"
 #include "frame/ownwork.h"
 #include "ownorders.h"

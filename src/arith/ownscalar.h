@@ -7,7 +7,7 @@
 #include <limits>
 #include <type_traits>
 
-#include "frame/ownblocks.h"
+#include "frame/ownblockrows.h"
 #include "frame/owndepth.h"
 #include "frame/ownwork.h"
 #include "ownorders.h"

@@ -6,7 +6,7 @@
 #include <limits>
 #include <type_traits>
 
-#include "frame/ownivdep.h"
+#include "frame/ownblockrows.h"
 #include "frame/ownlimit.h"
 #include "owncolor.h"
 
@@ -28,20 +28,18 @@ template <class T> inline T ownStored(T value)
 // The row of a formula: an object whose call turns the three samples of a pixel into three others.
 template <class T, class Formula> void ownColourRow(uint8_t* const* rows, ptrdiff_t n)
 {
-    const T* const first = reinterpret_cast<const T*>(rows[0]);
-    const T* const second = reinterpret_cast<const T*>(rows[1]);
-    const T* const third = reinterpret_cast<const T*>(rows[2]);
-    T* const firstResult = reinterpret_cast<T*>(rows[3]);
-    T* const secondResult = reinterpret_cast<T*>(rows[4]);
-    T* const thirdResult = reinterpret_cast<T*>(rows[5]);
     const Formula formula {};
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) {
-        const OwnColour<T> result = formula(first[i], second[i], third[i]);
-        firstResult[i] = ownStored(result.first);
-        secondResult[i] = ownStored(result.second);
-        thirdResult[i] = ownStored(result.third);
-    }
+    ownRunBlocks<T, 3, 6>(rows, n, [&](T* const* of, ptrdiff_t count) {
+        const T *const first = of[0], *const second = of[1], *const third = of[2];
+        T *const firstResult = of[3], *const secondResult = of[4], *const thirdResult = of[5];
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < count; ++i) {
+            const OwnColour<T> result = formula(first[i], second[i], third[i]);
+            firstResult[i] = ownStored(result.first);
+            secondResult[i] = ownStored(result.second);
+            thirdResult[i] = ownStored(result.third);
+        }
+    });
 }
 
 template <class T, class Formula, class = void> struct OwnTakes : std::false_type {

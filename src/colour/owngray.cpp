@@ -36,34 +36,27 @@ template <class Colour, class Gray, int32_t SHIFT> static void ownGrayRow(uint8_
     }
 }
 
-// Two samples of 8 bits as they lie in memory; the last one of an odd row is half a word.
-static inline uint16_t ownLoadPair(const uint8_t* from, size_t bytes)
-{
-    uint16_t word = 0;
-    memcpy(&word, from, bytes);
-    return word;
-}
-
 // Pairs of samples are split where they are: widening the samples of a vector moves them about, which costs more than
 // the sums. The weights are no constants to compilers, which make sums and shifts of products with constants.
 static void ownGrayByteRow(uint8_t* const* rows, ptrdiff_t n)
 {
     const volatile uint16_t weights[3] = { 54, 183, 18 };
     const uint16_t ofRed = weights[0], ofGreen = weights[1], ofBlue = weights[2];
-    const uint8_t *const red = rows[0], *const green = rows[1], *const blue = rows[2];
-    uint8_t* const gray = rows[3];
-    const auto makePair = [=](ptrdiff_t i, size_t bytes) {
-        const uint16_t r = ownLoadPair(red + i, bytes), g = ownLoadPair(green + i, bytes);
-        const uint16_t b = ownLoadPair(blue + i, bytes);
-        const uint16_t low = static_cast<uint16_t>(ofRed * (r & 255) + ofGreen * (g & 255) + ofBlue * (b & 255));
-        const uint16_t high = static_cast<uint16_t>(ofRed * (r >> 8) + ofGreen * (g >> 8) + ofBlue * (b >> 8));
-        const uint16_t word = static_cast<uint16_t>(low >> 8 | (high & 0xFF00));
-        memcpy(gray + i, &word, bytes);
-    };
-    const ptrdiff_t even = n & ~ptrdiff_t { 1 };
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < even; i += 2) makePair(i, 2);
-    if (even < n) makePair(even, 1);
+    ownRunBlocks<uint8_t, 3, 4>(rows, n, [=](uint8_t* const* of, ptrdiff_t count) {
+        const uint8_t *const red = of[0], *const green = of[1], *const blue = of[2];
+        uint8_t* const gray = of[3];
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < count; i += 2) {
+            uint16_t r, g, b;
+            memcpy(&r, red + i, 2);
+            memcpy(&g, green + i, 2);
+            memcpy(&b, blue + i, 2);
+            const uint16_t low = static_cast<uint16_t>(ofRed * (r & 255) + ofGreen * (g & 255) + ofBlue * (b & 255));
+            const uint16_t high = static_cast<uint16_t>(ofRed * (r >> 8) + ofGreen * (g >> 8) + ofBlue * (b >> 8));
+            const uint16_t word = static_cast<uint16_t>(low >> 8 | (high & 0xFF00));
+            memcpy(gray + i, &word, 2);
+        }
+    });
 }
 
 // The bit is decided one place finer than gray is.

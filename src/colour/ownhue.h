@@ -43,45 +43,54 @@ struct OwnToneRows {
     int32_t saturation;
 };
 
-// Rows of hue (in steps of two degrees), tone and saturation, in blocks: the largest and smallest samples in lanes of
-// 16 bits, then the quotients in floats. Both quotients take one division, 1 / (range * base). Quotients of bytes that
-// are not whole lie at least 1 / 255 below the next whole number, so half of that may be added before they are
-// truncated, which outweighs all rounding.
-template <class ToneOf> void ownByteHueRow(uint8_t* const* rows, ptrdiff_t n, OwnToneRows places)
+constexpr ptrdiff_t ownHueBlock = 512;
+
+// Hue (in steps of two degrees), tone and saturation of a block of whole vectors: the largest and smallest samples in
+// lanes of 16 bits, then the quotients in floats. Both quotients take one division, 1 / (range * base). Quotients of
+// bytes that are not whole lie at least 1 / 255 below the next whole number, so half of that may be added before they
+// are truncated, which outweighs all rounding.
+template <class ToneOf>
+inline void ownByteHueBlock(uint8_t* const* rows, ptrdiff_t start, ptrdiff_t n, OwnToneRows places)
 {
     constexpr float bias = 1.0f / 512;
-    constexpr ptrdiff_t block = 512;
-    alignas(64) int16_t ranges[block], bases[block], differences[block], offsets[block];
-    for (ptrdiff_t start = 0; start < n; start += block) {
-        const ptrdiff_t count = std::min(block, n - start);
-        const uint8_t *const red = rows[0] + start, *const green = rows[1] + start, *const blue = rows[2] + start;
-        uint8_t *const hues = rows[3] + start, *const tones = rows[places.tone] + start,
-                       *const saturations = rows[places.saturation] + start;
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < count; ++i) {
-            const OwnHue<int16_t> hue = ownHueOf<int16_t>(red[i], green[i], blue[i]);
-            const OwnByteTone tone = ToneOf {}(hue.largest, hue.smallest);
-            ranges[i] = hue.range();
-            bases[i] = tone.base;
-            differences[i] = static_cast<int16_t>(60 * hue.difference);
-            offsets[i] = hue.offset;
-            tones[i] = tone.tone;
-        }
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < count; ++i) {
-            const float range = ranges[i], base = bases[i];
-            const float product = range * base;
-            const float factor = 1.0f / (product > 1.0f ? product : 1.0f);
-            const float degrees = ownMagnitude(differences[i] * base * factor + offsets[i]) + bias;
-            differences[i] = static_cast<int16_t>(static_cast<int32_t>(degrees) >> 1);
-            ranges[i] = static_cast<int16_t>(static_cast<int32_t>(255.0f * range * range * factor + bias));
-        }
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < count; ++i) {
-            hues[i] = static_cast<uint8_t>(differences[i]);
-            saturations[i] = static_cast<uint8_t>(ranges[i]);
-        }
+    alignas(64) int16_t ranges[ownHueBlock], bases[ownHueBlock], differences[ownHueBlock], offsets[ownHueBlock];
+    const ptrdiff_t count = n & -ownBlockOf<uint8_t>;
+    const uint8_t *const red = rows[0] + start, *const green = rows[1] + start, *const blue = rows[2] + start;
+    uint8_t *const hues = rows[3] + start, *const tones = rows[places.tone] + start,
+                   *const saturations = rows[places.saturation] + start;
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < count; ++i) {
+        const OwnHue<int16_t> hue = ownHueOf<int16_t>(red[i], green[i], blue[i]);
+        const OwnByteTone tone = ToneOf {}(hue.largest, hue.smallest);
+        ranges[i] = hue.range();
+        bases[i] = tone.base;
+        differences[i] = static_cast<int16_t>(60 * hue.difference);
+        offsets[i] = hue.offset;
+        tones[i] = tone.tone;
     }
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < count; ++i) {
+        const float range = ranges[i], base = bases[i];
+        const float product = range * base;
+        const float factor = 1.0f / (product > 1.0f ? product : 1.0f);
+        const float degrees = ownMagnitude(differences[i] * base * factor + offsets[i]) + bias;
+        differences[i] = static_cast<int16_t>(static_cast<int32_t>(degrees) >> 1);
+        ranges[i] = static_cast<int16_t>(static_cast<int32_t>(255.0f * range * range * factor + bias));
+    }
+    OWN_IVDEP
+    for (ptrdiff_t i = 0; i < count; ++i) {
+        hues[i] = static_cast<uint8_t>(differences[i]);
+        saturations[i] = static_cast<uint8_t>(ranges[i]);
+    }
+}
+
+template <class ToneOf> void ownByteHueRow(uint8_t* const* rows, ptrdiff_t n, OwnToneRows places)
+{
+    ownRunBlocks<uint8_t, 3, 6>(rows, n, [&](uint8_t* const* of, ptrdiff_t count) {
+        for (ptrdiff_t start = 0; start < count; start += ownHueBlock) {
+            ownByteHueBlock<ToneOf>(of, start, std::min(ownHueBlock, count - start), places);
+        }
+    });
 }
 
 // ---- wider samples -------------------------------------------------------------------------------------------------

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "frame/ownblockrows.h"
 #include "frame/ownbuffer.h"
-#include "frame/ownivdep.h"
 #include "owntwist.h"
 
 // ---- records -------------------------------------------------------------------------------------------------------
@@ -130,11 +130,6 @@ template <class T, class Sum> struct OwnTwistEnds {
 template <class T, class Sum, bool HAS_OFFSET>
 static void ownTwistRow(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& twist)
 {
-    const T* const first = reinterpret_cast<const T*>(rows[0]);
-    const T* const second = reinterpret_cast<const T*>(rows[1]);
-    const T* const third = reinterpret_cast<const T*>(rows[2]);
-    T* const results[3] = { reinterpret_cast<T*>(rows[3]), reinterpret_cast<T*>(rows[4]),
-                            reinterpret_cast<T*>(rows[5]) };
     Sum w[3][4];
     for (int32_t k = 0; k < 12; ++k) w[k / 4][k % 4] = static_cast<Sum>(twist.weights[k / 4][k % 4]);
     // A limit beyond 32-bit sums is none.
@@ -143,14 +138,18 @@ static void ownTwistRow(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& twist
                                         static_cast<Sum>(std::min(twist.high, most)),
                                         Sum(1) / static_cast<Sum>(INT64_C(1) << twist.shift), twist.shift,
                                         twist.offset };
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) {
-        const Sum a = first[i], b = second[i], c = third[i];
-        for (int32_t k = 0; k < 3; ++k) {
-            const Sum sum = w[k][0] * a + w[k][1] * b + w[k][2] * c + w[k][3];
-            results[k][i] = HAS_OFFSET ? ends.sampleOf(sum) : ends.sampleOfPlain(sum);
+    ownRunBlocks<T, 3, 6>(rows, n, [&](T* const* of, ptrdiff_t count) {
+        const T *const first = of[0], *const second = of[1], *const third = of[2];
+        T* const results[3] = { of[3], of[4], of[5] };
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < count; ++i) {
+            const Sum a = first[i], b = second[i], c = third[i];
+            for (int32_t k = 0; k < 3; ++k) {
+                const Sum sum = w[k][0] * a + w[k][1] * b + w[k][2] * c + w[k][3];
+                results[k][i] = HAS_OFFSET ? ends.sampleOf(sum) : ends.sampleOfPlain(sum);
+            }
         }
-    }
+    });
 }
 
 // Sums of bytes below 2^24 in lanes of 16 bits. A sample times 2^7 times a weight has its quotient by 2^9 in the high
@@ -159,8 +158,6 @@ static void ownTwistRow(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& twist
 // only; that makes the quotient larger by 2^6 times the sum of the samples.
 static void ownTwistByteRow(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& twist)
 {
-    const uint8_t *const first = rows[0], *const second = rows[1], *const third = rows[2];
-    uint8_t* const results[3] = { rows[3], rows[4], rows[5] };
     uint16_t w[3][3], constants[3], constantQuotients[3];
     for (int32_t k = 0; k < 3; ++k) {
         for (int32_t c = 0; c < 3; ++c) w[k][c] = static_cast<uint16_t>(twist.weights[k][c] + 32768);
@@ -169,22 +166,26 @@ static void ownTwistByteRow(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& t
     }
     const int32_t shift = (twist.shift - 9) & 15;
     const auto high = [](uint16_t a, uint16_t b) { return static_cast<uint16_t>(static_cast<uint32_t>(a) * b >> 16); };
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) {
-        const uint16_t a = first[i], b = second[i], c = third[i];
-        const uint16_t a7 = static_cast<uint16_t>(a << 7), b7 = static_cast<uint16_t>(b << 7),
-                       c7 = static_cast<uint16_t>(c << 7), raised = static_cast<uint16_t>((a + b + c) << 6);
-        for (int32_t k = 0; k < 3; ++k) {
-            const uint16_t about =
-                static_cast<uint16_t>(high(a7, w[k][0]) + high(b7, w[k][1]) + high(c7, w[k][2]) + constantQuotients[k]);
-            const uint16_t low = static_cast<uint16_t>(a * w[k][0] + b * w[k][1] + c * w[k][2] + constants[k]);
-            const uint16_t missing = static_cast<uint16_t>(((low >> 9) - about) & 127);
-            const int16_t quotient = static_cast<int16_t>(about + missing - raised);
-            const int16_t sample = static_cast<int16_t>(quotient >> shift);
-            const int16_t above = sample > 0 ? sample : int16_t(0);
-            results[k][i] = static_cast<uint8_t>(above < 255 ? above : int16_t(255));
+    ownRunBlocks<uint8_t, 3, 6>(rows, n, [&](uint8_t* const* of, ptrdiff_t count) {
+        const uint8_t *const first = of[0], *const second = of[1], *const third = of[2];
+        uint8_t* const results[3] = { of[3], of[4], of[5] };
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < count; ++i) {
+            const uint16_t a = first[i], b = second[i], c = third[i];
+            const uint16_t a7 = static_cast<uint16_t>(a << 7), b7 = static_cast<uint16_t>(b << 7),
+                           c7 = static_cast<uint16_t>(c << 7), raised = static_cast<uint16_t>((a + b + c) << 6);
+            for (int32_t k = 0; k < 3; ++k) {
+                const uint16_t about = static_cast<uint16_t>(high(a7, w[k][0]) + high(b7, w[k][1]) + high(c7, w[k][2])
+                                                             + constantQuotients[k]);
+                const uint16_t low = static_cast<uint16_t>(a * w[k][0] + b * w[k][1] + c * w[k][2] + constants[k]);
+                const uint16_t missing = static_cast<uint16_t>(((low >> 9) - about) & 127);
+                const int16_t quotient = static_cast<int16_t>(about + missing - raised);
+                const int16_t sample = static_cast<int16_t>(quotient >> shift);
+                const int16_t above = sample > 0 ? sample : int16_t(0);
+                results[k][i] = static_cast<uint8_t>(above < 255 ? above : int16_t(255));
+            }
         }
-    }
+    });
 }
 
 using OwnTwistRow = void (*)(uint8_t* const* rows, ptrdiff_t n, const OwnTwist& twist);

@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Colour twist by floats.
-#include "frame/ownivdep.h"
+#include "frame/ownblockrows.h"
 #include "frame/ownlimit.h"
 #include "owntwist.h"
 
 static void ownTwistRowFP(uint8_t* const* rows, ptrdiff_t n, const float* twist)
 {
-    const float* const first = reinterpret_cast<const float*>(rows[0]);
-    const float* const second = reinterpret_cast<const float*>(rows[1]);
-    const float* const third = reinterpret_cast<const float*>(rows[2]);
-    float* const results[3] = { reinterpret_cast<float*>(rows[3]), reinterpret_cast<float*>(rows[4]),
-                                reinterpret_cast<float*>(rows[5]) };
     float w[3][4];
     for (int32_t k = 0; k < 12; ++k) w[k / 4][k % 4] = twist[k];
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) {
-        const float a = first[i], b = second[i], c = third[i];
-        for (int32_t k = 0; k < 3; ++k) results[k][i] = ownOneNaN(w[k][0] * a + w[k][1] * b + w[k][2] * c + w[k][3]);
-    }
+    ownRunBlocks<float, 3, 6>(rows, n, [&](float* const* of, ptrdiff_t count) {
+        const float *const first = of[0], *const second = of[1], *const third = of[2];
+        float* const results[3] = { of[3], of[4], of[5] };
+        OWN_IVDEP
+        for (ptrdiff_t i = 0; i < count; ++i) {
+            const float a = first[i], b = second[i], c = third[i];
+            for (int32_t k = 0; k < 3; ++k)
+                results[k][i] = ownOneNaN(w[k][0] * a + w[k][1] * b + w[k][2] * c + w[k][3]);
+        }
+    });
 }
 
 static OwnCheck ownTwistFailureFP(const OwnTwistImages& images, const float* twist)

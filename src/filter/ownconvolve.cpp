@@ -16,6 +16,16 @@
 // Rows are computed in chunks, so that sums and sources stay in the first-level cache.
 static constexpr ptrdiff_t ownChunk = 1024;
 
+// Chunks of whole vectors, of which compilers leave no remainder to scalar code; the last one begins inside the one
+// before. Rows below a vector are a chunk of their own.
+static ptrdiff_t ownChunkOf(ptrdiff_t width)
+{
+    constexpr ptrdiff_t vector = 32;
+    const auto partOf = [width](ptrdiff_t n) { return ((width + n - 1) / n + vector - 1) & -vector; };
+    const ptrdiff_t fewest = width / ownChunk + 1;
+    return partOf(fewest) <= width || width < vector ? partOf(fewest) : partOf(fewest + 1);
+}
+
 // ---- planning ------------------------------------------------------------------------------------------------------
 
 // What a kernel's sums can reach over the depth's range. In double precision, where they cannot overflow.
@@ -526,11 +536,13 @@ template <class T> static bool ownConvolveAs(const OwnBand& band, const OwnConvP
         ownSquareBand(band, plan.square, depth);
         return true;
     }
+    const ptrdiff_t chunk = ownChunkOf(band.width);
     for (int32_t y = 0; y < band.height; ++y) {
         T* const out = reinterpret_cast<T*>(band.out[y]);
-        for (ptrdiff_t x = 0; x < band.width; x += ownChunk) {
+        for (ptrdiff_t next = 0; next < band.width; next += chunk) {
+            const ptrdiff_t x = std::max<ptrdiff_t>(std::min(next, band.width - chunk), 0);
             const OwnChunkRows from = { band.rows + y, x, band.step };
-            ownConvolveChunk<T>(plan, from, out + x, std::min(ownChunk, band.width - x));
+            ownConvolveChunk<T>(plan, from, out + x, std::min(chunk, band.width));
         }
     }
     return true;

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "frame/owndepth.h"
+#include "ownmerge.h"
 #include "ownnetwork.h"
 #include "ownsums.h"
 
@@ -15,6 +16,7 @@ struct OwnRank {
     int32_t nRows;
     int64_t samples() const { return static_cast<int64_t>(nCols) * nRows; }
     int64_t below() const { return samples() / 2; } // samples in front of the middle one in ascending order
+    const OwnMergePlan* merge;                      // null: none is needed
 };
 
 // Calls onCount with the number as a constant, FIRST to LAST.
@@ -49,9 +51,9 @@ static void ownNetworkBand(const OwnBand& band, const OwnRank& rank, const T* lo
 }
 
 #ifdef PXK_SANITIZED
-static constexpr int32_t ownMostInNetwork = 35; // compilers take minutes for more exchanges, each of them instrumented
+static constexpr int32_t ownMostInNetwork = 36; // compilers take minutes for more exchanges, each of them instrumented
 #else
-static constexpr int32_t ownMostInNetwork = 81;
+static constexpr int32_t ownMostInNetwork = 49;
 #endif
 static constexpr int32_t ownFewInNetwork = 25;
 
@@ -64,7 +66,7 @@ template <class T> static bool ownMedianByOwnNetwork(const OwnBand& band, const 
     });
 }
 
-// Those of 35, 49 and 81 serve smaller windows too. False: out of memory.
+// Those of 36 and 49 serve smaller windows too. False: out of memory.
 template <class T> static bool ownMedianByNetwork(const OwnBand& band, const OwnRank& rank)
 {
     const int64_t n = rank.samples();
@@ -75,17 +77,81 @@ template <class T> static bool ownMedianByNetwork(const OwnBand& band, const Own
     if (lowest == nullptr || highest == nullptr) return false;
     std::fill(lowest, lowest + length, std::numeric_limits<T>::min());
     std::fill(highest, highest + length, std::numeric_limits<T>::max());
-    if (n <= 35) {
-        ownNetworkBand<35, T>(band, rank, lowest, highest);
-    } else if constexpr (ownMostInNetwork > 35) {
-        if (n <= 49) {
-            ownNetworkBand<49, T>(band, rank, lowest, highest);
+    if (n <= 36) {
+        ownNetworkBand<36, T>(band, rank, lowest, highest);
+    } else {
+        ownNetworkBand<ownMostInNetwork, T>(band, rank, lowest, highest);
+    }
+    return true;
+}
+
+// ---- larger windows: merged columns
+// ----------------------------------------------------------------------------------
+
+// Rows of T that exchange samples.
+template <class T> struct OwnRowExchange {
+    const T* a;
+    const T* b;
+    T* low;
+    T* high;
+
+    void run(ptrdiff_t n) const
+    {
+        const T *const first = a, *const second = b;
+        T *const to = low != nullptr ? low : high, *const other = high;
+        if (low != nullptr && high != nullptr) {
+            ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) {
+                T x = first[i], y = second[i];
+                ownSortPair(x, y);
+                to[i] = x;
+                other[i] = y;
+            });
+        } else if (low != nullptr) {
+            ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) { to[i] = first[i] < second[i] ? first[i] : second[i]; });
         } else {
-            ownNetworkBand<ownMostInNetwork, T>(band, rank, lowest, highest);
+            ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) { to[i] = first[i] < second[i] ? second[i] : first[i]; });
+        }
+    }
+};
+
+template <class T> static bool ownMedianByMerging(const OwnBand& band, const OwnRank& rank)
+{
+    constexpr ptrdiff_t most = 512 / sizeof(T); // samples of an output row at once: made rows stay in the caches
+    const OwnMergePlan& plan = *rank.merge;
+    const ptrdiff_t n = std::min(band.width, most);
+    const ptrdiff_t stride = (n + (rank.nCols - 1) * band.step + 2 * ownBlockOf<T> - 1) & -ownBlockOf<T>;
+    T* const made = band.scratch.take<T>((plan.nRows - rank.nRows) * static_cast<int64_t>(stride));
+    T** const rows = band.scratch.take<T*>(plan.nRows);
+    if (made == nullptr || rows == nullptr) return false;
+    for (int32_t r = rank.nRows; r < plan.nRows; ++r) rows[r] = made + (r - rank.nRows) * stride;
+    const auto place = [&](int32_t row) { return row >= 0 ? rows[row] : nullptr; };
+    for (int32_t y = 0; y < band.height; ++y) {
+        for (ptrdiff_t next = 0; next < band.width; next += n) {
+            const ptrdiff_t x = std::min(next, band.width - n);
+            for (int32_t r = 0; r < rank.nRows; ++r) { // these are read only
+                rows[r] = reinterpret_cast<T*>(const_cast<uint8_t*>(band.rows[y + r])) + x;
+            }
+            for (int32_t e = 0; e < plan.count; ++e) {
+                const OwnExchange& exchange = plan.exchanges[static_cast<size_t>(e)];
+                const OwnRowExchange<T> samples = { rows[exchange.a.row] + exchange.a.shift * band.step,
+                                                    rows[exchange.b.row] + exchange.b.shift * band.step,
+                                                    place(exchange.low), place(exchange.high) };
+                samples.run(n + static_cast<ptrdiff_t>(exchange.beyond) * band.step);
+            }
+            memcpy(reinterpret_cast<T*>(band.out[y]) + x, rows[plan.result], static_cast<size_t>(n) * sizeof(T));
         }
     }
     return true;
 }
+
+template <class T> static bool ownMedianByExchanges(const OwnBand& band, const OwnRank& rank)
+{
+    return rank.merge != nullptr ? ownMedianByMerging<T>(band, rank) : ownMedianByNetwork<T>(band, rank);
+}
+
+// Largest windows for which this is quicker than counting samples, and for 32 bits the largest ones that can be
+// planned.
+template <class T> constexpr int32_t ownMostExchanged = sizeof(T) == 1 ? 121 : sizeof(T) == 2 ? 324 : ownMostMerged;
 
 // Of each size the type for which all processors have an instruction that takes the smaller one.
 template <class T>
@@ -120,7 +186,7 @@ template <class T> static bool ownMedianTurned(const OwnBand& band, const OwnRan
             ownTurnRow<T>(reinterpret_cast<const T*>(band.rows[y + k]), turned + k * stride, length);
         }
         const OwnBand part = { rows, band.out + y, band.width, count, band.step, scratch };
-        if (!ownMedianByNetwork<Ordered>(part, rank)) return false;
+        if (!ownMedianByExchanges<Ordered>(part, rank)) return false;
         for (int32_t k = 0; k < count; ++k) {
             T* const out = reinterpret_cast<T*>(band.out[y + k]);
             ownTurnRow<T>(out, reinterpret_cast<Ordered*>(out), band.width);
@@ -428,10 +494,15 @@ static bool ownMedianByBits(const OwnBand& band, const OwnRank& rank)
 
 // ---- choice --------------------------------------------------------------------------------------------------------
 
-template <class T> static bool ownMedianOf(const OwnBand& band, const OwnRank& rank)
+template <class T> static bool ownMedianOf(const OwnBand& band, OwnRank rank)
 {
-    if (rank.samples() <= ownMostInNetwork) {
-        if constexpr (std::is_same<T, OwnOrdered<T>>::value) return ownMedianByNetwork<T>(band, rank);
+    OwnMergePlan plan;
+    if (rank.samples() > ownMostInNetwork && rank.samples() <= ownMostExchanged<T>) {
+        if (!ownPlanMerge(plan, rank.nCols, rank.nRows)) return false;
+        rank.merge = &plan;
+    }
+    if (rank.samples() <= ownMostExchanged<T>) {
+        if constexpr (std::is_same<T, OwnOrdered<T>>::value) return ownMedianByExchanges<T>(band, rank);
         if constexpr (sizeof(T) == 2) { // turning would weigh in small windows
             if (rank.samples() <= ownFewInNetwork) return ownMedianByOwnNetwork<T>(band, rank);
         }
@@ -450,7 +521,7 @@ template <class T> static bool ownMedianOf(const OwnBand& band, const OwnRank& r
 
 bool ownMedianBand(const OwnBand& band, int32_t depth, int32_t nCols, int32_t nRows)
 {
-    const OwnRank rank = { nCols, nRows };
+    const OwnRank rank = { nCols, nRows, nullptr };
     switch (depth) {
     case PXK_DEPTH_8U: return ownMedianOf<uint8_t>(band, rank);
     case PXK_DEPTH_8S: return ownMedianOf<int8_t>(band, rank);

@@ -2,6 +2,7 @@
 #include "ownsquare.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <type_traits>
 
 #include "frame/owndepth.h"
@@ -81,12 +82,49 @@ template <class Word> static inline Word ownTimes(Word a, Word b)
 
 // ---- rows ----------------------------------------------------------------------------------------------------------
 
+// Samples that are summed side by side: two of 8 bits are the halves of a word, which are taken apart and joined again
+// where they lie; wider ones are single.
+template <class T> constexpr int32_t ownSideBySide = sizeof(T) == 1 ? 2 : 1;
+
+// The lower half of a word is its first sample where bytes are in ascending order.
+template <class T, class Word> static inline void ownTakeSamples(const T* from, Word (&samples)[2])
+{
+    constexpr bool isLowFirst = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+    uint16_t pair;
+    memcpy(&pair, from, sizeof pair);
+    const uint16_t moved = static_cast<uint16_t>(pair << 8);
+    const Word low = static_cast<Word>(std::is_signed<T>::value ? static_cast<int16_t>(moved) >> 8 : pair & 0xFF);
+    const Word high = static_cast<Word>(std::is_signed<T>::value ? static_cast<int16_t>(pair) >> 8 : pair >> 8);
+    samples[0] = isLowFirst ? low : high;
+    samples[1] = isLowFirst ? high : low;
+}
+
+template <class T> static inline void ownStoreSamples(const T (&samples)[2], T* to)
+{
+    constexpr bool isLowFirst = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+    const uint16_t low = static_cast<uint16_t>(samples[isLowFirst ? 0 : 1] & 0xFF);
+    const uint16_t high = static_cast<uint16_t>(samples[isLowFirst ? 1 : 0]);
+    const uint16_t pair = static_cast<uint16_t>(low | high << 8);
+    memcpy(to, &pair, sizeof pair);
+}
+
+template <class T, class Word> static inline void ownTakeSamples(const T* from, Word (&samples)[1])
+{
+    samples[0] = static_cast<Word>(*from);
+}
+
+template <class T> static inline void ownStoreSamples(const T (&samples)[1], T* to)
+{
+    *to = samples[0];
+}
+
 // Sums in 16 bits of 8-bit samples, in 32 bits of 16-bit ones, or in single precision where that holds them exactly,
 // which is quicker than 32-bit products. Each sample is widened once for all ROWS output rows.
 template <int32_t K, int32_t ROWS, class T, class Sum, bool IS_HALVED>
 static void ownSquareRows(const OwnBand& band, int32_t y, const OwnSquare& square)
 {
     using Word = OwnSquareWord<Sum>;
+    constexpr int32_t SIDE = ownSideBySide<T>;
     const T* s[K + ROWS - 1];
     T* d[ROWS];
     Word c[K * K];
@@ -96,34 +134,43 @@ static void ownSquareRows(const OwnBand& band, int32_t y, const OwnSquare& squar
     // The visible range lets the compiler shift in the width of Sum.
     const int32_t shift = (IS_HALVED ? square.shift - 1 : square.shift) & (sizeof(Sum) == 2 ? 15 : 31);
     const ptrdiff_t step = band.step;
-    ownInBlocks<ownBlockOf<T>>(band.width, [&](ptrdiff_t i) {
-        Word one[ROWS] = {};
-        Word two[ROWS] = {};
+    ownInBlocks<ownBlockOf<T>, SIDE>(band.width, [&](ptrdiff_t i) {
+        Word one[ROWS][SIDE] = {};
+        Word two[ROWS][SIDE] = {};
 #pragma GCC unroll 16
         for (int32_t row = 0; row < K + ROWS - 1; ++row) {
 #pragma GCC unroll 16
             for (int32_t x = 0; x < K; ++x) {
-                const Word sample = static_cast<Word>(static_cast<Sum>(s[row][i + x * step]));
+                Word samples[SIDE];
+                ownTakeSamples(s[row] + i + x * step, samples);
 #pragma GCC unroll 16
                 for (int32_t r = 0; r < ROWS; ++r) {
                     const int32_t tap = (row - r) * K + x;
                     if (row < r || row - r >= K) continue;
-                    Word& sum = IS_HALVED && tap >= ownHalf(K) ? two[r] : one[r];
-                    sum = static_cast<Word>(sum + ownTimes(c[tap], sample));
+                    Word(&sum)[SIDE] = IS_HALVED && tap >= ownHalf(K) ? two[r] : one[r];
+#pragma GCC unroll 2
+                    for (int32_t k = 0; k < SIDE; ++k) {
+                        sum[k] = static_cast<Word>(sum[k] + ownTimes(c[tap], samples[k]));
+                    }
                 }
             }
         }
 #pragma GCC unroll 16
         for (int32_t r = 0; r < ROWS; ++r) {
-            if constexpr (IS_HALVED) {
-                const Sum a = static_cast<Sum>(one[r]);
-                const Sum b = static_cast<Sum>(two[r]);
-                const Sum mean = static_cast<Sum>((a & b) + (static_cast<Sum>(a ^ b) >> 1));
-                d[r][i] = ownLimitInteger<T>(static_cast<Sum>(mean >> shift));
-            } else {
-                using Integer = std::conditional_t<std::is_floating_point<Sum>::value, int32_t, Sum>;
-                d[r][i] = ownLimitInteger<T>(static_cast<Integer>(static_cast<Integer>(one[r]) >> shift));
+            T results[SIDE];
+#pragma GCC unroll 2
+            for (int32_t k = 0; k < SIDE; ++k) {
+                if constexpr (IS_HALVED) {
+                    const Sum a = static_cast<Sum>(one[r][k]);
+                    const Sum b = static_cast<Sum>(two[r][k]);
+                    const Sum mean = static_cast<Sum>((a & b) + (static_cast<Sum>(a ^ b) >> 1));
+                    results[k] = ownLimitInteger<T>(static_cast<Sum>(mean >> shift));
+                } else {
+                    using Integer = std::conditional_t<std::is_floating_point<Sum>::value, int32_t, Sum>;
+                    results[k] = ownLimitInteger<T>(static_cast<Integer>(static_cast<Integer>(one[r][k]) >> shift));
+                }
             }
+            ownStoreSamples(results, d[r] + i);
         }
     });
 }
@@ -182,7 +229,7 @@ static void ownSquareOf(const OwnBand& band, const OwnSquare& square)
 
 template <int32_t K> static void ownSquareOfFP(const OwnBand& band, const OwnSquare& square)
 {
-    constexpr int32_t ROWS = K == 3 ? 4 : 1;
+    constexpr int32_t ROWS = K == 3 ? 4 : 3; // what the registers hold
     ownForRowGroups<ROWS>(
         band, [&](int32_t y) { ownSquareRowsFP<K, ROWS>(band, y, square); },
         [&](int32_t y) { ownSquareRowsFP<K, 1>(band, y, square); });
@@ -196,12 +243,12 @@ template <int32_t K, class T> static void ownSquareOfSums(const OwnBand& band, c
         if (square.sums == OwnSquareSums::SINGLE) return ownSquareOf<K, T, float, false>(band, square);
         ownSquareOf<K, T, int32_t, false>(band, square);
     } else if constexpr (sizeof(T) == 1) {
-        switch (square.sums) {
-        case OwnSquareSums::SIGNED16: return ownSquareOf<K, T, int16_t, false>(band, square);
-        case OwnSquareSums::UNSIGNED16: return ownSquareOf<K, T, uint16_t, false>(band, square);
-        case OwnSquareSums::SIGNED_HALVES: return ownSquareOf<K, T, int16_t, true>(band, square);
-        default: return ownSquareOf<K, T, uint16_t, true>(band, square);
+        if constexpr (std::is_unsigned<T>::value) { // sums of signed samples are that, unless all of them are 0
+            if (square.sums == OwnSquareSums::UNSIGNED16) return ownSquareOf<K, T, uint16_t, false>(band, square);
+            if (square.sums == OwnSquareSums::UNSIGNED_HALVES) return ownSquareOf<K, T, uint16_t, true>(band, square);
         }
+        if (square.sums == OwnSquareSums::SIGNED16) return ownSquareOf<K, T, int16_t, false>(band, square);
+        ownSquareOf<K, T, int16_t, true>(band, square);
     }
 }
 

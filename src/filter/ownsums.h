@@ -159,8 +159,12 @@ template <class T, class Column, class Sum, class Store>
     Column* columns = ownTakeRow<Column>(band, length);
     Column* next = ownTakeRow<Column>(band, length);
     Sum* const spare = ownTakeRow<Sum>(band, 2 * (length + band.step) + 2 * ownBlockOf<Sum>);
-    Sum* const sums = ownTakeRow<Sum>(band, band.width);
-    if (columns == nullptr || next == nullptr || spare == nullptr || sums == nullptr) return false;
+    Sum* sums = ownTakeRow<Sum>(band, band.width); // of an output row, of the one before, and room for the next
+    Sum* before = ownTakeRow<Sum>(band, band.width);
+    Sum* room = ownTakeRow<Sum>(band, band.width);
+    if (columns == nullptr || next == nullptr || spare == nullptr || sums == nullptr || before == nullptr
+        || room == nullptr)
+        return false;
     const auto row = [&](int64_t y) { return reinterpret_cast<const T*>(band.rows[y]); };
     std::fill(columns, columns + length + ownBlockBytes, Column { 0 });
     for (int64_t y = 0; y < nRows;) {
@@ -172,16 +176,35 @@ template <class T, class Column, class Sum, class Store>
         });
         std::swap(columns, next);
     }
+    const auto change = [&](const T* entering, const T* leaving, int32_t times) {
+        const Column factor = static_cast<Column>(times);
+        ownInBlocks<ownBlockOf<T>>(length, [&](ptrdiff_t i) {
+            const Column in = static_cast<Column>(ownFromLowest(entering[i]));
+            const Column out = static_cast<Column>(ownFromLowest(leaving[i]));
+            next[i] = static_cast<Column>(columns[i] + static_cast<Column>(factor * static_cast<Column>(in - out)));
+        });
+        std::swap(columns, next);
+    };
+    const T* entered = nullptr;
+    const T* left = nullptr;
+    int32_t repeated = 0; // changes that the columns have not seen
     for (int32_t y = 0; y < band.height; ++y) {
-        if (y > 0) {
-            const T* const entering = row(static_cast<int64_t>(y) + nRows - 1);
-            const T* const leaving = row(y - 1);
-            ownInBlocks<ownBlockOf<T>>(length, [&](ptrdiff_t i) {
-                next[i] = static_cast<Column>(columns[i] + ownFromLowest(entering[i]) - ownFromLowest(leaving[i]));
-            });
-            std::swap(columns, next);
+        const T* const entering = row(static_cast<int64_t>(y) + nRows - 1);
+        const T* const leaving = y > 0 ? row(y - 1) : nullptr;
+        std::swap(before, room);
+        std::swap(sums, before);
+        if (y > 1 && entering == entered && leaving == left) { // sums change as they did before
+            ownInBlocks<ownBlockOf<Sum>>(band.width,
+                                         [&](ptrdiff_t i) { sums[i] = static_cast<Sum>(2 * before[i] - room[i]); });
+            ++repeated;
+        } else {
+            if (repeated > 0) change(entered, left, repeated);
+            if (y > 0) change(entering, leaving, 1);
+            repeated = 0;
+            ownRowSums(columns, spare, sums, band.width, band.step, nCols);
         }
-        ownRowSums(columns, spare, sums, band.width, band.step, nCols);
+        entered = entering;
+        left = leaving;
         store(static_cast<const Sum*>(sums), reinterpret_cast<T*>(band.out[y]), band.width);
     }
     return true;

@@ -69,13 +69,12 @@ static OwnReaches ownReaches(const OwnWindowWork& work, const OwnRect& output)
              ownReach(output.y, output.height, margins.top, margins.bottom, work.sourceRect.height, work.ring) };
 }
 
-// The rectangle of the image that these are. False when it does not fit in 31 bits.
+// The rectangle of the image that these are; it may end past the largest coordinate. False when it fits no rectangle.
 static bool ownImageRect(const OwnWindowWork& work, const OwnReaches& reaches, OwnRect* rect)
 {
     const int64_t x = work.sourceRect.x + reaches.columns.first;
     const int64_t y = work.sourceRect.y + reaches.rows.first;
-    if (x < INT32_MIN || y < INT32_MIN || x + reaches.columns.count > INT32_MAX || y + reaches.rows.count > INT32_MAX
-        || reaches.columns.count > INT32_MAX || reaches.rows.count > INT32_MAX) {
+    if (x < INT32_MIN || y < INT32_MIN || reaches.columns.count > INT32_MAX || reaches.rows.count > INT32_MAX) {
         return false;
     }
     *rect = { static_cast<int32_t>(x), static_cast<int32_t>(y), static_cast<int32_t>(reaches.columns.count),
@@ -333,9 +332,11 @@ static int32_t ownCutPiece(const OwnWindowPass& pass, const OwnRect& rect, OwnPa
     const int64_t first = std::max<int64_t>(0, low + work.margins.left - origin);
     const int64_t end = std::min<int64_t>(rect.width, high - work.margins.right - origin);
     const int64_t overlap = static_cast<int64_t>(work.margins.left) + work.margins.right;
-    const int64_t fewBytes = ownIsSmallWindow(work.margins) ? 128 : 1024; // chained rows of a frame cost little
+    const bool isSmall = ownIsSmallWindow(work.margins);
+    const int64_t fewBytes = isSmall ? 128 : 1024; // chained rows of a frame cost little
+    const bool isCut = !work.inFixedBands && (isSmall || !work.isCostly);
     const bool isWhole = first == 0 && end == rect.width && (end - first) * pass.pixelBytes >= ownBlockBytes;
-    const bool isWorth = isWhole || (!work.inFixedBands && (end - first - 8 * overlap) * pass.pixelBytes >= fewBytes);
+    const bool isWorth = isWhole || (isCut && (end - first - 8 * overlap) * pass.pixelBytes >= fewBytes);
     if (!pass.isPacked || !isWorth) {
         parts[0] = { { { 0, rect.width }, { 0, 0 } }, false };
         return 1;

@@ -58,6 +58,8 @@ struct OwnWindowWork {
     // The last bit of a result depends on which rows and columns are computed together: whole rows, in bands whose
     // height follows from the image alone.
     bool inFixedBands;
+    // Computing the ends of rows by themselves takes longer than copying rows that could be read in place.
+    bool isCostly;
 };
 
 // A window over the images' regions, of this size at each.

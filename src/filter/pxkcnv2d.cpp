@@ -46,6 +46,7 @@ static void ownConvolution(const OwnSite& site, OwnConvImages images, Kernel* co
     if (!ownPlanConvolution(plan, images.srcImage->depth, correlations, nKernels, combineMethod)) {
         return ownReport(site, PXK_StsNoMem, "Allocation failure");
     }
+    work.window.isCostly = nKernels > 1 || !plan.kernels[0].isBox;
     ownRunConvWork(site, work, plan.margins, [&](const OwnBand& band) { return ownConvolveBand(band, plan); });
 }
 

@@ -124,7 +124,7 @@ void ownLoneCosineForward(const OwnCosinePlan& plan, const float* values, float*
         first[n - 1 - x] = values[2 * x + 1];
     }
     ownRealToLoneSpectrum(plan.real, first, second, first);
-    const OwnLoneLine spectrum = ownLoneSpectrum(plan.real, second);
+    const OwnLoneLine spectrum = ownLoneLine(plan.real.points, second);
     first[0] = spectrum.re[0] * turns[0];
     first[half] = spectrum.im[0] * turns[0];
     OWN_IVDEP
@@ -139,7 +139,7 @@ void ownLoneCosineBackward(const OwnCosinePlan& plan, const float* values, float
 {
     const ptrdiff_t n = plan.real.n, half = n / 2;
     const float* turns = plan.turns;
-    const OwnLoneLine spectrum = ownLoneSpectrum(plan.real, first);
+    const OwnLoneLine spectrum = ownLoneLine(plan.real.points, first);
     spectrum.re[0] = values[0] * turns[0];
     spectrum.im[0] = values[half] * turns[0];
     OWN_IVDEP

@@ -186,49 +186,67 @@ static void ownSplitFirst(int32_t* z)
     }
 }
 
-// See ownUntangle in ownreallines.cpp. Its factors of one half are shifts of the values.
+// What both parts of a pair are made of, see ownpairs.h.
+struct OwnFixedPair {
+    OwnFixedPoint middle;
+    OwnFixedPoint side;
+};
+
+static OwnFixedPair ownMixPair(OwnFixedPoint a, OwnFixedPoint b, OwnFixedTurn turn)
+{
+    const int32_t sum = ownAdd(a.im, b.im), less = ownLess(a.re, b.re);
+    return { { ownAdd(a.re, b.re), ownLess(a.im, b.im) },
+             { ownDot(sum, turn.cosine, less, -turn.sine), ownDot(sum, turn.sine, less, turn.cosine) } };
+}
+
+// Factors of one half are shifts of the values.
+static void ownUntanglePair(OwnFixedPoint& a, OwnFixedPoint& b, OwnFixedTurn turn)
+{
+    const auto [middle, side] = ownMixPair({ a.re >> 1, a.im >> 1 }, { b.re >> 1, b.im >> 1 }, turn);
+    a = middle + OwnFixedPoint { side.re, ownLess(0, side.im) };
+    b = { ownLess(middle.re, side.re), ownLess(0, ownAdd(middle.im, side.im)) };
+}
+
+// The reverse, times 2, for the negative exponent.
+static void ownTanglePair(OwnFixedPoint& a, OwnFixedPoint& b, OwnFixedTurn turn)
+{
+    const auto [middle, side] = ownMixPair(a, b, turn);
+    a = { ownLess(middle.re, side.re), ownAdd(middle.im, side.im) };
+    b = { ownAdd(middle.re, side.re), ownLess(side.im, middle.im) };
+}
+
+using OwnFixedPairStep = void (*)(OwnFixedPoint& a, OwnFixedPoint& b, OwnFixedTurn turn);
+
+// All points but the first one and the middle one.
+template <OwnFixedPairStep step> static void ownRunPairs(const OwnFixedPlan& plan, int32_t* z)
+{
+    const ptrdiff_t half = plan.n / 2;
+    for (ptrdiff_t k = 1; k < half - k; ++k) {
+        const OwnFixedTurn turn = plan.turns[k];
+        int32_t *a = z + k * OWN_GROUP, *b = z + (half - k) * OWN_GROUP;
+        OWN_IVDEP
+        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
+            OwnFixedPoint va = ownLoad(a + lane), vb = ownLoad(b + lane);
+            step(va, vb, turn);
+            ownStore(va, a + lane);
+            ownStore(vb, b + lane);
+        }
+    }
+}
+
 static void ownUntangleFixed(const OwnFixedPlan& plan, int32_t* z)
 {
     const ptrdiff_t half = plan.n / 2;
     ownSplitFirst(z);
-    for (ptrdiff_t k = 1; k < half - k; ++k) {
-        const OwnFixedTurn turn = plan.turns[k];
-        int32_t *a = z + k * OWN_GROUP, *b = z + (half - k) * OWN_GROUP;
-        OWN_IVDEP
-        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-            const OwnFixedPoint va = { a[lane] >> 1, a[OWN_LANES + lane] >> 1 };
-            const OwnFixedPoint vb = { b[lane] >> 1, b[OWN_LANES + lane] >> 1 };
-            const int32_t sum = ownAdd(va.im, vb.im), less = ownLess(va.re, vb.re);
-            const OwnFixedPoint middle = { ownAdd(va.re, vb.re), ownLess(va.im, vb.im) };
-            const OwnFixedPoint side = { ownDot(sum, turn.cosine, less, -turn.sine),
-                                         ownDot(sum, turn.sine, less, turn.cosine) };
-            ownStore(middle + OwnFixedPoint { side.re, ownLess(0, side.im) }, a + lane);
-            ownStore({ ownLess(middle.re, side.re), ownLess(0, ownAdd(middle.im, side.im)) }, b + lane);
-        }
-    }
+    ownRunPairs<ownUntanglePair>(plan, z);
     if (half % 2 == 0) ownConjugate(z + half / 2 * OWN_GROUP, 1);
 }
 
-// The reverse, times 2, for the negative exponent.
 static void ownTangleFixed(const OwnFixedPlan& plan, int32_t* z)
 {
-    const ptrdiff_t half = plan.n / 2;
     ownSplitFirst(z);
-    for (ptrdiff_t k = 1; k < half - k; ++k) {
-        const OwnFixedTurn turn = plan.turns[k];
-        int32_t *a = z + k * OWN_GROUP, *b = z + (half - k) * OWN_GROUP;
-        OWN_IVDEP
-        for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) {
-            const OwnFixedPoint va = ownLoad(a + lane), vb = ownLoad(b + lane);
-            const OwnFixedPoint middle = { ownAdd(va.re, vb.re), ownLess(va.im, vb.im) };
-            const int32_t sum = ownAdd(va.im, vb.im), less = ownLess(va.re, vb.re);
-            const OwnFixedPoint side = { ownDot(sum, turn.cosine, less, -turn.sine),
-                                         ownDot(sum, turn.sine, less, turn.cosine) };
-            ownStore({ ownLess(middle.re, side.re), ownAdd(middle.im, side.im) }, a + lane);
-            ownStore({ ownAdd(middle.re, side.re), ownLess(side.im, middle.im) }, b + lane);
-        }
-    }
-    int32_t* middle = z + half / 2 * OWN_GROUP;
+    ownRunPairs<ownTanglePair>(plan, z);
+    int32_t* middle = z + plan.n / 4 * OWN_GROUP;
     for (ptrdiff_t lane = 0; lane < OWN_GROUP; ++lane) middle[lane] = ownAdd(middle[lane], middle[lane]);
 }
 

@@ -10,6 +10,12 @@
 constexpr ptrdiff_t OWN_LANES = 16;
 constexpr ptrdiff_t OWN_GROUP = 2 * OWN_LANES; // values of a complex point
 
+// The next multiple of sixteen.
+constexpr int64_t ownPadded(int64_t n)
+{
+    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
+}
+
 // Transforms of radix * second points each, a complex factor (a turn) at each of their results.
 struct OwnPass {
     int32_t radix;

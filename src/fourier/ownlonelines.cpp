@@ -23,10 +23,9 @@ static ptrdiff_t ownCellGroups(const OwnLinePlan& plan)
     return (ownCellPoints(plan) + OWN_LANES - 1) / OWN_LANES;
 }
 
-static bool ownCanGoAlone(const OwnRealPlan& plan)
+static bool ownCanGoAlone(const OwnLinePlan& plan)
 {
-    return plan.layout.batches == 1 && plan.points >= ownLeastLonePoints && plan.lines->inner == nullptr
-        && plan.lines->passes[0].second > 1;
+    return plan.n >= ownLeastLonePoints && plan.inner == nullptr && plan.passes[0].second > 1;
 }
 
 // The turns of the first pass in the order in which its results lie.
@@ -44,21 +43,34 @@ static void ownFillLoneTurns(const OwnLinePlan& plan, float* turns)
             }
 }
 
+bool ownLoneTurns(OwnTransformCaches& caches, const OwnLinePlan& plan, const float*& turns)
+{
+    turns = nullptr;
+    if (!ownCanGoAlone(plan)) return true;
+    float* table = static_cast<float*>(ownTable(caches, OwnTableKind::LONE_LINES, plan.n));
+    if (table == nullptr) {
+        const int64_t bytes =
+            ownCellGroups(plan) * plan.passes[0].groups * OWN_GROUP * static_cast<int64_t>(sizeof(float));
+        table = static_cast<float*>(ownNewTable(caches, OwnTableKind::LONE_LINES, plan.n, bytes));
+        if (table == nullptr) return false;
+        memset(table, 0, static_cast<size_t>(bytes));
+        ownFillLoneTurns(plan, table);
+    }
+    turns = table;
+    return true;
+}
+
+int64_t ownLoneValues(const OwnLinePlan& plan)
+{
+    // Sixteen cells may stand out over the last one. The first pass needs room for two of its steps.
+    const int64_t cells = (plan.passes[0].groups + OWN_LANES) * ownCellGroups(plan) * OWN_GROUP;
+    const int64_t steps = 2 * ownCellGroups(plan) * OWN_LANES * OWN_GROUP;
+    return 2 * ownLonePart(plan.n) + (cells > steps ? cells : steps);
+}
+
 bool ownAddLoneLines(OwnTransformCaches& caches, OwnRealPlan& plan)
 {
-    if (!ownCanGoAlone(plan)) return true;
-    const OwnLinePlan& lines = *plan.lines;
-    float* turns = static_cast<float*>(ownTable(caches, OwnTableKind::LONE_LINES, lines.n));
-    if (turns == nullptr) {
-        const int64_t bytes =
-            ownCellGroups(lines) * lines.passes[0].groups * OWN_GROUP * static_cast<int64_t>(sizeof(float));
-        turns = static_cast<float*>(ownNewTable(caches, OwnTableKind::LONE_LINES, lines.n, bytes));
-        if (turns == nullptr) return false;
-        memset(turns, 0, static_cast<size_t>(bytes));
-        ownFillLoneTurns(lines, turns);
-    }
-    plan.loneTurns = turns;
-    return true;
+    return plan.layout.batches > 1 || ownLoneTurns(caches, *plan.lines, plan.loneTurns);
 }
 
 static void ownCopyLanes(const float* from, float* to)
@@ -98,18 +110,20 @@ static void ownMultiplyGroups(float* groups, const float* factors, ptrdiff_t cou
 }
 
 // The first transform has no turns, as among sixteen lines: a product with 1 may change the sign of a zero.
-static void ownRunFirstLonePass(const OwnRealPlan& plan, const OwnLoneLine& line, float* to, float* spare)
+static void ownRunFirstLonePass(const OwnLinePlan& plan, const float* turns, const OwnLoneLine& line, float* to,
+                                float* spare)
 {
-    const ptrdiff_t count = plan.lines->passes[0].groups, groups = ownCellGroups(*plan.lines);
+    const ptrdiff_t count = plan.passes[0].groups, groups = ownCellGroups(plan);
     for (ptrdiff_t cell = 0; cell < count; cell += OWN_LANES) {
-        ownRunLoneTransforms(*plan.lines, line, cell, to + cell * groups * OWN_GROUP, spare);
+        ownRunLoneTransforms(plan, line, cell, to + cell * groups * OWN_GROUP, spare);
         const ptrdiff_t first = cell > 0 ? cell : 1, end = cell + OWN_LANES < count ? cell + OWN_LANES : count;
         const ptrdiff_t start = first * groups * OWN_GROUP;
-        ownMultiplyGroups(to + start, plan.loneTurns + start, (end - first) * groups);
+        ownMultiplyGroups(to + start, turns + start, (end - first) * groups);
     }
 }
 
-// Out of cells, one after the other: what stands out over a cell, and over the line, is no point of it.
+// Out of cells, one after the other: what a copy leaves behind a cell's points is overwritten by the next cell, or lies
+// behind the line.
 static void ownLeaveCells(const OwnLinePlan& plan, const float* cells, float* to)
 {
     const ptrdiff_t points = ownCellPoints(plan), groups = ownCellGroups(plan);
@@ -117,19 +131,21 @@ static void ownLeaveCells(const OwnLinePlan& plan, const float* cells, float* to
         for (ptrdiff_t i = 0; i < groups; ++i, cells += OWN_GROUP) ownCopyLanes(cells, to + start + i * OWN_LANES);
 }
 
-// In place, with a negative exponent; with exchanged parts it is a positive one.
-static void ownTransformLone(const OwnRealPlan& plan, const OwnLoneLine& line, float* data, float* spare)
+void ownTransformLoneLine(const OwnLinePlan& plan, const float* loneTurns, float* data, float* spare, OwnSign sign)
 {
-    const OwnLinePlan& lines = *plan.lines;
-    ownRunFirstLonePass(plan, line, data, spare);
-    for (int32_t i = 1; i < lines.passCount; ++i) {
-        OwnPass pass = lines.passes[i];
-        pass.run = static_cast<int32_t>(pass.run / ownCellPoints(lines) * ownCellGroups(lines));
-        ownRunAnyPass(pass, data, spare, { 0, OWN_LANES });
-        std::swap(data, spare);
+    const OwnLoneLine line = ownLoneLine(plan.n, data);
+    // Exchanged parts turn the sign around.
+    const OwnLoneLine turned = sign == OwnSign::MINUS ? line : OwnLoneLine { line.im, line.re };
+    float *from = data + 2 * ownLonePart(plan.n), *to = spare;
+    ownRunFirstLonePass(plan, loneTurns, turned, from, to);
+    for (int32_t i = 1; i < plan.passCount; ++i) {
+        OwnPass pass = plan.passes[i];
+        pass.run = static_cast<int32_t>(pass.run / ownCellPoints(plan) * ownCellGroups(plan));
+        ownRunAnyPass(pass, from, to, { 0, OWN_LANES });
+        std::swap(from, to);
     }
-    ownLeaveCells(lines, data, line.re);
-    ownLeaveCells(lines, data + OWN_LANES, line.im);
+    ownLeaveCells(plan, from, turned.re);
+    ownLeaveCells(plan, from + OWN_LANES, turned.im);
 }
 
 using OwnPairStep = void (*)(OwnComplex& first, OwnComplex& last, const float* turns);
@@ -160,14 +176,14 @@ static void ownSplitFirst(const OwnLoneLine& line)
 
 void ownRealToLoneSpectrum(const OwnRealPlan& plan, const float* values, float* data, float* spare)
 {
-    const OwnLoneLine line = ownLoneSpectrum(plan, data);
+    const OwnLoneLine line = ownLoneLine(plan.points, data);
     const ptrdiff_t points = plan.points;
     OWN_IVDEP
     for (ptrdiff_t k = 0; k < points; ++k) {
         line.re[k] = values[2 * k];
         line.im[k] = values[2 * k + 1];
     }
-    ownTransformLone(plan, line, data + 2 * ownLonePart(plan), spare);
+    ownTransformLoneLine(*plan.lines, plan.loneTurns, data, spare, OwnSign::MINUS);
     ownSplitFirst(line);
     ownRunPairs<ownUntanglePair>(plan, line);
     if (points % 2 == 0) line.im[points / 2] = -line.im[points / 2];
@@ -176,7 +192,7 @@ void ownRealToLoneSpectrum(const OwnRealPlan& plan, const float* values, float* 
 
 void ownLoneSpectrumToReal(const OwnRealPlan& plan, float* data, float* spare)
 {
-    const OwnLoneLine line = ownLoneSpectrum(plan, data);
+    const OwnLoneLine line = ownLoneLine(plan.points, data);
     const ptrdiff_t points = plan.points;
     ownSplitFirst(line);
     ownRunPairs<ownTanglePair>(plan, line);
@@ -184,7 +200,7 @@ void ownLoneSpectrumToReal(const OwnRealPlan& plan, float* data, float* spare)
         line.re[points / 2] *= 2;
         line.im[points / 2] *= -2;
     }
-    ownTransformLone(plan, { line.im, line.re }, data + 2 * ownLonePart(plan), spare);
+    ownTransformLoneLine(*plan.lines, plan.loneTurns, data, spare, OwnSign::PLUS);
     OWN_IVDEP
     for (ptrdiff_t k = 0; k < points; ++k) {
         spare[2 * k] = line.re[k];

@@ -7,6 +7,7 @@
 // for even widths, k = W / 2 as its imaginary parts.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <type_traits>
 
@@ -21,17 +22,13 @@ template <class Value, class RealPlan, class LinePlan> struct OwnPacking {
     RealPlan rows;
     RealPlan edges; // columns 0 and W / 2
     const LinePlan* columns;
-    int64_t blockRows; // of a block of columns; those behind the last one fill up a square
+    const float* loneTurns; // of columns, see ownlonelines.h; null where they go sixteen at a time only
+    int64_t blockRows;      // of a block of columns; those behind the last one fill up a square
     Value* blocks;
     Value* data; // lines of a pass, and room for their transforms
     Value* spare;
     static constexpr bool hasLoneLines = std::is_same<RealPlan, OwnRealPlan>::value;
 };
-
-constexpr int64_t ownPadded(int64_t n)
-{
-    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
-}
 
 // Values of a block of columns.
 template <class Packing> ptrdiff_t ownBlockValues(const Packing& packing)
@@ -43,13 +40,14 @@ template <class Packing> ptrdiff_t ownBlockValues(const Packing& packing)
 template <class Value, class RealPlan, class LinePlan>
 [[nodiscard]] bool ownTakeMemory(OwnTransformCaches& caches, OwnPacking<Value, RealPlan, LinePlan>& packing)
 {
-    int64_t lines = ownRealValues(packing.rows);
-    for (const int64_t values : { ownRealValues(packing.edges), ownSpareValues(*packing.columns) })
-        lines = lines > values ? lines : values;
-    lines += OWN_LANES * OWN_GROUP; // squares stand out over the last column
+    int64_t rows = ownRealValues(packing.rows);
     packing.blockRows = ownPadded(packing.height);
-    if constexpr (OwnPacking<Value, RealPlan, LinePlan>::hasLoneLines)
+    if constexpr (OwnPacking<Value, RealPlan, LinePlan>::hasLoneLines) {
+        if (ownGoesAlone(packing.rows, packing.height)) rows = ownLoneValues(*packing.rows.lines);
         if (ownGoesAlone(packing.rows, packing.height % OWN_LANES)) packing.blockRows = packing.height;
+    }
+    const int64_t columns = std::max(ownRealValues(packing.edges), ownSpareValues(*packing.columns));
+    const int64_t lines = std::max(rows, columns) + OWN_LANES * OWN_GROUP; // squares stand out over the last column
     const int64_t blocks = ownPadded(packing.rows.points) * packing.blockRows * 2;
     packing.blocks =
         static_cast<Value*>(ownWorkMemory(caches, (blocks + 2 * lines) * static_cast<int64_t>(sizeof(Value))));
@@ -65,6 +63,16 @@ template <class Value> void ownTurnSpectra(const Value* from, Value* to)
     ownTransposeFrom(from + OWN_LANES, OWN_GROUP, to + OWN_LANES, OWN_GROUP);
 }
 
+// The spectra of rows y to y + 15, of all batches.
+template <class Packing, class Plane> auto* ownLoadSpectra(const Packing& packing, const Plane& source, int32_t y)
+{
+    const auto& plan = packing.rows;
+    for (int32_t batch = 0; batch < plan.layout.batches; ++batch)
+        ownLoadLines(source, packing.width, packing.height, y + batch * static_cast<int32_t>(OWN_LANES),
+                     packing.data + batch * OWN_LANES, plan.layout.step);
+    return ownRealToSpectra(plan, packing.data, packing.spare);
+}
+
 // A row by itself, where few are left.
 template <class Packing, class Plane> void ownLoneRowToBlocks(const Packing& packing, const Plane& source, int32_t y)
 {
@@ -74,7 +82,7 @@ template <class Packing, class Plane> void ownLoneRowToBlocks(const Packing& pac
         values = packing.spare;
     }
     ownRealToLoneSpectrum(packing.rows, values, packing.data, packing.spare);
-    const OwnLoneLine line = ownLoneSpectrum(packing.rows, packing.data);
+    const OwnLoneLine line = ownLoneLine(packing.rows.points, packing.data);
     for (ptrdiff_t k = 0; k < packing.rows.points; k += OWN_LANES) {
         float* group = packing.blocks + k / OWN_LANES * ownBlockValues(packing) + y * OWN_GROUP;
         memcpy(group, line.re + k, OWN_LANES * sizeof(float));
@@ -85,7 +93,7 @@ template <class Packing, class Plane> void ownLoneRowToBlocks(const Packing& pac
 template <class Packing, class Plane>
 void ownBlocksToLoneRow(const Packing& packing, const Plane& destination, int32_t y)
 {
-    const OwnLoneLine line = ownLoneSpectrum(packing.rows, packing.data);
+    const OwnLoneLine line = ownLoneLine(packing.rows.points, packing.data);
     for (ptrdiff_t k = 0; k < packing.rows.points; k += OWN_LANES) {
         const float* group = packing.blocks + k / OWN_LANES * ownBlockValues(packing) + y * OWN_GROUP;
         memcpy(line.re + k, group, OWN_LANES * sizeof(float));
@@ -98,17 +106,14 @@ void ownBlocksToLoneRow(const Packing& packing, const Plane& destination, int32_
 template <class Packing, class Plane> void ownRowsToBlocks(const Packing& packing, const Plane& source)
 {
     const auto& plan = packing.rows;
-    const int32_t width = packing.width, height = packing.height;
+    const int32_t height = packing.height;
     for (int32_t y = 0; y < height;) {
         if constexpr (Packing::hasLoneLines)
             if (ownGoesAlone(plan, height - y)) {
                 ownLoneRowToBlocks(packing, source, y++);
                 continue;
             }
-        for (int32_t batch = 0; batch < plan.layout.batches; ++batch)
-            ownLoadLines(source, width, height, y + batch * static_cast<int32_t>(OWN_LANES),
-                         packing.data + batch * OWN_LANES, plan.layout.step);
-        auto* spectra = ownRealToSpectra(plan, packing.data, packing.spare);
+        auto* spectra = ownLoadSpectra(packing, source, y);
         memset(spectra + plan.layout.batches * plan.points * OWN_GROUP, 0, OWN_LANES * OWN_GROUP * sizeof *spectra);
         for (int32_t batch = 0; batch < plan.layout.batches && y < height; ++batch, y += OWN_LANES) {
             for (int32_t k = 0; k < plan.points; k += OWN_LANES)
@@ -119,10 +124,28 @@ template <class Packing, class Plane> void ownRowsToBlocks(const Packing& packin
     }
 }
 
+// The first row of a batch; the second batch is the first one again, where it has no rows.
+template <class Packing> int32_t ownBatchRow(const Packing& packing, int32_t y, int32_t batch)
+{
+    const int32_t row = y + batch * static_cast<int32_t>(OWN_LANES);
+    return row < packing.height ? row : y;
+}
+
+// The rows of which packing.data holds the spectra, from y on: the row behind them.
+template <class Packing, class Plane>
+int32_t ownStoreSpectra(const Packing& packing, int32_t y, const Plane& destination)
+{
+    const auto& plan = packing.rows;
+    const auto* lines = ownSpectraToReal(plan, packing.data, packing.spare);
+    for (int32_t batch = 0; batch < plan.layout.batches && y < packing.height; ++batch, y += OWN_LANES)
+        ownStoreLines(lines + batch * OWN_LANES, plan.layout.step, packing.width, packing.height, y, destination);
+    return y;
+}
+
 template <class Packing, class Plane> void ownBlocksToRows(const Packing& packing, const Plane& destination)
 {
     const auto& plan = packing.rows;
-    const int32_t width = packing.width, height = packing.height;
+    const int32_t height = packing.height;
     for (int32_t y = 0; y < height;) {
         if constexpr (Packing::hasLoneLines)
             if (ownGoesAlone(plan, height - y)) {
@@ -130,15 +153,12 @@ template <class Packing, class Plane> void ownBlocksToRows(const Packing& packin
                 continue;
             }
         for (int32_t batch = 0; batch < plan.layout.batches; ++batch) {
-            const int32_t row =
-                y + batch * static_cast<int32_t>(OWN_LANES) < height ? y + batch * static_cast<int32_t>(OWN_LANES) : y;
+            const int32_t row = ownBatchRow(packing, y, batch);
             for (int32_t k = 0; k < plan.points; k += OWN_LANES)
                 ownTurnSpectra(packing.blocks + k / OWN_LANES * ownBlockValues(packing) + row * OWN_GROUP,
                                packing.data + (batch * plan.points + k) * OWN_GROUP);
         }
-        const auto* lines = ownSpectraToReal(plan, packing.data, packing.spare);
-        for (int32_t batch = 0; batch < plan.layout.batches && y < height; ++batch, y += OWN_LANES)
-            ownStoreLines(lines + batch * OWN_LANES, plan.layout.step, width, height, y, destination);
+        y = ownStoreSpectra(packing, y, destination);
     }
 }
 

@@ -24,12 +24,7 @@ inline void ownLoadValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int3
 }
 
 // Changes the values on the way.
-inline void ownStoreValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* from)
-{
-    OWN_IVDEP
-    for (ptrdiff_t i = 0; i < n; ++i) from[i] = ownOneNaN(from[i]);
-    ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
-}
+void ownStoreValues(const OwnFloatPlane& plane, int32_t x, int32_t y, int32_t n, float* from);
 
 // Row y where it lies, if all rows hold values as they are, else null.
 inline float* ownRowInPlace(const OwnFloatPlane& plane, int32_t y)
@@ -54,22 +49,10 @@ struct OwnFixedPlane {
     float scale;   // of what the shift leaves
 };
 
-inline void ownLoadValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* to)
-{
-    ownLoadPlaneRow(plane.view, plane.depth, plane.channel, x, y, n, to);
-    for (int32_t i = 0; i < n; ++i) to[i] = static_cast<int32_t>(static_cast<uint32_t>(to[i]) << OWN_FIXED_BITS);
-}
+void ownLoadValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* to);
 
 // Shifts down; what is left of a negative value above -1 is 0.
-inline void ownStoreValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* from)
-{
-    const int64_t one = int64_t(1) << plane.shift;
-    for (int32_t i = 0; i < n; ++i)
-        from[i] = from[i] < 0 && from[i] > -one ? 0 : static_cast<int32_t>(int64_t(from[i]) >> plane.shift);
-    if (plane.scale != 1)
-        for (int32_t i = 0; i < n; ++i) from[i] = ownLimitTo<int32_t>(static_cast<float>(from[i]) * plane.scale);
-    ownStorePlaneRow(plane.view, plane.depth, plane.channel, x, y, n, from);
-}
+void ownStoreValues(const OwnFixedPlane& plane, int32_t x, int32_t y, int32_t n, int32_t* from);
 
 inline int32_t* ownRowInPlace(const OwnFixedPlane&, int32_t)
 {
@@ -82,13 +65,18 @@ template <class Plane> ptrdiff_t ownRowValues(const Plane& plane)
     return plane.view.rowStep / static_cast<ptrdiff_t>(sizeof(*ownRowInPlace(plane, 0)));
 }
 
+// Whether rows lie so far apart that a column's samples can be walked.
+inline bool ownHasWholeSteps(const OwnView& view)
+{
+    return view.rowStep % view.sampleBytes == 0;
+}
+
 // Makes single columns single rows, whose transforms are the same: a pixel's neighbour lies a row further. Columns of
 // an odd length stay, because their partner in a transform is another one than a row's.
 template <class Plane> void ownLayColumnsDown(Plane& source, Plane& destination, OwnSize& size)
 {
     OwnView &a = source.view, &b = destination.view;
-    if (size.width != 1 || size.height % 2 != 0 || a.rowStep % a.sampleBytes != 0 || b.rowStep % b.sampleBytes != 0)
-        return;
+    if (size.width != 1 || size.height % 2 != 0 || !ownHasWholeSteps(a) || !ownHasWholeSteps(b)) return;
     std::swap(size.width, size.height);
     std::swap(a.pixelStep, a.rowStep);
     std::swap(b.pixelStep, b.rowStep);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-2-Clause
+#include <algorithm>
 #include <cstring>
 
 #include "frame/ownregion.h"
@@ -55,11 +56,6 @@ struct OwnCosineWork {
     float* second;
 };
 
-static int64_t ownPadded(int64_t n)
-{
-    return (n + OWN_LANES - 1) / OWN_LANES * OWN_LANES;
-}
-
 static ptrdiff_t ownBlockValues(const OwnCosineWork& work)
 {
     return static_cast<ptrdiff_t>(ownPadded(work.columns.real.n) * OWN_LANES);
@@ -69,9 +65,11 @@ static bool ownOpenCosineWork(OwnTransformCaches& caches, const OwnSize& size, O
 {
     if (!ownCosinePlan(caches, size.width, work.rows) || !ownCosinePlan(caches, size.height, work.columns))
         return false;
-    if (size.height % OWN_LANES <= OWN_MOST_LONE && !ownAddLoneLines(caches, work.rows.real)) return false;
-    const int64_t rows = ownRealValues(work.rows.real), columns = ownRealValues(work.columns.real);
-    const int64_t lines = (rows > columns ? rows : columns) + OWN_LANES * OWN_GROUP;
+    if (ownWantsLoneLines(work.rows.real.points, size.height % OWN_LANES) && !ownAddLoneLines(caches, work.rows.real))
+        return false;
+    const int64_t rows = ownGoesAlone(work.rows.real, size.height) ? ownLoneValues(*work.rows.real.lines)
+                                                                   : ownRealValues(work.rows.real);
+    const int64_t lines = std::max(rows, ownRealValues(work.columns.real)) + OWN_LANES * OWN_GROUP;
     const int64_t blocks = ownPadded(size.width) * ownPadded(size.height);
     work.blocks =
         static_cast<float*>(ownWorkMemory(caches, (blocks + 2 * lines) * static_cast<int64_t>(sizeof(float))));
@@ -120,6 +118,16 @@ static void ownClearColumnsBeyond(const OwnCosineWork& work)
         for (ptrdiff_t lane = used; lane < OWN_LANES; ++lane) row[lane] = 0;
 }
 
+// Up to sixteen values of row y, from column x on.
+static void ownStoreCosines(float* line, int32_t x, int32_t y, int32_t width, const OwnFloatPlane& destination)
+{
+    const int32_t lanes = static_cast<int32_t>(OWN_LANES);
+    float* row = width - x < lanes ? nullptr : ownRowInPlace(destination, y);
+    if (row == nullptr) return ownStoreValues(destination, x, y, width - x < lanes ? width - x : lanes, line);
+    OWN_NOT_UNROLLED
+    for (ptrdiff_t lane = 0; lane < OWN_LANES; ++lane) row[x + lane] = ownOneNaN(line[lane]);
+}
+
 static void ownCosineColumns(const OwnCosineWork& work, const OwnFloatPlane& destination)
 {
     const OwnRealPlan& plan = work.columns.real;
@@ -131,8 +139,7 @@ static void ownCosineColumns(const OwnCosineWork& work, const OwnFloatPlane& des
         float* lines = work.transform.lines(work.columns, from, work.first, work.second);
         for (int32_t batch = 0; batch < plan.layout.batches && x < width; ++batch, x += lanes)
             for (int32_t y = 0; y < plan.n; ++y)
-                ownStoreValues(destination, x, y, width - x < lanes ? width - x : lanes,
-                               lines + (batch * plan.n + y) * OWN_LANES);
+                ownStoreCosines(lines + (batch * plan.n + y) * OWN_LANES, x, y, width, destination);
     }
 }
 

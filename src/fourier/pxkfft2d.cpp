@@ -2,7 +2,7 @@
 #include "frame/ownregion.h"
 #include "frame/ownreport.h"
 #include "ownfixedlines.h"
-#include "ownpacked.h"
+#include "ownnarrow.h"
 
 // The words of the checks for one of the two images.
 struct OwnFourierTexts {
@@ -96,16 +96,36 @@ static float ownScaleFactor(const OwnSize& size)
     return static_cast<float>(1.0 / (static_cast<double>(size.width) * size.height));
 }
 
+static void ownTransformPlane(const OwnFourierCall& call, const OwnFloatPacking& packing, const OwnFloatPlane& source,
+                              const OwnPartFactors<float>& factors, const OwnFloatPlane& destination)
+{
+    const bool isPacked = call.kind == OwnFourier::REAL_TO_PACKED;
+    if (ownIsNarrow(packing, source, destination))
+        (isPacked ? ownPackNarrow : ownUnpackNarrow)(packing, source, factors, destination);
+    else if (isPacked)
+        ownPack(packing, source, factors, destination);
+    else
+        ownUnpack(packing, source, factors, destination);
+}
+
+using OwnFixedPacking = OwnPacking<int32_t, OwnFixedPlan, OwnFixedPlan>;
+
+static void ownTransformPlane(const OwnFourierCall& call, const OwnFixedPacking& packing, const OwnFixedPlane& source,
+                              const OwnPartFactors<int32_t>& factors, const OwnFixedPlane& destination)
+{
+    if (call.kind == OwnFourier::REAL_TO_PACKED)
+        ownPack(packing, source, factors, destination);
+    else
+        ownUnpack(packing, source, factors, destination);
+}
+
 template <class Packing, class Plane, class Value>
 static void ownTransformChannels(const OwnFourierCall& call, const Packing& packing, Plane source, Plane destination,
                                  const OwnPartFactors<Value>& factors)
 {
     for (int32_t channel = 0; channel < source.view.nChannels; ++channel) {
         source.channel = destination.channel = channel;
-        if (call.kind == OwnFourier::REAL_TO_PACKED)
-            ownPack(packing, source, factors, destination);
-        else
-            ownUnpack(packing, source, factors, destination);
+        ownTransformPlane(call, packing, source, factors, destination);
     }
 }
 
@@ -115,14 +135,18 @@ static bool ownTransformFloats(OwnTransformCaches& caches, const OwnFourierCall&
     OwnFloatPlane destination = { ownRegionStart(call.destination), call.destination->depth, 0 };
     OwnSize size = call.size;
     ownLayColumnsDown(source, destination, size);
-    OwnPacking<float, OwnRealPlan, OwnLinePlan> packing = {};
+    OwnFloatPacking packing = {};
     packing.width = size.width;
     packing.height = size.height;
     packing.columns = ownLinePlan(caches, size.height);
     if (packing.columns == nullptr || !ownRealPlan(caches, size.width, packing.rows)
         || !ownRealPlan(caches, size.height, packing.edges))
         return false;
-    if (size.height % OWN_LANES <= OWN_MOST_LONE && !ownAddLoneLines(caches, packing.rows)) return false;
+    if (ownWantsLoneLines(packing.rows.points, size.height % OWN_LANES) && !ownAddLoneLines(caches, packing.rows))
+        return false;
+    if (size.width <= OWN_MOST_NARROW
+        && (!ownAddLoneLines(caches, packing.edges) || !ownLoneTurns(caches, *packing.columns, packing.loneTurns)))
+        return false;
     if (!ownTakeMemory(caches, packing)) return false;
     const float scale = ownScales(call) ? ownScaleFactor(call.size) : 1;
     ownTransformChannels(call, packing, source, destination,
@@ -141,7 +165,7 @@ static int32_t ownLog2(int32_t n) // 0 unless n is a power of two above 1
 static bool ownTransformIntegers(OwnTransformCaches& caches, const OwnFourierCall& call)
 {
     OwnFixedPlan columns = {};
-    OwnPacking<int32_t, OwnFixedPlan, OwnFixedPlan> packing = {};
+    OwnFixedPacking packing = {};
     packing.width = call.size.width;
     packing.height = call.size.height;
     packing.columns = &columns;

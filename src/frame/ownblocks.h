@@ -2,9 +2,6 @@
 // Rows in whole blocks of a fixed number of samples, so that vector code leaves no remainder to a scalar loop.
 #pragma once
 
-#include <cstdint>
-#include <cstring>
-
 #include "ownivdep.h"
 
 // Rows that are worked on in blocks hold this many bytes at least, or lie in buffers with room for them.
@@ -15,8 +12,9 @@ template <class T> constexpr ptrdiff_t ownBlockOf = ownBlockBytes / static_cast<
 
 // Calls each(i) for every i below n, in whole blocks of B. The last block begins inside the others where n is no
 // multiple of B, so `each` gives the same result when it is called twice for one i; a row below a block is worked on up
-// to B.
-template <ptrdiff_t B, class F> __attribute__((always_inline)) inline void ownInBlocks(ptrdiff_t n, const F& each)
+// to B. `each` may take STEP samples at a time.
+template <ptrdiff_t B, ptrdiff_t STEP = 1, class F>
+__attribute__((always_inline)) inline void ownInBlocks(ptrdiff_t n, const F& each)
 {
     if (n < B) n = B;
     ptrdiff_t first = 0;
@@ -24,28 +22,9 @@ template <ptrdiff_t B, class F> __attribute__((always_inline)) inline void ownIn
     for (;;) {
         const ptrdiff_t end = first + count;
         OWN_IVDEP
-        for (ptrdiff_t i = 0; i < count; ++i) each(first + i);
+        for (ptrdiff_t i = 0; i < count / STEP; ++i) each(first + i * STEP);
         if (end == n) return;
         first = n - B;
         count = B;
     }
-}
-
-// Stores make(i), a T, as sample i of n at `to`, in whole blocks of B as well, but rows may be worked on in place: the
-// last block, which begins inside the others where n is no multiple of B, is made before anything is stored.
-template <class T, ptrdiff_t B, class F>
-__attribute__((always_inline)) inline void ownMakeRow(uint8_t* to, ptrdiff_t n, const F& make)
-{
-    const auto makeRun = [&](ptrdiff_t first, ptrdiff_t count, uint8_t* run) {
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < count; ++i) {
-            const T sample = make(first + i);
-            memcpy(run + i * static_cast<ptrdiff_t>(sizeof sample), &sample, sizeof sample);
-        }
-    };
-    if (n < B) return makeRun(0, n, to);
-    uint8_t last[B * sizeof(T)];
-    makeRun(n - B, B, last);
-    makeRun(0, n & -B, to);
-    memcpy(to + (n - B) * static_cast<ptrdiff_t>(sizeof(T)), last, sizeof last);
 }

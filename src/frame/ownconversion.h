@@ -3,7 +3,7 @@
 // source, whatever the data orders.
 #pragma once
 
-#include "ownblocks.h"
+#include "ownblockrows.h"
 #include "owndepth.h"
 #include "ownwork.h"
 

@@ -167,7 +167,8 @@ static void ownBlendOperands(const OwnSampleRow& row, int32_t k, ptrdiff_t start
 // function wants them or only part of them counts.
 static void ownRunStaged(const OwnSampleRow& row, ptrdiff_t start, ptrdiff_t n, const OwnBits* mask, bool isShifted)
 {
-    alignas(64) uint8_t stage[ownMostViews][ownStageBytes];
+    // Blocks a multiple of 4096 bytes apart would fall into the same few places of a cache.
+    alignas(64) uint8_t stage[ownMostViews][ownStageBytes + 192];
     const ptrdiff_t most = ownStageBytes / (4 * row.unitSamples);
     const bool mustBlend = mask != nullptr || row.hasGap();
     const ptrdiff_t end = start + n;

@@ -207,7 +207,11 @@ template <class T> static void ownSetSamples(const OwnSite& site, PxkImage* imag
 {
     const auto setRow = [value](uint8_t* const* rows, ptrdiff_t n) {
         T* const samples = reinterpret_cast<T*>(rows[0]);
-        for (ptrdiff_t i = 0; i < n; ++i) samples[i] = value;
+        // The rest is copied from the first 16 KB: memcpy knows how to store without reading what it overwrites.
+        const ptrdiff_t first = std::min<ptrdiff_t>(n, 16384 / sizeof(T));
+        for (ptrdiff_t i = 0; i < first; ++i) samples[i] = value;
+        for (ptrdiff_t i = first; i < n; i += first)
+            memcpy(samples + i, samples, static_cast<size_t>(std::min(first, n - i)) * sizeof(T));
     };
     ownTraverse({ site, { ownPartyOf(image, PXK_TILE_WRITE) }, 1, 1, setRow, {}, nullptr });
 }

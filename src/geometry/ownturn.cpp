@@ -138,9 +138,12 @@ static void ownCopyTurned(const OwnView& from, const OwnView& to, const OwnBits*
     const int32_t unit = from.nChannels * from.sampleBytes;
     const bool isDirect = mask == nullptr && to.pixelStep == unit;
     uint8_t pixels[ownTurnSide * ownTurnSide * ownMostUnit];
-    for (int32_t y = 0; y < to.height; y += ownTurnSide) {
+    // Squares of small pixels in higher blocks: rows of the source are read for longer, so that processors see what
+    // comes next.
+    const int32_t most = unit <= 2 ? ownTurnSide * ownMostUnit / unit : ownTurnSide;
+    for (int32_t y = 0; y < to.height; y += most) {
         for (int32_t x = 0; x < to.width; x += ownTurnSide) {
-            const OwnSize size = { std::min(ownTurnSide, to.width - x), std::min(ownTurnSide, to.height - y) };
+            const OwnSize size = { std::min(ownTurnSide, to.width - x), std::min(most, to.height - y) };
             ownTurnBlock(ownPartOf(from, x, y, size.width, size.height), unit, size, pixels);
             const OwnView part = ownPartOf(to, x, y, size.width, size.height);
             const ptrdiff_t rowBytes = static_cast<ptrdiff_t>(ownTurnSide) * unit;

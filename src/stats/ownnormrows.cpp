@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "frame/ownbitcount.h"
+#include "frame/ownblockrows.h"
 #include "frame/owndepth.h"
 #include "ownlanes.h"
 
@@ -104,16 +105,29 @@ static void ownMeasureRows(const T* a, RowB b, ptrdiff_t n, OwnNormTotal& total)
     }
 }
 
+// Sums of reals have an order. Integers are measured in whole blocks: samples that are missing there differ by 0.
 template <class T, int32_t TYPE>
 static void ownMeasure(const uint8_t* a, const uint8_t* b, ptrdiff_t n, OwnNormTotal& total)
 {
-    const T* const first = reinterpret_cast<const T*>(a);
-    if (b != nullptr) return ownMeasureRows<T, TYPE>(first, reinterpret_cast<const T*>(b), n, total);
-    if constexpr (sizeof(T) == 1 && TYPE != PXK_NORM_INF) {
-        static const T zeros[ownNormBytes] = {};
-        ownMeasureRows<T, TYPE>(first, &zeros[0], n, total);
-    } else {
+    constexpr bool isReal = std::is_floating_point<T>::value || (sizeof(T) == 4 && TYPE == PXK_NORM_L2);
+    constexpr bool readsZeros = sizeof(T) == 1 && TYPE != PXK_NORM_INF;
+    static const uint8_t zeros[readsZeros ? ownNormBytes : 1] = {};
+    if (readsZeros && b == nullptr) b = zeros;
+    const T *const first = reinterpret_cast<const T*>(a), *const second = reinterpret_cast<const T*>(b);
+    if constexpr (isReal) {
+        if (second != nullptr) return ownMeasureRows<T, TYPE>(first, second, n, total);
         ownMeasureRows<T, TYPE>(first, OwnZeroRow<T> {}, n, total);
+    } else {
+        uint8_t* const rows[2] = { const_cast<uint8_t*>(a), const_cast<uint8_t*>(b) };
+        const auto pair = [&](const T* const* of, ptrdiff_t count) {
+            ownMeasureRows<T, TYPE>(of[0], of[1], count, total);
+        };
+        if (readsZeros || b != nullptr) return ownRunBlocks<T, 2, 2>(rows, n, pair);
+        if constexpr (!readsZeros) {
+            ownRunBlocks<T, 1, 1>(rows, n, [&](const T* const* of, ptrdiff_t count) {
+                ownMeasureRows<T, TYPE>(of[0], OwnZeroRow<T> {}, count, total);
+            });
+        }
     }
 }
 

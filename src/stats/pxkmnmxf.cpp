@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-2-Clause
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -6,37 +7,34 @@
 
 // Several running extrema at a time, for the order does not matter: a NaN is neither below nor above anything, and of
 // zeros the sign is settled at the end.
-constexpr int32_t ownExtremaLanes = 32;
+constexpr int32_t ownExtremaLanes = 48;
 
 struct OwnExtrema {
-    float low = std::numeric_limits<float>::infinity();
-    float high = -std::numeric_limits<float>::infinity();
-};
-
-static void ownTakeRow(const float* samples, ptrdiff_t n, OwnExtrema& extrema)
-{
     float low[ownExtremaLanes];
     float high[ownExtremaLanes];
-    for (int32_t j = 0; j < ownExtremaLanes; ++j) {
-        low[j] = extrema.low;
-        high[j] = extrema.high;
+    OwnExtrema()
+    {
+        std::fill_n(low, ownExtremaLanes, std::numeric_limits<float>::infinity());
+        std::fill_n(high, ownExtremaLanes, -std::numeric_limits<float>::infinity());
     }
-    const ptrdiff_t whole = n / ownExtremaLanes * ownExtremaLanes;
-    for (ptrdiff_t i = 0; i < whole; i += ownExtremaLanes) {
-        for (int32_t j = 0; j < ownExtremaLanes; ++j) {
+};
+
+// Taking a sample twice does no harm, so the last lanes' worth of a row may begin inside the one before.
+static void ownTakeRow(const float* samples, ptrdiff_t n, OwnExtrema& extrema)
+{
+    OwnExtrema of = extrema; // a copy, which no other memory is
+    const auto take = [&](ptrdiff_t i, int32_t lanes) {
+        for (int32_t j = 0; j < lanes; ++j) {
             const float sample = samples[i + j];
-            low[j] = sample < low[j] ? sample : low[j];
-            high[j] = sample > high[j] ? sample : high[j];
+            of.low[j] = sample < of.low[j] ? sample : of.low[j];
+            of.high[j] = sample > of.high[j] ? sample : of.high[j];
         }
-    }
-    for (ptrdiff_t i = whole; i < n; ++i) {
-        low[0] = samples[i] < low[0] ? samples[i] : low[0];
-        high[0] = samples[i] > high[0] ? samples[i] : high[0];
-    }
-    for (int32_t j = 0; j < ownExtremaLanes; ++j) {
-        extrema.low = low[j] < extrema.low ? low[j] : extrema.low;
-        extrema.high = high[j] > extrema.high ? high[j] : extrema.high;
-    }
+    };
+    const ptrdiff_t last = n - ownExtremaLanes;
+    if (last < 0) take(0, static_cast<int32_t>(n));
+    for (ptrdiff_t i = 0; i < last; i += ownExtremaLanes) take(i, ownExtremaLanes);
+    if (last >= 0) take(last, ownExtremaLanes);
+    extrema = of;
 }
 
 int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max)
@@ -58,9 +56,11 @@ int32_t pxkMinMaxFP(PxkImage* srcImage, float* min, float* max)
     const bool isDone = ownMeasureSamples(work, OwnSamplesCount::ALIKE, [&](const OwnSampleStretch& stretch) {
         ownTakeRow(reinterpret_cast<const float*>(stretch.rows[0]), stretch.n, extrema);
     });
-    if (!isDone) return PXK_StsBadArg;                                             // reported
-    const bool isFound = extrema.low <= extrema.high;                              // otherwise all samples are NaN
-    *min = isFound ? extrema.low + 0.0f : std::numeric_limits<float>::quiet_NaN(); // -0 + 0 is 0
-    *max = isFound ? extrema.high + 0.0f : std::numeric_limits<float>::quiet_NaN();
+    if (!isDone) return PXK_StsBadArg; // reported
+    const float low = *std::min_element(extrema.low, extrema.low + ownExtremaLanes);
+    const float high = *std::max_element(extrema.high, extrema.high + ownExtremaLanes);
+    const bool isFound = low <= high;                                      // otherwise all samples are NaN
+    *min = isFound ? low + 0.0f : std::numeric_limits<float>::quiet_NaN(); // -0 + 0 is 0
+    *max = isFound ? high + 0.0f : std::numeric_limits<float>::quiet_NaN();
     return PXK_StsOk;
 }

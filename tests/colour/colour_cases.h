@@ -142,14 +142,14 @@ inline void modelTwist(Picture& src, Picture& dst, const std::vector<double>& n,
     const double top = double(depthMax(dst.spec.depth)), offset = n[13];
     const double low = std::max(-offset, 0.0), high = std::min(top, top - offset);
     forEachSelectedPixel({ &src, &dst }, [&](int32_t i, int32_t j) {
-        const int32_t x = int32_t(from.x) + i, y = int32_t(from.y) + j;
-        const model::Pixel p = { src.number(x, y, 0), src.number(x, y, 1), src.number(x, y, 2) };
+        const auto sample = [&](int32_t k) { return src.number(from.at(i, j).x, from.at(i, j).y, k); };
+        const model::Pixel p = { sample(0), sample(1), sample(2) };
         for (int32_t k = 0; k < 3; ++k) {
             const double* const w = n.data() + 4 * k;
             const double sum = w[0] * p[0] + w[1] * p[1] + w[2] * p[2] + w[3];
             const double scaled = std::ldexp(sum, -int32_t(n[12]));
-            const double sample = scaled < low ? 0 : scaled > high ? top : std::trunc(scaled) + offset;
-            dst.setNumber(int32_t(to.x) + i, int32_t(to.y) + j, k, isFloat ? sum : sample);
+            const double limited = scaled < low ? 0 : scaled > high ? top : std::trunc(scaled) + offset;
+            dst.setNumber(to.at(i, j).x, to.at(i, j).y, k, isFloat ? sum : limited);
         }
     });
 }

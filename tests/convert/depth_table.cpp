@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Conversion between depths.
+#include <cfloat>
+
 #include "reference/depth.h"
 #include "reference/stats.h"
 #include "support/operations.h"
@@ -89,11 +91,26 @@ void addScale(int32_t toDepth)
     addOperation(op);
 }
 
-Numbers endsOf(const Case& c)
+// However unlike the sizes of both ends are, or however close together they lie. With infinite ends, which are no
+// refusal, every float is the lowest level.
+Numbers endsOf(const Case& c, bool mayBeInfinite)
 {
-    static const Numbers ends[] = { { 0, 1 },       { 0, 255 },      { -1, 1 },   { -128, 127 },
-                                    { 0.1f, 0.7f }, { -3e5f, 2e4f }, { 100, 101 } };
-    return ends[Random(c.seed).below(7)];
+    static const double inf = HUGE_VAL;
+    static const Numbers ends[] = { { 0, 1 },
+                                    { 0, 255 },
+                                    { -1, 1 },
+                                    { -128, 127 },
+                                    { 0.1f, 0.7f },
+                                    { -3e5f, 2e4f },
+                                    { 100, 101 },
+                                    { -1e8f, 1e-30f },
+                                    { 1, 1 + FLT_EPSILON },
+                                    { -FLT_MAX, FLT_MAX },
+                                    { 0, FLT_TRUE_MIN },
+                                    { -inf, 0 },
+                                    { 0, inf },
+                                    { std::nan(""), 1 } };
+    return ends[Random(c.seed).below(mayBeInfinite ? 14 : 11)];
 }
 
 void addScaleFP(int32_t toDepth)
@@ -101,15 +118,20 @@ void addScaleFP(int32_t toDepth)
     Operation op = operationOf(
         scaledFloat, toDepth, [](const Arguments& a) { return pxkScaleFP(a[0], a[1], a.real(0), a.real(1)); },
         [](const Scene& s, const Numbers& n, const Scene& got) { modelScaleFP(s[0], s[1], got[1], n[0], n[1]); });
-    op.numbers = [](const Case& c, const Scene&, Random&) { return endsOf(c); };
-    if (toDepth != PXK_DEPTH_32F) {
+    const bool isToInteger = toDepth != PXK_DEPTH_32F;
+    op.numbers = [=](const Case& c, const Scene&, Random&) { return endsOf(c, isToInteger); };
+    if (isToInteger) {
         op.axes.depths = { PXK_DEPTH_32F };
-        op.scene = [=](const Case& c) { // floats of all kinds, or mostly such as lie inside
+        op.scene = [=](const Case& c) { // floats of all kinds, or mostly such as lie inside; both ends among them
             const Scene scene = pairOf(c, scaledFloat, toDepth);
             Random random(c.seed + 1);
-            const Numbers n = endsOf(c);
+            const Numbers n = endsOf(c, true);
             const double margin = (n[1] - n[0]) / 8;
+            if (!std::isfinite(margin)) return scene;
             if (random.oneIn(2)) fillRange(scene[0], random, n[0] - margin, n[1] + margin);
+            scene[0].forEachSample([&](int32_t x, int32_t y, int32_t channel) {
+                if (random.oneIn(9)) scene[0].setNumber(x, y, channel, n[size_t(random.below(2))]);
+            });
             return scene;
         };
     }

@@ -14,7 +14,7 @@ void expectTable(const Picture& image, int32_t bits)
     EXPECT_EQ(ownMedcutPalette(bitmap.dib(), &image.header), 1);
     std::vector<uint32_t> table;
     for (uint32_t i = 0; i < bitmap.header().biClrUsed; ++i) table.push_back(bitmap.word(static_cast<int32_t>(i)));
-    EXPECT_EQ(table, model::Medcut(image).table(size_t(1) << bits));
+    EXPECT_EQ(table, model::medcutTable(image, size_t(1) << bits));
 }
 
 PicturePtr colorPicture(const PictureSpec& spec, const char* word, Random& random)

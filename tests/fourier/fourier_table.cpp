@@ -21,33 +21,30 @@ Scene fourierScene(const Case& given, size_t count, const std::function<void(Pic
 using Change = std::function<Grid<double>(const Grid<double>&, const Numbers&)>;
 
 // A channel of the work, from the window's first pixel on.
-Grid<double> planeOf(const Picture& p, const Window& window, int32_t c, const CommonSize& size)
+Grid<double> planeOf(const Window& window, int32_t c, const CommonSize& size)
 {
     Grid<double> plane(int32_t(size.width), int32_t(size.height));
-    for (int32_t y = 0; y < size.height; ++y)
-        for (int32_t x = 0; x < size.width; ++x)
-            plane.at(x, y) = p.number(int32_t(window.x) + x, int32_t(window.y) + y, window.firstChannel + c);
+    plane.forEach([&](int32_t x, int32_t y, double& value) { value = window.at(x, y, c).number(); });
     return plane;
 }
 
 // What the image can't hold is limited.
-void storePlane(Picture& p, const Window& window, int32_t c, const Grid<double>& plane)
+void storePlane(const Window& window, int32_t c, Grid<double> plane)
 {
-    const double low = double(depthMin(p.spec.depth)), high = double(depthMax(p.spec.depth));
-    for (int32_t y = 0; y < plane.height; ++y)
-        for (int32_t x = 0; x < plane.width; ++x) {
-            const double value = plane.at(x, y), limited = std::clamp(std::nearbyint(value), low, high);
-            p.setNumber(int32_t(window.x) + x, int32_t(window.y) + y, window.firstChannel + c,
-                        isFloatDepth(p.spec.depth) ? value : limited);
-        }
+    const int32_t depth = window.picture->spec.depth;
+    const double low = double(depthMin(depth)), high = double(depthMax(depth));
+    plane.forEach([&](int32_t x, int32_t y, double value) {
+        const double limited = std::clamp(std::nearbyint(value), low, high);
+        window.at(x, y, c).setNumber(isFloatDepth(depth) ? value : limited);
+    });
 }
 
 void changePlanes(const Scene& s, const Numbers& n, const Change& change)
 {
-    const Window from = windowOf(s[0]), to = windowOf(s[1]);
-    const CommonSize size = commonSize({ &s[0], &s[1] });
     const Scene old = s.copy();
-    for (int32_t c = 0; c < from.channels; ++c) storePlane(s[1], to, c, change(planeOf(old[0], from, c, size), n));
+    const Window from = windowOf(old[0]), to = windowOf(s[1]);
+    const CommonSize size = commonSize({ &s[0], &s[1] });
+    for (int32_t c = 0; c < from.channels; ++c) storePlane(to, c, change(planeOf(from, c, size), n));
 }
 
 Operation transformOperation(const std::string& name, std::function<void(PxkImage*, PxkImage*, int32_t)> call,
@@ -131,13 +128,12 @@ void addFourierRefusals(const std::string& name)
 
 void multiplyPlanes(const Scene& s)
 {
-    const Window windows[3] = { windowOf(s[0]), windowOf(s[1]), windowOf(s[2]) };
-    const CommonSize size = { windows[0].width, windows[0].height };
     const Scene old = s.copy();
-    for (int32_t c = 0; c < windows[0].channels; ++c) {
-        storePlane(s[2], windows[2], c,
-                   modelMultiplySpectra(planeOf(old[0], windows[0], c, size), planeOf(old[1], windows[1], c, size),
-                                        depthBits(s[0].spec.depth) < 32));
+    const Window a = windowOf(old[0]), b = windowOf(old[1]), to = windowOf(s[2]);
+    const CommonSize size = { a.width, a.height };
+    for (int32_t c = 0; c < a.channels; ++c) {
+        const bool wraps = depthBits(s[0].spec.depth) < 32;
+        storePlane(to, c, modelMultiplySpectra(planeOf(a, c, size), planeOf(b, c, size), wraps));
     }
 }
 

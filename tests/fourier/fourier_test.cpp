@@ -38,8 +38,9 @@ PicturePtr pictureOf(const Grid<double>& grid)
 TEST(Fourier, isAccurateOnLargeImages)
 {
     startReports();
-    for (const auto& [width, height] : { std::pair(256, 256), std::pair(1000, 30), std::pair(64, 1021),
-                                         std::pair(97, 101), std::pair(262, 134), std::pair(2048, 3) }) {
+    for (const auto& [width, height] :
+         { std::pair(256, 256), std::pair(1000, 30), std::pair(64, 1021), std::pair(97, 101), std::pair(262, 134),
+           std::pair(2048, 3), std::pair(5, 600) }) {
         SCOPED_TRACE(::testing::Message() << width << " x " << height);
         const PicturePtr image = noise(width, height);
         const PicturePtr packed = image->copy(), back = image->copy(), cosines = image->copy(), again = image->copy();

@@ -286,57 +286,6 @@ TEST(Deallocate, leavesTheCallersPixels)
     EXPECT_EQ(p->header.imageData, nullptr);
 }
 
-// ---- clones --------------------------------------------------------------------------------------------------------
-
-TEST(Clone, copiesPixelsAndRegion)
-{
-    Axes axes;
-    axes.tilings = { 0, 1 };
-    axes.count = 800;
-    forEachCase(axes, [](const Case& c) {
-        const Scene got = makeScene(c, 1), want = got.copy();
-        pxkSetBorderMode(got[0], PXK_EDGE_WRAP, PXK_SIDE_LEFT, 1);
-        got[0].freeze();
-        startReports();
-        PxkImage* const clone = pxkCloneImage(got[0]);
-        ASSERT_NE(clone, nullptr);
-        expectNoReports();
-        EXPECT_TRUE(sameScene(want, got));
-        PxkImage expected = got[0].header; // but for what is its own
-        const PxkROI* const region = expected.roi;
-        EXPECT_EQ(got[0].isTiled() ? 0 : expected.widthStep - clone->widthStep, got[0].spec.extraStep);
-        expected.maskROI = nullptr;
-        expected.userTag = nullptr;
-        expected.tileInfo = nullptr;
-        expected.imageData = clone->imageData;
-        expected.imageDataBase = clone->imageDataBase;
-        expected.imageSize = clone->widthStep * clone->height * got[0].planes();
-        expected.widthStep = clone->widthStep;
-        expected.roi = clone->roi;
-        EXPECT_EQ(memcmp(&expected, clone, sizeof expected), 0);
-        ASSERT_EQ(clone->roi != nullptr, region != nullptr);
-        EXPECT_TRUE(!region || (clone->roi != region && memcmp(clone->roi, region, sizeof(PxkROI)) == 0));
-        EXPECT_TRUE(got[0].isTiled() || sameSamples(got[0], *Picture::of(*clone)));
-        pxkDeallocate(clone, PXK_FREE_HEADER | PXK_FREE_DATA | PXK_FREE_ROI);
-    });
-}
-
-TEST(Clone, refusesHeadersWithoutPixels)
-{
-    PxkImage* const image = createHeader({});
-    startReports();
-    EXPECT_EQ(pxkCloneImage(image), nullptr);
-    expectReports({ { PXK_StsBadDataPointers, "pxkCloneImage", "Incorrect Image" } });
-    EXPECT_EQ(pxkCloneImage(nullptr), nullptr);
-    expectReports({ { PXK_StsNullHeader, "pxkCloneImage", "Incorrect Image" } });
-    pxkSetErrStatus(-40); // an old failure is not this one's
-    pxkAllocateImage(image, 1, 0);
-    PxkImage* const clone = pxkCloneImage(image);
-    EXPECT_NE(clone, nullptr);
-    EXPECT_TRUE(recordedReports().empty());
-    for (PxkImage* made : { clone, image }) pxkDeallocate(made, PXK_FREE_HEADER | PXK_FREE_DATA);
-}
-
 TEST(BorderMode, limitsTheConstantOfChosenSides)
 {
     for (const int32_t depth : allDepths) {

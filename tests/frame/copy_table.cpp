@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Copy, exchange and set; the magnitude of depths without a sign, which is a copy.
+#include <cstring>
+
 #include "reference/frame.h"
 #include "support/operations.h"
 
@@ -51,7 +53,50 @@ Numbers anyValue(const Case& c, const Scene&, Random& random)
     return { isFloatDepth(c.depth) ? double(float(value) / 3) : double(value) };
 }
 
+// Everything but what the source has of its own; pixels in memory, and the region.
+void addClone()
+{
+    static PxkImage* clone = nullptr;
+    Operation op(
+        "pxkCloneImage", { "image" },
+        [](const Arguments& a) {
+            pxkDeallocate(clone, PXK_FREE_HEADER | PXK_FREE_DATA | PXK_FREE_ROI);
+            clone = pxkCloneImage(a[0]);
+        },
+        [](const Scene&, const Numbers&, const Scene& got) {
+            ASSERT_NE(clone, nullptr);
+            PxkImage expected = got[0].header;
+            const PxkROI* const region = expected.roi;
+            EXPECT_EQ(got[0].isTiled() ? 0 : expected.widthStep - clone->widthStep, got[0].spec.extraStep);
+            expected.maskROI = nullptr;
+            expected.userTag = nullptr;
+            expected.tileInfo = nullptr;
+            expected.imageData = clone->imageData;
+            expected.imageDataBase = clone->imageDataBase;
+            expected.imageSize = clone->widthStep * clone->height * got[0].planes();
+            expected.widthStep = clone->widthStep;
+            expected.roi = clone->roi;
+            EXPECT_EQ(memcmp(&expected, clone, sizeof expected), 0);
+            ASSERT_EQ(clone->roi != nullptr, region != nullptr);
+            EXPECT_TRUE(!region || (clone->roi != region && memcmp(clone->roi, region, sizeof(PxkROI)) == 0));
+            EXPECT_TRUE(got[0].isTiled() || sameSamples(got[0], *Picture::of(*clone)));
+        });
+    op.scene = [](const Case& c) {
+        const Scene scene = makeScene(c, 1);
+        pxkSetBorderMode(scene[0], PXK_EDGE_WRAP, PXK_SIDE_LEFT, 1);
+        scene[0].freeze();
+        return scene;
+    };
+    op.axes.count = 800;
+    op.nWritten = 0;
+    op.refusedTile = op.noMemory = nullptr; // no tile is asked for; memory has a test of its own
+    addOperation(op);
+    const auto withoutPixels = [](const Scene& s) { s[0].header.imageData = nullptr; };
+    addRefusals("pxkCloneImage", { { "Incorrect Image", { GRAY }, {}, withoutPixels, PXK_StsBadDataPointers } });
+}
+
 const Rows rows([] {
+    addClone();
     Operation copy = pairOperation("pxkCopy", pxkCopy, modelCopy);
     copy.axes.places = { InPlace::NO, InPlace::NO, InPlace::FIRST, InPlace::OTHER_HEADER };
     addOperation(copy);

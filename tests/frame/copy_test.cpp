@@ -45,24 +45,6 @@ TEST(Copy, reportsAllArgumentFaults)
     EXPECT_TRUE(sameSamples(*src, *dst));
 }
 
-// Alpha alone is nothing to process, with or without a region; named as channel of interest it is.
-TEST(Copy, loneAlpha)
-{
-    const PicturePtr src = Picture::make(PictureSpec { PXK_DEPTH_8U, 5, 2 }.withAlpha(), 1);
-    const PicturePtr dst = Picture::make(PictureSpec { PXK_DEPTH_8U, 5, 2 }.withAlpha(), 2), want = dst->copy();
-    startReports();
-    for (const int32_t coi : { 0, 1 }) {
-        pxkCopy(*src, *dst);
-        pxkSet(*dst, 3);
-        EXPECT_TRUE(sameSamples(*want, *dst));
-        src->setRegion(0, 0, 5, 2, coi);
-        dst->setRegion(0, 0, 5, 2, coi);
-    }
-    pxkCopy(*src, *dst);
-    expectNoReports();
-    EXPECT_TRUE(sameSamples(*src, *dst));
-}
-
 // The image is one of integers of the same width while it works.
 TEST(Set, floatTilesAreAskedForAsIntegers)
 {

@@ -52,30 +52,97 @@ void setWarp(Operation& op, std::vector<int32_t> depths, const Tolerance& tolera
     op.axes.count = 1000;
 }
 
-// Coefficients, interpolation.
-void addAffine(const std::string& name, std::vector<int32_t> depths, const Tolerance& tolerance)
+// What helpers report and store counts for nothing: the operation looks at the same images.
+template <class F> void quietly(const F& call)
 {
-    Operation op(
-        name, { "srcImage", "dstImage" },
-        [](const Arguments& a) {
-            const Numbers& n = a.numbers;
-            double coeffs[2][3] = { { n[0], n[1], n[2] }, { n[3], n[4], n[5] } };
-            pxkWarpAffine(a[0], a[1], coeffs, a.integer(6));
-        },
-        [](const Scene& s, const Numbers& n) {
-            ModelWarp warp = { Transform::AFFINE, {}, 0, int32_t(n[6]), {} };
-            std::copy_n(n.begin(), 6, warp.coeffs.begin());
-            const Window r = windowOf(s[0]);
-            for (size_t k = 0; k < 4; ++k) {
-                const double x = double(k == 1 || k == 2 ? r.x + r.width - 1 : r.x);
-                const double y = double(k > 1 ? r.y + r.height - 1 : r.y);
-                warp.quad[k] = { n[0] * x + n[1] * y + n[2], n[3] * x + n[4] * y + n[5] };
-            }
-            modelWarp(s[0], s[1], warp);
-        });
-    setWarp(op, std::move(depths), tolerance);
+    const int32_t status = pxkGetErrStatus();
+    const PxkErrorCallBack handler = pxkRedirectError(pxkNulDevReport);
+    pxkSetErrStatus(PXK_StsOk);
+    call();
+    pxkSetErrStatus(status);
+    pxkRedirectError(handler);
+}
+
+// Corners and bounds of a transform are found, those of the quadrangle that it is made of.
+template <class Coeffs, class QuadOf, class BoundOf>
+void findShape(PxkImage* image, Coeffs coeffs, const QuadOf& quadOf, const BoundOf& boundOf)
+{
+    double quad[4][2] = {}, bound[2][2] = {};
+    quadOf(image, coeffs, quad);
+    boundOf(image, coeffs, bound);
+    found.assign(quad[0], quad[0] + 8);
+    found.insert(found.end(), bound[0], bound[0] + 4);
+}
+
+void expectShape(const Quad& quad)
+{
+    Point low = quad[0], high = quad[0];
+    Numbers wanted;
+    for (const Point& p : quad) {
+        wanted.insert(wanted.end(), { p.x, p.y });
+        low = { std::min(low.x, p.x), std::min(low.y, p.y) };
+        high = { std::max(high.x, p.x), std::max(high.y, p.y) };
+    }
+    wanted.insert(wanted.end(), { low.x, low.y, high.x, high.y });
+    for (size_t k = 0; k < wanted.size(); ++k) EXPECT_NEAR(found[k], wanted[k], 1e-6);
+}
+
+// `coeffsOf` makes the coefficients of the numbers, the last of which is the interpolation.
+using Coefficients = std::array<double, 6>;
+
+Operation affineOperation(const std::string& name, const std::function<void(const Arguments&)>& call,
+                          const std::function<Coefficients(const Numbers&)>& coeffsOf)
+{
+    Operation op(name, { "srcImage", "dstImage" }, call, [=](const Scene& s, const Numbers& n) {
+        ModelWarp warp = { Transform::AFFINE, {}, 0, int32_t(n.back()), coeffsOf(n) };
+        const Coefficients& c = warp.coeffs;
+        const Window r = windowOf(s[0]);
+        for (size_t k = 0; k < 4; ++k) {
+            const double x = double(k == 1 || k == 2 ? r.x + r.width - 1 : r.x);
+            const double y = double(k > 1 ? r.y + r.height - 1 : r.y);
+            warp.quad[k] = { c[0] * x + c[1] * y + c[2], c[3] * x + c[4] * y + c[5] };
+        }
+        if (!found.empty()) expectShape(warp.quad);
+        modelWarp(s[0], s[1], warp);
+    });
+    setWarp(op, { PXK_DEPTH_1U, PXK_DEPTH_8U }, EXACT);
     op.hasRegions = false; // one that misses its image is refused
     op.scene = warpScene;
+    return op;
+}
+
+// Exact, and at 16 bits within a level.
+void addAtAllDepths(Operation op)
+{
+    addOperation(op);
+    op.name += "_16U";
+    op.axes.depths = { PXK_DEPTH_16U };
+    op.tolerance = { 1, 0, false };
+    addOperation(op);
+}
+
+const std::initializer_list<int32_t> interpolationsAndEdges = { 0, 1, 2, 16, 17, 18 };
+
+void addAffine()
+{
+    Operation op = affineOperation(
+        "pxkWarpAffine",
+        [](const Arguments& a) {
+            const Numbers& n = a.numbers;
+            double coeffs[2][3] = { { n[0], n[1], n[2] }, { n[3], n[4], n[5] } }, fitted[2][3] = {};
+            quietly([&] {
+                findShape(a[0], coeffs, pxkGetAffineQuad, pxkGetAffineBound);
+                pxkGetAffineTransform(a[0], fitted, reinterpret_cast<double(*)[2]>(found.data()));
+            });
+            found.insert(found.end(), fitted[0], fitted[0] + 6);
+            pxkWarpAffine(a[0], a[1], coeffs, a.integer(6));
+        },
+        [](const Numbers& n) {
+            for (size_t k = 0; k < 6; ++k) EXPECT_NEAR(found[12 + k], n[k], 1e-6);
+            Coefficients coeffs;
+            std::copy_n(n.begin(), 6, coeffs.begin());
+            return coeffs;
+        });
     op.numbers = [](const Case&, const Scene& s, Random& random) {
         const Window r = windowOf(s[0]);
         const Quad q = randomQuad(random, windowOf(s[1]), true);
@@ -88,28 +155,90 @@ void addAffine(const std::string& name, std::vector<int32_t> depths, const Toler
                          d,
                          e,
                          q[0].y - d * double(r.x) - e * double(r.y),
-                         double(random.oneOf({ 0, 1, 2, 16, 17, 18 })) };
+                         double(random.oneOf(interpolationsAndEdges)) };
+    };
+    addAtAllDepths(op);
+    op.name += "_steep"; // cubics overshoot as far as they can
+    op.axes.count = 100;
+    op.scene = [](const Case& c) {
+        const Scene scene = warpScene(c);
+        Random random(c.seed);
+        const double high = double(depthMax(c.depth));
+        scene[0].forEachSample(
+            [&](int32_t x, int32_t y, int32_t k) { scene[0].setNumber(x, y, k, random.below(2) * high); });
+        return scene;
     };
     addOperation(op);
 }
 
-using QuadWarp = void (*)(PxkImage*, PxkImage*, double[4][2], int32_t, int32_t);
+// Angle, centre, shift. Right angles are common, and the last bits of the C library's sine must not show.
+void addRotation()
+{
+    Operation op = affineOperation(
+        "pxkRotate",
+        [](const Arguments& a) {
+            const Numbers& n = a.numbers;
+            double x = n[3], y = n[4];
+            pxkGetRotateShift(n[1], n[2], n[0], &x, &y);
+            found.clear();
+            pxkRotate(a[0], a[1], n[0], x, y, a.integer(5));
+        },
+        [](const Numbers& n) {
+            const auto rounded = [](double v) { return std::round(v * 1e12) / 1e12; };
+            const double radians = std::fmod(n[0], 360) * std::acos(-1.0) / 180;
+            const double c = rounded(std::cos(radians)), s = rounded(std::sin(radians));
+            return Coefficients { c, s, n[3] + n[1] - n[1] * c - n[2] * s, -s, c, n[4] + n[2] + n[1] * s - n[2] * c };
+        });
+    op.func = "pxkWarpAffine";
+    op.nullImage = nullptr; // who reports depends on the angle
+    op.badHeader = nullptr;
+    op.trials = { { PXK_DEPTH_8U, { 37, 9, 3, 1, 1, 1 }, op.func } };
+    op.numbers = [](const Case&, const Scene& s, Random& random) {
+        const Window r = windowOf(s[0]), target = windowOf(s[1]);
+        const double angle = random.oneIn(2) ? 90 * random.between(-9, 9) : random.between(-3000, 3000) / 8.0;
+        const double x = double(r.x + random.below(int32_t(r.width))),
+                     y = double(r.y + random.below(int32_t(r.height)));
+        const double toX = double(target.x + random.below(int32_t(target.width))) - x;
+        const double toY = double(target.y + random.below(int32_t(target.height))) - y;
+        return Numbers { angle, x, y, toX, toY, double(random.oneOf(interpolationsAndEdges)) };
+    };
+    addAtAllDepths(op);
+    const char* const unlike = "srcImage->depth != dstImage->depth"; // by right angles it tells itself
+    addRefusals("pxkRotate",
+                { { unlike, { RGB, RGB_16U }, { 37, 0, 0, 0, 0, 1 } },
+                  { unlike, { RGB, RGB_16U }, { 90, 0, 0, 0, 0, 1 }, {}, PXK_StsBadArg, "pxkRotate" } });
+}
+
+void addShear()
+{
+    Operation op = affineOperation(
+        "pxkShear",
+        [](const Arguments& a) {
+            const Numbers& n = a.numbers;
+            found.clear();
+            pxkShear(a[0], a[1], n[0], n[1], n[2], n[3], a.integer(4));
+        },
+        [](const Numbers& n) { return Coefficients { 1, n[0], n[2], n[1], 1, n[3] }; });
+    op.func = "pxkWarpAffine";
+    op.axes.count = 200;
+    op.numbers = [](const Case&, const Scene&, Random& random) {
+        const double across = random.between(-12, 12) / 8.0, down = random.between(-4, 4) / 8.0;
+        const double x = random.between(-9, 9), y = random.between(-5, 5);
+        return Numbers { across, down, x, y, double(random.oneOf(interpolationsAndEdges)) };
+    };
+    addOperation(op);
+}
 
 // Corners, warpFlag, interpolation.
-void addQuad(const std::string& name, QuadWarp call, Transform transform, bool isNearest)
+Operation quadOperation(const std::string& name, const std::function<void(const Arguments&)>& call, Transform transform,
+                        bool isNearest)
 {
-    Operation op(
-        name, { "srcImage", "dstImage" },
-        [=](const Arguments& a) {
-            double quad[4][2];
-            std::copy_n(a.numbers.begin(), 8, quad[0]);
-            call(a[0], a[1], quad, a.integer(8), a.integer(9));
-        },
-        [=](const Scene& s, const Numbers& n) {
-            ModelWarp warp = { transform, {}, int32_t(n[8]), int32_t(n[9]), {} };
-            for (size_t k = 0; k < 4; ++k) warp.quad[k] = { n[2 * k], n[2 * k + 1] };
-            modelWarp(s[0], s[1], warp);
-        });
+    Operation op(name, { "srcImage", "dstImage" }, call, [=](const Scene& s, const Numbers& n) {
+        ModelWarp warp = { transform, {}, int32_t(n[8]), int32_t(n[9]), {} };
+        for (size_t k = 0; k < 4; ++k) warp.quad[k] = { n[2 * k], n[2 * k + 1] };
+        if (!found.empty()) expectShape(warp.quad);
+        modelWarp(s[0], s[1], warp);
+    });
     setWarp(op, { PXK_DEPTH_8U, PXK_DEPTH_16U }, isNearest ? EXACT : Tolerance { 1, 0, false });
     if (isNearest) op.axes.depths.push_back(PXK_DEPTH_1U);
     op.hasRegions = false;
@@ -123,6 +252,41 @@ void addQuad(const std::string& name, QuadWarp call, Transform transform, bool i
         n.insert(n.end(), { double(warpFlag), double(kind) });
         return n;
     };
+    return op;
+}
+
+using QuadWarp = void (*)(PxkImage*, PxkImage*, double[4][2], int32_t, int32_t);
+
+void addQuad(const std::string& name, QuadWarp warp, Transform transform, bool isNearest)
+{
+    const auto call = [=](const Arguments& a) {
+        double quad[4][2];
+        std::copy_n(a.numbers.begin(), 8, quad[0]);
+        found.clear();
+        warp(a[0], a[1], quad, a.integer(8), a.integer(9));
+    };
+    addOperation(quadOperation(name, call, transform, isNearest));
+}
+
+// By coefficients: those that a quadrangle gives.
+template <size_t rows, size_t columns, class Fit, class QuadOf, class BoundOf, class Warp>
+void addCoefficients(const std::string& name, Transform transform, Fit fit, QuadOf quadOf, BoundOf boundOf, Warp warp)
+{
+    const auto call = [=](const Arguments& a) {
+        double quad[4][2], coeffs[rows][columns] = {};
+        std::copy_n(a.numbers.begin(), 8, quad[0]);
+        PxkImage* const image = a[size_t(a.integer(8))];
+        quietly([&] {
+            fit(image, coeffs, quad);
+            findShape(image, coeffs, quadOf, boundOf);
+        });
+        warp(a[0], a[1], coeffs, a.integer(8), a.integer(9));
+    };
+    Operation op = quadOperation(name, call, transform, false);
+    op.func = name + "Q";
+    op.axes.count = 400;
+    op.badHeader = nullptr; // whose coefficients nobody could tell
+    op.nullImage = nullptr;
     addOperation(op);
 }
 
@@ -210,11 +374,24 @@ void addWarpRefusals()
                   { xText, { RGB, GRAY_32S, FLOATS, RGB }, { 1 } },
                   { yText, { RGB, FLOATS, GRAY, RGB }, { 2 } },
                   { interpolations, { RGB, FLOATS, FLOATS, RGB }, { 16 } } });
+    static double skewed[4][2] = { { 0, 0 }, { 5, 0 }, { 6, 3 }, { 0, 3 } }, coeffs[3][3] = {};
+    const PictureSpec line = RGB.region(0, 0, 4, 1), outside = RGB.region(9, 0, 4, 1);
+    addRefusedCalls({ { { -5, "pxkGetAffineTransform", "Quadrangle is not parallelogram" },
+                        [=] { pxkGetAffineTransform(*Picture::make(outside), coeffs, skewed); } },
+                      { { -5, "pxkGetPerspectiveTransform", "image Rectangle ROI is degenerate to length or point" },
+                        [=] { pxkGetPerspectiveTransform(*Picture::make(line), coeffs, skewed); } },
+                      { { -5, "pxkGetPerspectiveBound", "Bad rect ROI" },
+                        [=] { pxkGetPerspectiveBound(*Picture::make(outside), coeffs, skewed); } } });
 }
 
 const Rows rows([] {
-    addAffine("pxkWarpAffine", { PXK_DEPTH_1U, PXK_DEPTH_8U }, EXACT);
-    addAffine("pxkWarpAffine_16U", { PXK_DEPTH_16U }, { 1, 0, false });
+    addAffine();
+    addRotation();
+    addShear();
+    addCoefficients<2, 4>("pxkWarpBilinear", Transform::BILINEAR, pxkGetBilinearTransform, pxkGetBilinearQuad,
+                          pxkGetBilinearBound, pxkWarpBilinear);
+    addCoefficients<3, 3>("pxkWarpPerspective", Transform::PERSPECTIVE, pxkGetPerspectiveTransform,
+                          pxkGetPerspectiveQuad, pxkGetPerspectiveBound, pxkWarpPerspective);
     for (const bool isNearest : { false, true }) {
         const std::string text = isNearest ? "_nearest" : "";
         addQuad("pxkWarpBilinearQ" + text, pxkWarpBilinearQ, Transform::BILINEAR, isNearest);

@@ -62,7 +62,7 @@ inline void modelPreMultiplyAlpha(Picture& image, int64_t alphaValue)
     const uint32_t constantBits = bitsOf(image.spec.depth, isFloat ? constant / 255 : constant);
     const Window window = windowOf(image);
     forEachSelectedPixel({ &image }, [&](int32_t i, int32_t j) {
-        const int32_t x = int32_t(window.x) + i, y = int32_t(window.y) + j;
+        const int32_t x = window.at(i, j).x, y = window.at(i, j).y;
         const uint32_t alpha = alphaValue < 0 ? image.bits(x, y, alphaOf(image)) : constantBits;
         for (const int32_t c : writtenChannels(image)) {
             if (c == alphaOf(image)) {
@@ -104,25 +104,21 @@ inline uint64_t compositeSample(const Composition& how, uint64_t largest, uint64
 inline void modelAlphaComposite(Picture& a, Picture& b, Picture& dst, const Composition& how)
 {
     const Window windowA = windowOf(a), windowB = windowOf(b), window = windowOf(dst);
-    const auto sampleOf = [](const Picture& p, const Window& from, int32_t i, int32_t j, int32_t channel) {
-        return uint64_t(p.bits(int32_t(from.x) + i, int32_t(from.y) + j, channel));
-    };
-    const auto alphaAt = [&](Picture& p, const Window& from, int32_t i, int32_t j, int64_t constant) {
-        const int64_t limited = std::clamp<int64_t>(constant, 0, depthMax(p.spec.depth));
-        return how.isConstant ? uint64_t(limited) : sampleOf(p, from, i, j, alphaOf(p));
+    const auto alphaOr = [&](const Place& at, int64_t constant) {
+        const int64_t limited = std::clamp<int64_t>(constant, 0, depthMax(at.picture->spec.depth));
+        return how.isConstant ? uint64_t(limited) : uint64_t(at.picture->bits(at.x, at.y, alphaOf(*at.picture)));
     };
     forEachSelectedPixel({ &a, &b, &dst }, [&](int32_t i, int32_t j) {
-        const uint64_t alphaA = alphaAt(a, windowA, i, j, how.alphaA), alphaB = alphaAt(b, windowB, i, j, how.alphaB);
+        const uint64_t alphaA = alphaOr(windowA.at(i, j), how.alphaA), alphaB = alphaOr(windowB.at(i, j), how.alphaB);
         std::vector<uint64_t> results; // all are found before one is written: dst may be a source
         const std::vector<int32_t> channels = writtenChannels(dst);
         for (int32_t c = 0; c < int32_t(channels.size()); ++c) {
             const bool isAlpha = channels[size_t(c)] == alphaOf(dst);
-            const uint64_t sampleA = isAlpha ? 0 : sampleOf(a, windowA, i, j, windowA.firstChannel + c);
-            const uint64_t sampleB = isAlpha ? 0 : sampleOf(b, windowB, i, j, windowB.firstChannel + c);
+            const uint64_t sampleA = isAlpha ? 0 : windowA.at(i, j, c).bits();
+            const uint64_t sampleB = isAlpha ? 0 : windowB.at(i, j, c).bits();
             results.push_back(compositeSample(how, largestOf(dst), sampleA, sampleB, alphaA, alphaB, isAlpha));
         }
-        for (size_t c = 0; c < channels.size(); ++c) {
-            dst.setBits(int32_t(window.x) + i, int32_t(window.y) + j, channels[c], uint32_t(results[c]));
-        }
+        const Place to = window.at(i, j);
+        for (size_t c = 0; c < channels.size(); ++c) dst.setBits(to.x, to.y, channels[c], uint32_t(results[c]));
     });
 }

@@ -9,21 +9,16 @@
 // Takes a number of image a, and one of image b or the constant.
 using NumberRelation = std::function<bool(double, double)>;
 
-inline double numberAt(const Picture& p, int32_t i, int32_t j, int32_t c)
-{
-    const Window window = windowOf(p);
-    return p.number(int32_t(window.x) + i, int32_t(window.y) + j, window.firstChannel + c);
-}
-
 // The destination's bit is 1 where the relation holds in every channel. Without image b every sample meets `value`.
 inline void modelCompare(Picture& a, Picture* b, Picture& dst, const NumberRelation& relation, double value = 0)
 {
-    const Window window = windowOf(dst);
-    forEachSelectedPixel({ &a, b != nullptr ? b : &a, &dst }, [&](int32_t i, int32_t j) {
+    const Window first = windowOf(a), second = windowOf(b != nullptr ? *b : a), to = windowOf(dst);
+    forEachSelectedPixel({ &a, second.picture, &dst }, [&](int32_t i, int32_t j) {
         bool holds = true;
-        for (int32_t c = 0; c < windowOf(a).channels; ++c) {
-            holds = holds && relation(numberAt(a, i, j, c), b != nullptr ? numberAt(*b, i, j, c) : value);
+        for (int32_t c = 0; c < first.channels; ++c) {
+            const double other = b != nullptr ? second.at(i, j, c).number() : value;
+            holds = holds && relation(first.at(i, j, c).number(), other);
         }
-        dst.setBits(int32_t(window.x) + i, int32_t(window.y) + j, 0, holds ? 1 : 0);
+        to.at(i, j).setBits(holds ? 1 : 0);
     });
 }

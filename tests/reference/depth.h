@@ -14,9 +14,7 @@ template <class F> void forEachConverted(Picture& src, Picture& dst, bool isTurn
     const int64_t lastRow = commonSize({ &src, &dst }).height - 1;
     forEachSelectedPixel({ &src, &dst }, [&](int32_t i, int32_t j) {
         for (int32_t c = 0; c < from.channels; ++c) {
-            const int64_t y = isTurned ? lastRow - j : j;
-            store(Place { &src, int32_t(from.x) + i, int32_t(from.y) + j, from.firstChannel + c },
-                  Place { &dst, int32_t(to.x) + i, int32_t(to.y + y), to.firstChannel + c });
+            store(from.at(i, j, c), to.at(i, isTurned ? lastRow - j : j, c));
         }
     });
 }
@@ -40,33 +38,15 @@ inline int64_t shiftedRight(int64_t x, int32_t by)
     return int64_t(std::floor(double(x) / double(int64_t(1) << by)));
 }
 
-// One row for each pair of depths; all numbers are exact in 64 bits.
+// Ends meet ends. A wider range is a multiple of the narrower one; the other way, numbers about the middle of the range
+// lose their part in 2^n, n the bits that are left, before they are shifted.
 inline int64_t scaledSample(int32_t fromDepth, int32_t toDepth, int64_t x)
 {
-    const auto is = [&](int32_t from, int32_t to) { return fromDepth == from && toDepth == to; };
-    const auto narrowed = [](int64_t v, int32_t pull, int32_t by) {
-        return shiftedRight(v - shiftedRight(v, pull), by);
-    };
-    if (is(PXK_DEPTH_8S, PXK_DEPTH_8U)) return (x + 128) & 0xFF;
-    if (is(PXK_DEPTH_8U, PXK_DEPTH_8S)) return int8_t((x + 128) & 0xFF);
-    if (is(PXK_DEPTH_8S, PXK_DEPTH_16U)) return 257 * x + 32896;
-    if (is(PXK_DEPTH_8S, PXK_DEPTH_16S)) return 257 * x + 128;
-    if (is(PXK_DEPTH_8U, PXK_DEPTH_16U)) return 257 * x;
-    if (is(PXK_DEPTH_8U, PXK_DEPTH_16S)) return 257 * x - 32768;
-    if (is(PXK_DEPTH_8S, PXK_DEPTH_32S)) return 16843009 * x + 8421504;
-    if (is(PXK_DEPTH_8U, PXK_DEPTH_32S)) return 16843009 * (x - 128) + 8421504;
-    if (is(PXK_DEPTH_16S, PXK_DEPTH_16U)) return x + 32768;
-    if (is(PXK_DEPTH_16U, PXK_DEPTH_16S)) return x - 32768;
-    if (is(PXK_DEPTH_16S, PXK_DEPTH_32S)) return 65537 * x + 32768;
-    if (is(PXK_DEPTH_16U, PXK_DEPTH_32S)) return 65537 * x - 0x80000000LL;
-    if (is(PXK_DEPTH_16S, PXK_DEPTH_8S)) return narrowed(x, 8, 8);
-    if (is(PXK_DEPTH_16S, PXK_DEPTH_8U)) return narrowed(x, 8, 8) + 128;
-    if (is(PXK_DEPTH_16U, PXK_DEPTH_8S)) return narrowed(x - 32768, 8, 8);
-    if (is(PXK_DEPTH_16U, PXK_DEPTH_8U)) return narrowed(x - 32768, 8, 8) + 128;
-    if (is(PXK_DEPTH_32S, PXK_DEPTH_8S)) return narrowed(x, 8, 24);
-    if (is(PXK_DEPTH_32S, PXK_DEPTH_8U)) return narrowed(x, 8, 24) + 128;
-    if (is(PXK_DEPTH_32S, PXK_DEPTH_16S)) return narrowed(x, 16, 16);
-    return narrowed(x, 16, 16) + 32768; // 32S to 16U
+    const int32_t from = depthBits(fromDepth), to = depthBits(toDepth);
+    const int64_t fromZero = x - depthMin(fromDepth), one = 1;
+    if (from <= to) return fromZero * (((one << to) - 1) / ((one << from) - 1)) + depthMin(toDepth);
+    const int64_t v = fromZero - (one << (from - 1));
+    return shiftedRight(v - shiftedRight(v, to), from - to) + depthMin(toDepth) + (one << (to - 1));
 }
 
 inline void modelScale(Picture& src, Picture& dst)
@@ -85,7 +65,7 @@ struct Interval {
 inline Interval scaledToInteger(int32_t depth, double v, double minVal, double maxVal)
 {
     const double low = double(depthMin(depth)), high = double(depthMax(depth));
-    if (!(v >= minVal)) return { low, low };
+    if (!(v >= minVal) || !std::isfinite(maxVal - minVal)) return { low, low };
     if (v > maxVal) return { high, high };
     const long double exact = low + ((long double)v - minVal) * (high - low) / ((long double)maxVal - minVal);
     const long double doubt = std::ldexp((long double)(high - low), -50);
@@ -96,6 +76,7 @@ inline Interval scaledToInteger(int32_t depth, double v, double minVal, double m
 inline Interval scaledToFloat(int32_t depth, double x, double minVal, double maxVal)
 {
     const long double low = depthMin(depth), high = depthMax(depth);
+    if (x == low || x == high) return x == low ? Interval { minVal, minVal } : Interval { maxVal, maxVal };
     const long double exact = minVal + ((long double)maxVal - minVal) * (x - low) / (high - low);
     const long double doubt = std::ldexp(std::max(std::fabs(minVal), std::fabs(maxVal)), -50)
         + std::ldexp(std::fabs(exact), -24) + std::ldexp(1.0L, -150);

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "support/picture.h"
+#include "reference/frame.h"
 
 namespace model {
 
@@ -95,14 +95,7 @@ inline DiffusionKernel diffusionKernel(int32_t ditherType)
     return { { 1560, 780 }, { { 390, 780, 1560, 780, 390 }, { 195, 390, 780, 390, 195 } }, 13 };
 }
 
-// A plane of samples.
-struct Plane {
-    int32_t width, height;
-    std::vector<int64_t> samples;
-    int64_t& at(int32_t x, int32_t y) { return samples[static_cast<size_t>(y) * width + x]; }
-};
-
-inline void diffuse(Plane& plane, int32_t ditherType, const Quantiser& quantise)
+inline void diffuse(Grid<int64_t>& plane, int32_t ditherType, const Quantiser& quantise)
 {
     const DiffusionKernel k = diffusionKernel(ditherType);
     const int64_t one = int64_t(1) << k.shift;
@@ -159,24 +152,17 @@ inline void reduceBits(Picture& src, Picture& dst, int32_t jitterType, int32_t d
     Noise* const noise = jitterType != 0 ? new Noise : nullptr;
     for (int32_t c = 0; c < channels; ++c) {
         const auto column = [&](int32_t x) { return isPixelOrder ? x * channels + c : x; };
-        Plane plane = { width, height, std::vector<int64_t>(static_cast<size_t>(width) * height) };
-        for (int32_t y = 0; y < height; ++y) {
-            for (int32_t x = 0; x < width; ++x) {
-                int64_t v = src.value(x, y, c);
-                if (noise != nullptr) v = jitter(*noise, v, column(x), y, jitterType, from, to);
-                v = reduce(v, from, at);
-                if (ditherType == PXK_DITHER_BAYER) v = ordered(v, column(x), y, depthBits(at), bitCount);
-                plane.at(x, y) = v;
-            }
-        }
+        Grid<int64_t> plane(width, height);
+        plane.forEach([&](int32_t x, int32_t y, int64_t& v) {
+            v = src.value(x, y, c);
+            if (noise != nullptr) v = jitter(*noise, v, column(x), y, jitterType, from, to);
+            v = reduce(v, from, at);
+            if (ditherType == PXK_DITHER_BAYER) v = ordered(v, column(x), y, depthBits(at), bitCount);
+        });
         if (ditherType != PXK_DITHER_NONE && ditherType != PXK_DITHER_BAYER) {
             diffuse(plane, ditherType, Quantiser(depthBits(at), bitCount));
         }
-        for (int32_t y = 0; y < height; ++y) {
-            for (int32_t x = 0; x < width; ++x) {
-                dst.setNumber(x, y, c, static_cast<double>(reduce(plane.at(x, y), at, to)));
-            }
-        }
+        plane.forEach([&](int32_t x, int32_t y, int64_t v) { dst.setNumber(x, y, c, double(reduce(v, at, to))); });
     }
     delete noise;
 }

@@ -2,7 +2,6 @@
 // Slow models of the transforms: sums as they are defined, and fixed-point lines one at a time.
 #pragma once
 
-#include <array>
 #include <cmath>
 #include <functional>
 #include <map>
@@ -11,21 +10,6 @@
 #include "frame.h"
 
 const double PI = 3.14159265358979323846;
-
-// One channel of the work.
-template <class Value> struct Grid {
-    Grid(int32_t width, int32_t height)
-        : width(width)
-        , height(height)
-        , values(static_cast<size_t>(width) * height)
-    {
-    }
-    Value& at(int32_t x, int32_t y) { return values[static_cast<size_t>(y) * width + x]; }
-    const Value& at(int32_t x, int32_t y) const { return values[static_cast<size_t>(y) * width + x]; }
-
-    int32_t width, height;
-    std::vector<Value> values;
-};
 
 // Each row, or each column, becomes change(line, its number).
 template <class Value, class F> void changeLines(Grid<Value>& grid, bool areRows, const F& change)
@@ -41,9 +25,15 @@ template <class Value, class F> void changeLines(Grid<Value>& grid, bool areRows
 
 // ---- the packed layout ---------------------------------------------------------------------------------------------
 
+// A part of a value of the spectrum.
 struct Frequency {
     int32_t k, l;
     bool isImaginary;
+
+    template <class T> auto& partOf(Grid<T>& spectrum) const
+    {
+        return isImaginary ? spectrum.at(k, l).im : spectrum.at(k, l).re;
+    }
 };
 
 inline std::pair<int32_t, bool> packedElement(int32_t i, int32_t n)
@@ -57,6 +47,13 @@ inline Frequency packedPlace(int32_t x, int32_t y, int32_t width, int32_t height
     const auto across = packedElement(x, width), down = packedElement(y, height);
     const bool isEdge = across.first == 0 || 2 * across.first == width;
     return { across.first, isEdge ? down.first : y, isEdge ? down.second : across.second };
+}
+
+// Calls visit(x, y, what lies there).
+template <class F> void forEachPacked(int32_t width, int32_t height, const F& visit)
+{
+    for (int32_t y = 0; y < height; ++y)
+        for (int32_t x = 0; x < width; ++x) visit(x, y, packedPlace(x, y, width, height));
 }
 
 // ---- lines ---------------------------------------------------------------------------------------------------------
@@ -254,12 +251,10 @@ template <class T> Grid<double> modelPack(const Grid<double>& values, bool isPlu
     });
     const auto stored = storeOf<T>(width, height, scales);
     Grid<double> packed(width, height);
-    for (int32_t y = 0; y < height; ++y)
-        for (int32_t x = 0; x < width; ++x) {
-            const Frequency at = packedPlace(x, y, width, height);
-            const Complex<T> value = grid.at(at.k, at.l);
-            packed.at(x, y) = stored(!at.isImaginary ? value.re : isPlus ? -value.im : value.im);
-        }
+    forEachPacked(width, height, [&](int32_t x, int32_t y, const Frequency& at) {
+        const T value = at.partOf(grid);
+        packed.at(x, y) = stored(at.isImaginary && isPlus ? -value : value);
+    });
     return packed;
 }
 
@@ -267,13 +262,10 @@ template <class T> Grid<double> modelUnpack(const Grid<double>& packed, bool isP
 {
     const int32_t width = packed.width, height = packed.height;
     Grid<Complex<T>> grid(width, height);
-    for (int32_t y = 0; y < height; ++y)
-        for (int32_t x = 0; x < width; ++x) {
-            const Frequency at = packedPlace(x, y, width, height);
-            Complex<T>& value = grid.at(at.k, at.l);
-            const T part = T(packed.at(x, y)) * (std::is_integral<T>::value ? 64 : 1);
-            (at.isImaginary ? value.im : value.re) = at.isImaginary && !isPlus ? -part : part;
-        }
+    forEachPacked(width, height, [&](int32_t x, int32_t y, const Frequency& at) {
+        const T part = T(packed.at(x, y)) * (std::is_integral<T>::value ? 64 : 1);
+        at.partOf(grid) = at.isImaginary && !isPlus ? -part : part;
+    });
     changeLines(grid, false, [&](const Line<T>& line, int32_t k) {
         return k == 0 || 2 * k == width ? realsOfSpectrum(line) : complexLine(line, true);
     });
@@ -304,21 +296,15 @@ inline Grid<double> modelCosine(Grid<double> grid, bool isForward)
 // Value by value; integers of up to 16 bits wrap at 32.
 inline Grid<double> modelMultiplySpectra(const Grid<double>& a, const Grid<double>& b, bool wraps)
 {
-    std::map<std::pair<int32_t, int32_t>, std::array<double, 4>> values;
-    Grid<double> product(a.width, a.height);
-    const auto forEach = [&](const std::function<void(int32_t x, int32_t y, std::array<double, 4>&, bool)>& visit) {
-        for (int32_t y = 0; y < a.height; ++y)
-            for (int32_t x = 0; x < a.width; ++x) {
-                const Frequency at = packedPlace(x, y, a.width, a.height);
-                visit(x, y, values[{ at.k, at.l }], at.isImaginary);
-            }
-    };
-    forEach([&](int32_t x, int32_t y, std::array<double, 4>& v, bool isImaginary) {
-        v[isImaginary] = a.at(x, y);
-        v[2 + isImaginary] = b.at(x, y);
+    Grid<Complex<double>> first(a.width, a.height), second = first;
+    forEachPacked(a.width, a.height, [&](int32_t x, int32_t y, const Frequency& at) {
+        at.partOf(first) = a.at(x, y);
+        at.partOf(second) = b.at(x, y);
     });
-    forEach([&](int32_t x, int32_t y, std::array<double, 4>& v, bool isImaginary) {
-        const double sum = isImaginary ? v[0] * v[3] + v[1] * v[2] : v[0] * v[2] - v[1] * v[3];
+    Grid<double> product(a.width, a.height);
+    forEachPacked(a.width, a.height, [&](int32_t x, int32_t y, const Frequency& at) {
+        const Complex<double> p = first.at(at.k, at.l), q = second.at(at.k, at.l);
+        const double sum = at.isImaginary ? p.re * q.im + p.im * q.re : p.re * q.re - p.im * q.im;
         product.at(x, y) = wraps ? double(wrapped(int64_t(sum))) : sum;
     });
     return product;

@@ -9,26 +9,7 @@
 
 // ---- regions, channels, masks --------------------------------------------------------------------------------------
 
-// What an image offers to an operation: the part of its region inside it, and the channels that are processed.
-struct Window {
-    int64_t x, y, width, height;
-    int32_t firstChannel, channels;
-};
-
-inline Window windowOf(const Picture& p)
-{
-    const int32_t opaque = p.header.nChannels - (p.header.alphaChannel != 0 ? 1 : 0);
-    if (p.header.roi == nullptr) return { 0, 0, p.spec.width, p.spec.height, 0, opaque };
-    const PxkROI& roi = *p.header.roi;
-    const int64_t right = std::min<int64_t>(p.spec.width, int64_t(roi.xOffset) + roi.width);
-    const int64_t bottom = std::min<int64_t>(p.spec.height, int64_t(roi.yOffset) + roi.height);
-    const int64_t width = std::max<int64_t>(0, right - roi.xOffset),
-                  height = std::max<int64_t>(0, bottom - roi.yOffset);
-    if (roi.coi > 0) return { roi.xOffset, roi.yOffset, width, height, roi.coi - 1, 1 };
-    return { roi.xOffset, roi.yOffset, width, height, 0, opaque };
-}
-
-// One sample of an image that takes part.
+// One sample of an image.
 struct Place {
     Picture* picture;
     int32_t x, y, c;
@@ -38,6 +19,33 @@ struct Place {
     void setBits(uint32_t bits) const { picture->setBits(x, y, c, bits); }
     void setNumber(double n) const { picture->setNumber(x, y, c, n); }
 };
+
+// What an image offers to an operation: the part of its region inside it, and the channels that are processed.
+struct Window {
+    int64_t x, y, width, height;
+    int32_t firstChannel, channels;
+    Picture* picture = nullptr;
+
+    // Counted from the first pixel and channel.
+    Place at(int64_t i, int64_t j, int32_t c = 0) const
+    {
+        return { picture, int32_t(x + i), int32_t(y + j), firstChannel + c };
+    }
+};
+
+inline Window windowOf(const Picture& picture)
+{
+    Picture& p = const_cast<Picture&>(picture); // places are written through as well
+    const int32_t opaque = p.header.nChannels - (p.header.alphaChannel != 0 ? 1 : 0);
+    if (p.header.roi == nullptr) return { 0, 0, p.spec.width, p.spec.height, 0, opaque, &p };
+    const PxkROI& roi = *p.header.roi;
+    const int64_t right = std::min<int64_t>(p.spec.width, int64_t(roi.xOffset) + roi.width);
+    const int64_t bottom = std::min<int64_t>(p.spec.height, int64_t(roi.yOffset) + roi.height);
+    const int64_t width = std::max<int64_t>(0, right - roi.xOffset),
+                  height = std::max<int64_t>(0, bottom - roi.yOffset);
+    if (roi.coi > 0) return { roi.xOffset, roi.yOffset, width, height, roi.coi - 1, 1, &p };
+    return { roi.xOffset, roi.yOffset, width, height, 0, opaque, &p };
+}
 
 // The common size of the images' regions and masks; none when a mask has no pixels in its region.
 struct CommonSize {
@@ -61,21 +69,15 @@ inline CommonSize commonSize(const std::vector<Picture*>& images)
 // Calls visit(i, j) for each pixel of the work that all masks select. A mask is read at its own region's offset.
 template <class F> void forEachSelectedPixel(const std::vector<Picture*>& images, F&& visit)
 {
-    struct Mask {
-        const Picture* picture;
-        Window window;
-    };
-    std::vector<Mask> masks;
+    std::vector<Window> masks;
     for (const Picture* image : images) {
-        if (image->mask != nullptr) masks.push_back({ image->mask.get(), windowOf(*image->mask) });
+        if (image->mask != nullptr) masks.push_back(windowOf(*image->mask));
     }
     const CommonSize size = commonSize(images);
     for (int32_t j = 0; j < size.height; ++j) {
         for (int32_t i = 0; i < size.width; ++i) {
-            const bool isSelected = std::all_of(masks.begin(), masks.end(), [&](const Mask& mask) {
-                return mask.picture->bits(int32_t(mask.window.x) + i, int32_t(mask.window.y) + j, 0) == 1;
-            });
-            if (isSelected) visit(i, j);
+            const auto selects = [&](const Window& mask) { return mask.at(i, j).bits() == 1; };
+            if (std::all_of(masks.begin(), masks.end(), selects)) visit(i, j);
         }
     }
 }
@@ -85,22 +87,35 @@ template <class F> void forEachSelectedPixel(const std::vector<Picture*>& images
 template <class F> void forEachSelected(const std::vector<Picture*>& images, F&& visit)
 {
     std::vector<Window> windows;
-    std::vector<Place> at;
-    for (Picture* image : images) {
-        windows.push_back(windowOf(*image));
-        at.push_back({ image, 0, 0, 0 });
-    }
+    for (const Picture* image : images) windows.push_back(windowOf(*image));
+    std::vector<Place> at(images.size());
     forEachSelectedPixel(images, [&](int32_t i, int32_t j) {
         for (int32_t c = 0; c < windows[0].channels; ++c) {
-            for (size_t k = 0; k < at.size(); ++k) {
-                at[k].x = int32_t(windows[k].x) + i;
-                at[k].y = int32_t(windows[k].y) + j;
-                at[k].c = windows[k].firstChannel + c;
-            }
+            for (size_t k = 0; k < at.size(); ++k) at[k] = windows[k].at(i, j, c);
             visit(static_cast<const Place*>(at.data()));
         }
     });
 }
+
+// One channel of the work.
+template <class Value> struct Grid {
+    Grid(int32_t width, int32_t height)
+        : width(width)
+        , height(height)
+        , values(static_cast<size_t>(width) * height)
+    {
+    }
+    Value& at(int32_t x, int32_t y) { return values[static_cast<size_t>(y) * width + x]; }
+    const Value& at(int32_t x, int32_t y) const { return values[static_cast<size_t>(y) * width + x]; }
+    template <class F> void forEach(const F& visit) // visit(x, y, the value there)
+    {
+        for (int32_t y = 0; y < height; ++y)
+            for (int32_t x = 0; x < width; ++x) visit(x, y, at(x, y));
+    }
+
+    int32_t width, height;
+    std::vector<Value> values;
+};
 
 // ---- copy, set, exchange -------------------------------------------------------------------------------------------
 

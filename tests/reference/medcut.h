@@ -1,136 +1,105 @@
 /* SPDX-License-Identifier: BSD-2-Clause */
-// Model of the median cut: histograms are summed anew for every question.
+// Model of the median cut: a box is the list of its colours, and everything else is found anew from that.
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <map>
 #include <vector>
 
 #include "support/picture.h"
 
 namespace model {
 
+// Red, green and blue in 6 bits, or a gray level alone.
+struct Cell {
+    std::array<int32_t, 3> at;
+    int64_t count;
+};
+
 struct Box {
-    uint32_t generation = 0;
-    int32_t low[3] = { 0, 0, 0 }, high[3] = { 63, 63, 63 }; // red, green, blue in 6 bits; gray: the level in the first
+    std::vector<Cell> cells;
+    int32_t generation; // 255: not to be split any more
+};
+
+// Those of the image that occur, by blue, then green, then red.
+inline std::vector<Cell> cellsOf(const Picture& image)
+{
+    std::map<int32_t, Cell> cells;
+    const int32_t red = image.header.channelSeq[0] == 'R' ? 0 : 2, width = image.spec.width;
+    for (int32_t i = 0; i < width * image.spec.height; ++i) {
+        const auto byte = [&](int32_t c) {
+            return int32_t(image.value(i % width, i / width, c) >> (depthBits(image.spec.depth) - 8));
+        };
+        Cell cell = { { byte(0), 0, 0 }, 0 };
+        if (image.spec.channels > 1) cell.at = { byte(red) / 4, byte(1) / 4, byte(2 - red) / 4 };
+        ++cells.emplace(cell.at[0] + 64 * cell.at[1] + 4096 * cell.at[2], cell).first->second.count;
+    }
+    std::vector<Cell> all;
+    for (const auto& entry : cells) all.push_back(entry.second);
+    return all;
+}
+
+// Parts off the upper half along the longest side, behind the slice that passes half of the pixels or the one before,
+// whichever is closer to the half.
+inline Box split(Box& low, bool isGray)
+{
+    std::array<std::map<int32_t, int64_t>, 3> slices;
+    std::array<int32_t, 3> lengths;
     int64_t count = 0;
-};
+    for (size_t axis = 0; axis < 3; ++axis) {
+        for (const Cell& cell : low.cells) slices[axis][cell.at[axis]] += cell.count;
+        lengths[axis] = slices[axis].rbegin()->first - slices[axis].begin()->first;
+    }
+    for (const Cell& cell : low.cells) count += cell.count;
+    const size_t axis = size_t(std::max_element(lengths.begin(), lengths.end()) - lengths.begin());
+    const int64_t half = count / 2;
+    auto slice = slices[axis].begin();
+    int64_t before = 0, sum = slice->second;
+    while (sum <= half) {
+        before = sum;
+        sum += (++slice)->second;
+    }
+    const int32_t end = slice->first + (half - before < sum - half ? 0 : 1);
+    const auto upper = std::stable_partition(low.cells.begin(), low.cells.end(),
+                                             [&](const Cell& cell) { return cell.at[axis] < end; });
+    Box high = { { upper, low.cells.end() }, 255 };
+    low.cells.erase(upper, low.cells.end());
+    const bool isLowSingle = low.cells.size() == 1, isHighSingle = high.cells.size() == 1;
+    if (!isGray || !isHighSingle) ++low.generation;
+    if (isLowSingle && !isGray) low.generation = 255;
+    if (!isHighSingle) high.generation = low.generation;
+    if (isLowSingle) low.generation = 255;
+    return high;
+}
 
-struct Medcut {
-    bool isGray;
-    std::vector<int64_t> counts; // of colours of 6 bits a channel, red lowest, or of gray levels
+inline uint32_t meanOf(const Box& box, bool isGray)
+{
+    int64_t sums[3] = { 0, 0, 0 }, count = 0;
+    for (const Cell& cell : box.cells) {
+        for (size_t k = 0; k < 3; ++k) sums[k] += cell.count * (isGray ? cell.at[0] : 4 * cell.at[k]);
+        count += cell.count;
+    }
+    return uint32_t(sums[2] / count | sums[1] / count << 8 | sums[0] / count << 16);
+}
 
-    explicit Medcut(const Picture& image)
-        : isGray(image.spec.channels == 1)
-        , counts(isGray ? 256 : 64 * 64 * 64)
-    {
-        const int32_t red = image.header.channelSeq[0] == 'R' ? 0 : 2;
-        for (int32_t i = 0; i < image.spec.width * image.spec.height; ++i) {
-            const auto byte = [&](int32_t c) {
-                return image.value(i % image.spec.width, i / image.spec.width, c) >> (depthBits(image.spec.depth) - 8);
-            };
-            ++counts[isGray ? byte(0) : byte(red) / 4 + byte(1) / 4 * 64 + byte(2 - red) / 4 * 4096];
+// Every box of a pass is split once; entries without a box are black.
+inline std::vector<uint32_t> medcutTable(const Picture& image, size_t wanted)
+{
+    const bool isGray = image.spec.channels == 1;
+    std::vector<Box> boxes = { { cellsOf(image), 0 } };
+    const std::vector<Cell> all = boxes[0].cells;
+    if (all.size() <= wanted) boxes.clear();
+    for (size_t k = 0; k < all.size() && all.size() <= wanted; ++k) boxes.push_back({ { all[k] }, 255 });
+    for (size_t before = 0; boxes.size() < wanted && boxes.size() != before;) {
+        before = boxes.size();
+        for (size_t i = 0; i < before && boxes.size() < wanted; ++i) {
+            if (boxes[i].generation != 255) boxes.push_back(split(boxes[i], isGray));
         }
     }
-
-    template <class F> void visit(const Box& b, const F& onCell) const // onCell(at, n)
-    {
-        for (int32_t blue = b.low[2]; blue <= b.high[2]; ++blue)
-            for (int32_t green = b.low[1]; green <= b.high[1]; ++green)
-                for (int32_t red = b.low[0]; red <= b.high[0]; ++red) {
-                    const int32_t at[3] = { red, green, blue };
-                    const int64_t n = counts[red + 64 * green + 4096 * blue];
-                    if (n != 0) onCell(at, n);
-                }
-    }
-
-    int64_t slice(Box b, int32_t axis, int32_t at) const
-    {
-        int64_t sum = 0;
-        b.low[axis] = b.high[axis] = at;
-        visit(b, [&](const int32_t(&)[3], int64_t n) { sum += n; });
-        return sum;
-    }
-
-    void trim(Box* b) const
-    {
-        for (int32_t axis = 0; axis < 3; ++axis) {
-            while (b->low[axis] < b->high[axis] && slice(*b, axis, b->low[axis]) == 0) ++b->low[axis];
-            while (b->low[axis] < b->high[axis] && slice(*b, axis, b->high[axis]) == 0) --b->high[axis];
-        }
-    }
-
-    static bool isSingle(const Box& b)
-    {
-        return b.low[0] == b.high[0] && b.low[1] == b.high[1] && b.low[2] == b.high[2];
-    }
-
-    Box split(Box* low) const
-    {
-        const int32_t r = low->high[0] - low->low[0], g = low->high[1] - low->low[1], b = low->high[2] - low->low[2];
-        const int32_t axis = r >= g && r >= b ? 0 : g >= b ? 1 : 2;
-        const int64_t half = low->count / 2;
-        int32_t s = low->low[axis];
-        int64_t before = 0, sum = slice(*low, axis, s);
-        while (sum <= half) {
-            before = sum;
-            sum += slice(*low, axis, ++s);
-        }
-        if (half - before < sum - half) {
-            --s;
-            sum = before;
-        }
-        Box high = *low;
-        high.count = low->count - sum;
-        low->count = sum;
-        high.low[axis] = s + 1;
-        low->high[axis] = s;
-        trim(low);
-        trim(&high);
-        if (isGray) {
-            high.generation = isSingle(high) ? 255 : ++low->generation;
-            if (isSingle(*low)) low->generation = 255;
-        } else {
-            low->generation = isSingle(*low) ? 255 : low->generation + 1;
-            high.generation = isSingle(high) ? 255 : low->generation;
-        }
-        return high;
-    }
-
-    uint32_t mean(const Box& b) const
-    {
-        int64_t sums[3] = { 0, 0, 0 };
-        visit(b, [&](const int32_t(&at)[3], int64_t n) {
-            for (int32_t k = 0; k < 3; ++k) sums[k] += n * (isGray ? at[0] : at[k] * 4);
-        });
-        const auto part = [&](int32_t k) { return static_cast<uint32_t>(sums[k] / b.count); };
-        return part(2) | part(1) << 8 | part(0) << 16;
-    }
-
-    // The table; `used` is what biClrUsed becomes.
-    std::vector<uint32_t> table(size_t wanted) const
-    {
-        Box all;
-        if (isGray) all.high[0] = 255, all.high[1] = all.high[2] = 0;
-        std::vector<uint32_t> colors;
-        visit(all, [&](const int32_t(&at)[3], int64_t n) {
-            all.count += n;
-            colors.push_back(isGray ? at[0] * 0x010101u
-                                    : static_cast<uint32_t>(at[2] * 4 + at[1] * 0x400 + at[0] * 0x40000));
-        });
-        if (colors.size() <= wanted) return colors;
-        trim(&all);
-        std::vector<Box> boxes = { all };
-        for (size_t before = 0; boxes.size() < wanted && boxes.size() != before;) {
-            before = boxes.size();
-            for (size_t i = 0; i < before && boxes.size() < wanted; ++i) {
-                if (boxes[i].generation == 255) continue;
-                const Box high = split(&boxes[i]);
-                boxes.push_back(high);
-            }
-        }
-        std::vector<uint32_t> means(wanted, 0);
-        for (size_t i = 0; i < boxes.size(); ++i) means[i] = mean(boxes[i]);
-        return means;
-    }
-};
+    std::vector<uint32_t> table(all.size() <= wanted ? all.size() : wanted);
+    for (size_t i = 0; i < boxes.size(); ++i) table[i] = meanOf(boxes[i], isGray);
+    return table;
+}
 
 } // namespace model

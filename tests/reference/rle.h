@@ -17,39 +17,29 @@ struct Decoded {
 // Rows from the bottom. `isOdd`: the stream begins at an odd address.
 inline Decoded decodeRle(bool isRle8, int32_t width, int32_t height, const std::vector<uint8_t>& s, bool isOdd)
 {
-    const int64_t step = isRle8 ? (width + 3) / 4 * 4 : ((width + 1) / 2 + 3) / 4 * 4;
+    const int64_t perByte = isRle8 ? 1 : 2, step = ((width + perByte - 1) / perByte + 3) / 4 * 4;
     Decoded d;
     d.rows.assign(step * height, 0);
     size_t at = 0;
-    int64_t x = 0, y = 0, address = 0;
+    int64_t x = 0, y = 0, place = 0; // of the next pixel, counted in pixels from the first row's start
     bool isOutside = false;
-    // A nibble: of the byte at `where`, the high one or the low one. Only real pixels must lie inside.
-    const auto nibble = [&](int64_t where, bool isHigh, int32_t value, bool isReal) {
-        if (where >= step * height) {
-            isOutside |= isReal;
-            return;
+    // Whole bytes are taken, so half of the last one may go to the pixel behind, which need not lie inside.
+    const auto pixels = [&](int64_t count, const auto& byteOf) {
+        for (int64_t i = 0; i < (count + perByte - 1) / perByte * perByte; ++i) {
+            const int64_t byte = (place + i) / perByte, value = byteOf(i / perByte);
+            const bool isHigh = (place + i) % 2 == 0, takesHigh = i % 2 == 0;
+            if (byte >= step * height) {
+                isOutside |= i < count;
+            } else if (isRle8) {
+                d.rows[byte] = static_cast<uint8_t>(value);
+            } else {
+                const int64_t half = takesHigh ? value >> 4 : value & 15;
+                d.rows[byte] =
+                    static_cast<uint8_t>(isHigh ? (d.rows[byte] & 15) | half << 4 : (d.rows[byte] & 0xF0) | half);
+            }
         }
-        uint8_t& byte = d.rows[where];
-        byte = static_cast<uint8_t>(isHigh ? (byte & 0x0F) | value << 4 : (byte & 0xF0) | value);
-    };
-    const auto pixels = [&](int32_t count, auto byteOf) {
-        for (int32_t i = 0; isRle8 && i < count; ++i, ++address, ++x) {
-            if (address < step * height)
-                d.rows[address] = byteOf(i);
-            else
-                isOutside = true;
-        }
-        const int64_t end = x + count;
-        for (int32_t i = 0; !isRle8 && x < end; ++i, x += 2) {
-            const bool isEven = x % 2 == 0, isSecondReal = x + 1 < end;
-            nibble(address, isEven, byteOf(i) >> 4, true);
-            nibble(isEven ? address : address + 1, !isEven, byteOf(i) & 15, isSecondReal);
-            ++address;
-        }
-        if (!isRle8 && x > end) {
-            --x;
-            if (x % 2 != 0) --address;
-        }
+        x += count;
+        place += count;
     };
     while (d.fault.empty()) {
         if (x > width || y > height || isOutside) {
@@ -59,26 +49,27 @@ inline Decoded decodeRle(bool isRle8, int32_t width, int32_t height, const std::
         const int32_t first = s[at++];
         if (first != 0) {
             const uint8_t value = s[at++];
-            pixels(first, [value](int32_t) { return value; });
+            pixels(first, [value](int64_t) { return value; });
         } else if (s[at] == 0) {
             if (x != width) d.fault = "biWidth";
             ++at;
             ++y;
             x = 0;
-            address = y * step;
+            place = y * step * perByte;
         } else if (s[at] == 1) {
             if (y != height && y != height - 1) d.fault = "biHeight";
             d.consumed = at + 1;
             return d;
         } else if (s[at] == 2) {
             const int32_t dx = s[at + 1], dy = s[at + 2];
-            address += dy * step + (isRle8 ? dx : dx / 2 + (x % 2 != dx % 2 ? 1 : 0));
+            const int64_t byte = place / perByte + dy * step + (isRle8 ? dx : dx / 2 + (x % 2 != dx % 2 ? 1 : 0));
             x += dx;
             y += dy;
+            place = byte * perByte + x % perByte;
             if (x > width || y > height) d.fault = "bad Delta";
         } else {
             const int32_t count = s[at++];
-            pixels(count, [&](int32_t i) { return s[at + i]; });
+            pixels(count, [&](int64_t i) { return s[at + i]; });
             at += isRle8 ? count : (count + 1) / 2;
             if ((at + isOdd) % 2 != 0) ++at;
         }

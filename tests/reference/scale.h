@@ -107,9 +107,7 @@ inline PicturePtr scaledPicture(const Picture& src, const Window& most, const st
     const PicturePtr scaled = Picture::make(
         PictureSpec { src.spec.depth, modelCount(x, most.width), modelCount(y, most.height), from.channels });
     for (int32_t c = 0; c < from.channels; ++c) {
-        const ScaleSource read = [&](int64_t u, int64_t v) {
-            return src.number(int32_t(from.x + u), int32_t(from.y + v), from.firstChannel + c);
-        };
+        const ScaleSource read = [&](int64_t u, int64_t v) { return from.at(u, v, c).number(); };
         for (int32_t j = 0; j < scaled->spec.height; ++j) {
             for (int32_t i = 0; i < scaled->spec.width; ++i) scaled->setNumber(i, j, c, model(read, x, y, i, j));
         }

@@ -213,7 +213,7 @@ inline void modelWarp(Picture& src, Picture& dst, const ModelWarp& warp)
         const Point from = placeOf(p);
         for (int32_t c = 0; c < target.channels; ++c) {
             const double made = sample(from, region.firstChannel + c);
-            const Place at = { &dst, int32_t(p.x), int32_t(p.y), target.firstChannel + c };
+            const Place at = target.at(i, j, c);
             at.setNumber(weight == 1 ? made : std::nearbyint(at.number() + (made - at.number()) * weight));
         }
     });
@@ -225,8 +225,7 @@ inline void modelRemap(Picture& src, const Picture& xMap, const Picture& yMap, P
     const int32_t kind = modelKind(interpolate, src.spec.depth, region);
     forEachSelectedPixel({ &dst }, [&](int32_t i, int32_t j) {
         if (i >= std::min(xs.width, ys.width) || j >= std::min(xs.height, ys.height)) return;
-        Point p = { xMap.number(int32_t(xs.x) + i, int32_t(xs.y) + j),
-                    yMap.number(int32_t(ys.x) + i, int32_t(ys.y) + j) };
+        Point p = { xs.at(i, j).number(), ys.at(i, j).number() };
         const bool isInside = p.x >= double(region.x) && p.x <= double(region.x + region.width - 1)
             && p.y >= double(region.y) && p.y <= double(region.y + region.height - 1);
         if (!isInside) return;
@@ -235,8 +234,7 @@ inline void modelRemap(Picture& src, const Picture& xMap, const Picture& yMap, P
             const TapField field = { region.x, region.y, region.width, region.height, [&](int64_t x, int64_t y) {
                                         return src.number(int32_t(x), int32_t(y), region.firstChannel + c);
                                     } };
-            dst.setNumber(int32_t(target.x) + i, int32_t(target.y) + j, target.firstChannel + c,
-                          modelReal(field, p, kind, src.spec.depth));
+            target.at(i, j, c).setNumber(modelReal(field, p, kind, src.spec.depth));
         }
     });
 }

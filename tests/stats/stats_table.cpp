@@ -193,7 +193,7 @@ void addMoments()
                 }
             }
         },
-        [](const Scene& s, const Numbers&) {
+        [](const Scene& s, const Numbers&, const Scene& got) {
             const CommonSize size = commonSize({ &s[0] });
             const long double w = (long double)(size.width), h = (long double)(size.height);
             const MomentSum mass = modelMoment(s[0], 0, 0, 0, 0);
@@ -205,18 +205,24 @@ void addMoments()
             std::vector<double> wanted;
             for (int32_t m = 0; m < 4; ++m) {
                 for (int32_t n = 0; m + n < 4; ++n) {
-                    const double* const got = &found[wanted.size()];
+                    const double* const now = &found[wanted.size()];
                     const MomentSum raw = modelMoment(s[0], 0, 0, m, n);
                     const bool isExact = !isFloatDepth(s[0].spec.depth) && raw.magnitude < 9e15L;
                     const long double scale = std::pow(w, -m) * std::pow(h, -n);
                     const long double reach = std::pow(std::fabs(xb) + w, m) * std::pow(std::fabs(yb) + h, n);
-                    wanted.push_back(near(got[0], raw.sum, isExact ? 0 : raw.magnitude * 1e-14L));
+                    wanted.push_back(near(now[0], raw.sum, isExact ? 0 : raw.magnitude * 1e-14L));
                     wanted.push_back(
-                        near(got[1], modelMoment(s[0], xb, yb, m, n).sum, mass.magnitude * reach * loss * 1e-13L));
-                    wanted.push_back(near(got[2], raw.sum * scale, raw.magnitude * scale * 1e-14L));
+                        near(now[1], modelMoment(s[0], xb, yb, m, n).sum, mass.magnitude * reach * loss * 1e-13L));
+                    wanted.push_back(near(now[2], raw.sum * scale, raw.magnitude * scale * 1e-14L));
                 }
             }
             EXPECT_EQ(found, wanted);
+            // The calls that take the image: (1, 1), (1, 2), (2, 0) and (2, 1) are the sixth to the ninth of all.
+            EXPECT_EQ(pxkSpatialMoment(got[0], 1, 2), found[18]);
+            EXPECT_EQ(pxkCentralMoment(got[0], 2, 0), found[22]);
+            EXPECT_EQ(pxkNormalizedSpatialMoment(got[0], 2, 1), found[26]);
+            const double product = found[16] / double(w * h);
+            EXPECT_NEAR(pxkNormalizedCentralMoment(got[0], 1, 1), product, std::fabs(product) * 1e-14);
         });
     op.scene = [](const Case& c) { return makeScene(c, 1, {}, false); };
     op.axes.channels = { Channels::ONE, Channels::COI };
@@ -287,22 +293,19 @@ void addNormRefusals()
 
 void addExtrema()
 {
-    // A mask, which does not count. It stays until the end: what keeps its memory is gone before.
-    static const PicturePtr& nothing = *new PicturePtr(Picture::make({ PXK_DEPTH_1U, 2, 2 }));
-    nothing->setAll(0);
     Operation op(
         "pxkMinMaxFP", { "srcImage" },
         [](const Arguments& a) {
             float low = 77, high = 77;
-            if (a[0] != nullptr) a[0]->maskROI = *nothing;
             const int32_t status = pxkMinMaxFP(a[0], a.numbers.empty() ? &low : nullptr, &high);
-            if (a[0] != nullptr) a[0]->maskROI = nullptr;
             found = { low, high };
             return status;
         },
         [](const Scene& s, const Numbers&) {
+            const PicturePtr all = s[0].copy();
+            all->setMask(nullptr); // which does not count
             std::vector<double> samples;
-            forEachSelected({ &s[0] }, [&](const Place* at) {
+            forEachSelected({ &*all }, [&](const Place* at) {
                 if (!std::isnan(at->number())) samples.push_back(at->number());
             });
             const auto ends = std::minmax_element(samples.begin(), samples.end());
@@ -310,8 +313,7 @@ void addExtrema()
                                         : found[0] == *ends.first && found[1] == *ends.second);
         });
     op.axes.depths = { PXK_DEPTH_32F };
-    op.axes.masks = { 0 };
-    op.hasMasks = false;
+    op.isPointwise = op.hasMasks = false; // tiles beyond the mask count, too
     op.faultStatus = PXK_StsBadArg;
     op.refusedTile = tellsNullTile(op.images, "NULL");
     op.nWritten = 0;

@@ -32,32 +32,28 @@ public:
     // Filled with random bytes; `room` is the table that there is room for, at least the declared one.
     Bitmap(const PxkBitmapInfoHeader& header, bool isSep, Random& random, bool isOdd = false, int32_t room = 0)
         : isSep(isSep)
+        , odd(isOdd ? 1 : 0)
     {
-        const int32_t words = std::max(room, tableWords(header)), odd = isOdd ? 1 : 0;
-        const size_t bytes = static_cast<size_t>(rowBytes(header)) * std::abs(header.biHeight);
-        head = std::make_shared<Block>(40 + 4 * words + (isSep ? 0 : odd + bytes));
-        if (isSep) body = std::make_shared<Block>(odd + bytes);
-        for (const auto& block : { head, body })
-            for (size_t i = 0; block && i < block->size; ++i) block->data[i] = static_cast<uint8_t>(random.next());
-        start = head->data + (isSep ? 0 : odd);
-        apart = isSep ? body->data + odd : nullptr;
-        memcpy(start, &header, 40);
+        const int32_t words = std::max(room, tableWords(header));
+        const size_t bytes = static_cast<size_t>(rowBytes(header)) * std::abs(header.biHeight) + odd;
+        blocks.push_back(std::make_shared<Block>(40 + 4 * words + (isSep ? 0 : bytes)));
+        if (isSep) blocks.push_back(std::make_shared<Block>(bytes));
+        for (const auto& block : blocks)
+            for (size_t i = 0; i < block->size; ++i) block->data[i] = static_cast<uint8_t>(random.next());
+        setHeader(header);
         for (int32_t i = 0; i < words; ++i) { // the same numbers, whichever byte a processor stores first
-            setWord(i, lowFirst(start + 40 + 4 * i));
+            setWord(i, lowFirst(start() + 40 + 4 * i));
         }
     }
 
     std::shared_ptr<Bitmap> copy() const
     {
         auto other = std::make_shared<Bitmap>(*this);
-        for (auto* block : { &other->head, &other->body }) {
-            if (!*block) continue;
-            auto made = std::make_shared<Block>((*block)->size);
-            memcpy(made->data, (*block)->data, made->size);
-            *block = made;
+        for (auto& block : other->blocks) {
+            const auto old = block;
+            block = std::make_shared<Block>(old->size);
+            memcpy(block->data, old->data, old->size);
         }
-        other->start = other->head->data + (start - head->data);
-        if (isSep) other->apart = other->body->data + (apart - body->data);
         return other;
     }
 
@@ -68,32 +64,32 @@ public:
         return h.biBitCount != 24 && h.biCompression == 3 ? 3 : 0;
     }
 
-    PxkBitmapInfoHeader* dib() const { return reinterpret_cast<PxkBitmapInfoHeader*>(start); }
+    PxkBitmapInfoHeader* dib() const { return reinterpret_cast<PxkBitmapInfoHeader*>(start()); }
     PxkBitmapInfoHeader header() const
     {
         PxkBitmapInfoHeader h;
-        memcpy(&h, start, 40);
+        memcpy(&h, start(), 40);
         return h;
     }
-    void setHeader(const PxkBitmapInfoHeader& h) { memcpy(start, &h, 40); }
+    void setHeader(const PxkBitmapInfoHeader& h) { memcpy(start(), &h, 40); }
     static uint32_t lowFirst(const uint8_t* b) { return b[0] | b[1] << 8 | b[2] << 16 | uint32_t(b[3]) << 24; }
     uint32_t word(int32_t i) const // of the table, whose entries are bytes, or of the masks, which are numbers
     {
-        if (header().biBitCount <= 8) return lowFirst(start + 40 + 4 * i);
+        if (header().biBitCount <= 8) return lowFirst(start() + 40 + 4 * i);
         uint32_t w;
-        memcpy(&w, start + 40 + 4 * i, 4);
+        memcpy(&w, start() + 40 + 4 * i, 4);
         return w;
     }
     void setWord(int32_t i, uint32_t w)
     {
-        uint8_t* const at = start + 40 + 4 * i;
+        uint8_t* const at = start() + 40 + 4 * i;
         if (header().biBitCount > 8) {
             memcpy(at, &w, 4);
         } else {
             for (int32_t k = 0; k < 4; ++k) at[k] = static_cast<uint8_t>(w >> 8 * k);
         }
     }
-    uint8_t* bits() const { return isSep ? apart : start + 40 + 4 * tableWords(header()); }
+    uint8_t* bits() const { return isSep ? blocks[1]->data + odd : start() + 40 + 4 * tableWords(header()); }
     uint8_t* storedRow(int32_t y) const { return bits() + y * rowBytes(header()); }
     uint8_t* row(int32_t yFromTop) const
     {
@@ -127,23 +123,21 @@ public:
     // Every byte is the same, padding included, and no guard is touched.
     ::testing::AssertionResult sameAs(const Bitmap& other) const
     {
-        const auto differ = [](const char* what, size_t at) {
-            return ::testing::AssertionFailure() << what << " differs at byte " << at;
-        };
-        for (size_t i = 0; i < head->size; ++i)
-            if (head->data[i] != other.head->data[i]) return differ("header, table or bits", i);
-        for (size_t i = 0; isSep && i < body->size; ++i)
-            if (body->data[i] != other.body->data[i]) return differ("separate bits", i);
-        if (!head->guardsIntact() || (isSep && !body->guardsIntact())) return ::testing::AssertionFailure() << "guards";
+        for (size_t k = 0; k < blocks.size(); ++k) {
+            const Block &a = *blocks[k], &b = *other.blocks[k];
+            const size_t at = size_t(std::mismatch(a.data, a.data + a.size, b.data).first - a.data);
+            if (at < a.size) return ::testing::AssertionFailure() << "block " << k << " differs at byte " << at;
+            if (!a.guardsIntact()) return ::testing::AssertionFailure() << "guards";
+        }
         return ::testing::AssertionSuccess();
     }
 
     bool isSep;
 
 private:
-    std::shared_ptr<Block> head, body;
-    uint8_t* start;
-    uint8_t* apart;
+    uint8_t* start() const { return blocks[0]->data + (isSep ? 0 : odd); }
+    size_t odd;
+    std::vector<std::shared_ptr<Block>> blocks;
 };
 
 // The form that the bitmap is in; the status of the plain form is the stored one.

@@ -43,21 +43,16 @@ AssertionResult sameSamples(const Picture& want, const Picture& got, const Toler
     const int32_t depth = want.spec.depth;
     std::set<std::pair<int32_t, int32_t>> differing;
     std::ostringstream first;
-    for (int32_t y = 0; y < want.spec.height; ++y) {
-        for (int32_t x = 0; x < want.spec.width; ++x) {
-            for (int32_t c = 0; c < want.spec.channels; ++c) {
-                const uint32_t a = want.bits(x, y, c), b = got.bits(x, y, c);
-                if (agree(depth, a, b, tolerance)) continue;
-                if (differing.empty()) {
-                    first.precision(10);
-                    first << "sample (x " << x << ", y " << y << ", channel " << c << "): want " << numberOf(depth, a)
-                          << " (0x" << std::hex << a << "), got " << std::dec << numberOf(depth, b) << " (0x"
-                          << std::hex << b << ")";
-                }
-                differing.insert({ y, x });
-            }
+    want.forEachSample([&](int32_t x, int32_t y, int32_t c) {
+        const uint32_t a = want.bits(x, y, c), b = got.bits(x, y, c);
+        if (agree(depth, a, b, tolerance)) return;
+        if (differing.empty()) {
+            first.precision(10);
+            first << "sample (x " << x << ", y " << y << ", channel " << c << "): want " << numberOf(depth, a) << " (0x"
+                  << std::hex << a << "), got " << std::dec << numberOf(depth, b) << " (0x" << std::hex << b << ")";
         }
-    }
+        differing.insert({ y, x });
+    });
     if (differing.empty()) return AssertionSuccess();
     return AssertionFailure() << first.str() << "; " << differing.size() << " pixels differ\n"
                               << mapOf(want, differing);
@@ -81,11 +76,7 @@ AssertionResult nothingElseChanged(const Picture& want, const Picture& got)
     // What differs must be samples: with the samples taken over nothing is left.
     Picture::Copies copies;
     const PicturePtr merged = const_cast<Picture&>(want).copy(copies);
-    for (int32_t c = 0; c < want.spec.channels; ++c) {
-        for (int32_t y = 0; y < want.spec.height; ++y) {
-            for (int32_t x = 0; x < want.spec.width; ++x) merged->setBits(x, y, c, got.bits(x, y, c));
-        }
-    }
+    got.forEachSample([&](int32_t x, int32_t y, int32_t c) { merged->setBits(x, y, c, got.bits(x, y, c)); });
     for (size_t i = 0; i < got.storage->blocks.size(); ++i) {
         const Block& a = *merged->storage->blocks[i];
         const Block& b = *got.storage->blocks[i];

@@ -74,15 +74,6 @@ std::vector<std::string> operationNames()
 
 // ---- an operation --------------------------------------------------------------------------------------------------
 
-static int32_t statusBehind(const std::vector<Report>& reports)
-{
-    int32_t status = PXK_StsOk;
-    for (const Report& report : reports) {
-        if (report.status != PXK_StsBackTrace) status = report.status;
-    }
-    return status;
-}
-
 Ending::Ending(std::vector<Report> reports)
     : reports(std::move(reports))
     , status(statusBehind(this->reports))
@@ -194,22 +185,28 @@ Ending Operation::run(const Scene& s, const Numbers& n) const
     return run(arguments);
 }
 
+void Operation::expectModel(const Scene& got, const Numbers& n) const
+{
+    SCOPED_TRACE("numbers " + ::testing::PrintToString(n));
+    const Scene want = got.copy();
+    EXPECT_EQ(run(got, n), Ending());
+    model(want, n, got);
+    EXPECT_TRUE(sameScene(want, got, tolerance));
+}
+
 // ---- parts of a result ---------------------------------------------------------------------------------------------
 
 ::testing::AssertionResult isPartOf(const Scene& old, const Scene& complete, const Scene& got, bool keepsTiles)
 {
     for (size_t k = 0; k < got.images.size(); ++k) {
-        const PictureSpec& spec = got[k].spec;
-        for (int32_t y = 0; y < spec.height; ++y) {
-            for (int32_t x = 0; x < spec.width; ++x) {
-                for (int32_t c = 0; c < spec.channels; ++c) {
-                    const uint32_t bits = got[k].bits(x, y, c);
-                    if (bits == old[k].bits(x, y, c) || bits == complete[k].bits(x, y, c)) continue;
-                    return ::testing::AssertionFailure() << "image " << k << ", sample (x " << x << ", y " << y
-                                                         << ", channel " << c << ") is neither the old nor the new one";
-                }
-            }
-        }
+        std::string fault;
+        got[k].forEachSample([&](int32_t x, int32_t y, int32_t c) {
+            const uint32_t bits = got[k].bits(x, y, c);
+            if (bits == old[k].bits(x, y, c) || bits == complete[k].bits(x, y, c)) return;
+            fault =
+                "sample " + ::testing::PrintToString(std::make_tuple(x, y, c)) + " is neither the old nor the new one";
+        });
+        if (!fault.empty()) return ::testing::AssertionFailure() << "image " << k << ": " << fault;
         if (keepsTiles) got[k].storage->forgetHeld();
         const auto rest = nothingElseChanged(old[k], got[k]);
         if (!rest) return ::testing::AssertionFailure() << "image " << k << ": " << rest.message();

@@ -148,6 +148,8 @@ struct Operation {
     // Runs the call under the recorder and checks what it returns.
     Ending run(const Arguments& arguments) const;
     Ending run(const Scene& s, const Numbers& n) const;
+    // Runs the call, which reports nothing, and compares with the model.
+    void expectModel(const Scene& got, const Numbers& n) const;
 };
 
 // Images for refusals, all 9 x 4; no image: a null pointer among them.

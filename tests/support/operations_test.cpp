@@ -27,19 +27,9 @@ protected:
 INSTANTIATE_TEST_SUITE_P(All, Operations, ::testing::ValuesIn(operationNames()),
                          [](const auto& info) { return info.param; });
 
-static std::string textOf(const Numbers& numbers)
-{
-    return "numbers " + ::testing::PrintToString(numbers);
-}
-
 void Operations::expectModel(const Case& c, const Scene& got) const
 {
-    const Scene want = got.copy();
-    const Numbers n = op.numbersOf(c, got);
-    SCOPED_TRACE(textOf(n));
-    EXPECT_EQ(op.run(got, n), Ending());
-    op.model(want, n, got);
-    EXPECT_TRUE(sameScene(want, got, op.tolerance));
+    op.expectModel(got, op.numbersOf(c, got));
     if (c.tiling == 0) return;
     std::vector<Picture*> images;
     std::set<const Storage*> written;
@@ -96,22 +86,19 @@ TEST_P(Operations, matchModelAtEverySample)
             c.depth = depth;
             c.region = Region::WHOLE;
             c.width = c.height = 256;
-            const Scene got = op.scene(c), want = got.copy();
+            const Scene got = op.scene(c);
+            SCOPED_TRACE(c.text());
             for (size_t k = 0; k < std::max<size_t>(count - 1, 1); ++k) {
                 for (uint32_t i = 0; i < 65536; ++i) {
                     for (int32_t channel = 0; channel < got[k].spec.channels; ++channel) {
                         const bool isFirst = (k + uint32_t(channel)) % 2 == 0;
                         const uint32_t near = (i >> 3) * 0x80008u + (i & 7) - 3; // where 32 bits are cut to 16 or 8
                         const uint32_t wide = depth == PXK_DEPTH_32S ? near : i;
-                        const uint32_t bits = isWide ? wide : isFirst ? i % 256 : i / 256;
-                        for (Picture* p : { &got[k], &want[k] }) p->setBits(i % 256, i / 256, channel, bits);
+                        got[k].setBits(i % 256, i / 256, channel, isWide ? wide : isFirst ? i % 256 : i / 256);
                     }
                 }
             }
-            const Numbers n = op.numbersOf(c, got);
-            EXPECT_EQ(op.run(got, n), Ending());
-            op.model(want, n, got);
-            EXPECT_TRUE(sameScene(want, got, op.tolerance)) << depthName(depth) << ", " << textOf(n);
+            op.expectModel(got, op.numbersOf(c, got));
         }
     }
 }
@@ -154,7 +141,7 @@ TEST_P(Operations, refusedTilesAreReported)
             c.tiling = seed % 3 != 0 ? ALL_IMAGES : 1u << seed / 3 % count;
             const Scene old = op.scene(c), complete = old.copy();
             const Numbers n = trial.numbers.empty() ? op.numbersOf(c, old) : trial.numbers;
-            SCOPED_TRACE(c.text() + ", " + textOf(n));
+            SCOPED_TRACE(c.text() + ", numbers " + ::testing::PrintToString(n));
             ASSERT_EQ(op.run(complete, n), Ending());
             for (size_t k = 0; k < count; ++k) {
                 for (int32_t refused = 1; old[k].isTiled() && !HasFailure(); ++refused) {
@@ -172,7 +159,7 @@ TEST_P(Operations, refusedTilesAreReported)
             }
         }
     }
-    EXPECT_GT(refusals, 9);
+    EXPECT_GT(refusals, 5);
 }
 
 TEST_P(Operations, emptyWorkIsNothing)
@@ -200,6 +187,7 @@ TEST_P(Operations, emptyWorkIsNothing)
 
 TEST_P(Operations, nullImagesAreRefused)
 {
+    if (!op.nullImage) return;
     for (size_t k = 0; k < count; ++k) {
         Scene s = plainScene(), want = s.copy();
         const Numbers n = op.numbersOf(op.plainCase(), s);
@@ -265,6 +253,21 @@ TEST_P(Operations, regionsOfOneImageMayOverlap)
             EXPECT_EQ(op.run(s, n), Ending());
             EXPECT_TRUE(samePicture(apart[1], s[1], op.tolerance)) << depthName(depth) << " shifted by " << shift;
         }
+    }
+}
+
+// As a channel of interest it is one of the product.
+TEST(LoneAlpha, isNothingToProcess)
+{
+    for (const char* name :
+         { "pxkCopy", "pxkExchange", "pxkSet", "pxkAdd", "pxkAddS", "pxkErode", "pxkClose", "pxkMinFilter",
+           "pxkMedianFilter", "pxkBlur", "pxkWarpAffine", "pxkRotate", "pxkThreshold_8U" }) {
+        const Operation& op = operationNamed(name);
+        Scene got;
+        for (size_t k = 0; k < op.images.size(); ++k) got.images.push_back(Picture::make(GRAY.withAlpha(), k + 1));
+        const Scene want = got.copy();
+        EXPECT_EQ(op.run(got, op.numbersOf(Case(), got)), Ending()) << name;
+        EXPECT_TRUE(sameScene(want, got, BITS)) << name;
     }
 }
 

@@ -120,20 +120,34 @@ static int32_t tileCallBack(PxkImage* image, int32_t x, int32_t y, int32_t mode)
     return -1; // no result may matter
 }
 
-Storage::Storage(int32_t blockCount, size_t blockSize)
-    : tiles { { tileCallBack, 7, nullptr, 0, 0 }, this }
+static int32_t stepOf(const PictureSpec& spec, int32_t width)
 {
-    for (int32_t i = 0; i < blockCount; ++i) blocks.push_back(std::make_unique<Block>(blockSize));
+    const int32_t samples = spec.order == PXK_DATA_ORDER_PIXEL ? width * spec.channels : width;
+    const int32_t bytes = (samples * depthBits(spec.depth) + 7) / 8;
+    return (bytes + spec.align - 1) / spec.align * spec.align + spec.extraStep;
+}
+
+Storage::Storage(const PictureSpec& spec)
+    : spec(spec)
+    , step(stepOf(spec, spec.tileWidth != 0 ? spec.tileWidth : spec.width))
+    , tiles { { tileCallBack, 7, nullptr, spec.tileWidth, spec.tileHeight }, this }
+{
+    int32_t rows = spec.height;
+    if (spec.tileWidth != 0) {
+        tileColumns = (spec.width + spec.tileWidth - 1) / spec.tileWidth;
+        tileRows = (spec.height + spec.tileHeight - 1) / spec.tileHeight;
+        rows = spec.tileHeight;
+    }
+    if (spec.order == PXK_DATA_ORDER_PLANE) rows *= spec.channels;
+    for (int32_t i = 0; i < tileColumns * tileRows; ++i) {
+        blocks.push_back(std::make_unique<Block>(static_cast<size_t>(step * rows)));
+    }
 }
 
 std::shared_ptr<Storage> Storage::copy() const
 {
-    auto result = std::make_shared<Storage>(static_cast<int32_t>(blocks.size()), blocks[0]->size);
+    auto result = std::make_shared<Storage>(spec);
     for (size_t i = 0; i < blocks.size(); ++i) memcpy(result->blocks[i]->data, blocks[i]->data, blocks[i]->size);
-    result->tiles.info.width = tiles.info.width;
-    result->tiles.info.height = tiles.info.height;
-    result->tileColumns = tileColumns;
-    result->tileRows = tileRows;
     return result;
 }
 
@@ -188,34 +202,9 @@ void Storage::release(int32_t x, int32_t y)
 
 // ---- pictures ------------------------------------------------------------------------------------------------------
 
-static int32_t stepOf(const PictureSpec& spec, int32_t width)
-{
-    const int32_t samples = spec.order == PXK_DATA_ORDER_PIXEL ? width * spec.channels : width;
-    const int32_t bytes = (samples * depthBits(spec.depth) + 7) / 8;
-    return (bytes + spec.align - 1) / spec.align * spec.align;
-}
-
-static std::shared_ptr<Storage> storageFor(const PictureSpec& spec)
-{
-    const int32_t planes = spec.order == PXK_DATA_ORDER_PLANE ? spec.channels : 1;
-    if (spec.tileWidth == 0) {
-        const int32_t step = stepOf(spec, spec.width) + spec.extraStep;
-        return std::make_shared<Storage>(1, static_cast<size_t>(step * spec.height * planes));
-    }
-    const int32_t columns = (spec.width + spec.tileWidth - 1) / spec.tileWidth;
-    const int32_t rows = (spec.height + spec.tileHeight - 1) / spec.tileHeight;
-    const int32_t size = stepOf(spec, spec.tileWidth) * spec.tileHeight * planes;
-    auto storage = std::make_shared<Storage>(columns * rows, static_cast<size_t>(size));
-    storage->tiles.info.width = spec.tileWidth;
-    storage->tiles.info.height = spec.tileHeight;
-    storage->tileColumns = columns;
-    storage->tileRows = rows;
-    return storage;
-}
-
 PicturePtr Picture::make(const PictureSpec& spec, Random& random)
 {
-    PicturePtr picture(new Picture(spec, storageFor(spec)));
+    PicturePtr picture(new Picture(spec, std::make_shared<Storage>(spec)));
     fillRandom(*picture, random);
     return picture;
 }
@@ -229,7 +218,7 @@ PicturePtr Picture::of(const PxkImage& image)
     memcpy(picture->header.channelSeq, image.channelSeq, 4);
     for (int32_t row = 0; row < spec.height * picture->planes(); ++row) {
         memcpy(picture->row(row), static_cast<const char*>(image.imageData) + row * image.widthStep,
-               size_t(picture->step));
+               size_t(picture->storage->step));
     }
     picture->freeze();
     return picture;
@@ -240,7 +229,6 @@ Picture::Picture(const PictureSpec& spec, std::shared_ptr<Storage> pixels)
     , header()
     , roi(spec.roi)
     , storage(std::move(pixels))
-    , step(stepOf(spec, isTiled() ? spec.tileWidth : spec.width) + spec.extraStep)
 {
     header.headerSize = sizeof header;
     header.nChannels = spec.channels;
@@ -255,7 +243,7 @@ Picture::Picture(const PictureSpec& spec, std::shared_ptr<Storage> pixels)
     header.height = spec.height;
     header.userTag = &storage->tiles;
     // A tiled header need not know these two, so nothing may be taken from them.
-    header.widthStep = isTiled() ? 0 : step;
+    header.widthStep = isTiled() ? 0 : storage->step;
     header.imageSize = isTiled() ? 0 : static_cast<int32_t>(storage->blocks[0]->size);
     aimPointers();
     freeze();
@@ -349,14 +337,18 @@ Picture::Cell Picture::cell(int32_t x, int32_t y, int32_t c) const
         rows = spec.tileHeight;
     }
     const bool isPlane = spec.order == PXK_DATA_ORDER_PLANE;
-    const int32_t firstBit = (isPlane ? x : x * spec.channels + c) * depthBits(spec.depth);
-    return { block->data + ((isPlane ? c * rows : 0) + y) * step + firstBit / 8, firstBit % 8 };
+    return cellIn(*block, (isPlane ? c * rows : 0) + y, isPlane ? x : x * spec.channels + c);
 }
 
 Picture::Cell Picture::rowCell(int32_t plane, int32_t y, int32_t s) const
 {
+    return cellIn(*storage->blocks[0], plane * spec.height + y, s);
+}
+
+Picture::Cell Picture::cellIn(const Block& block, int32_t row, int32_t s) const
+{
     const int32_t firstBit = s * depthBits(spec.depth);
-    return { row(y, plane) + firstBit / 8, firstBit % 8 };
+    return { block.data + row * storage->step + firstBit / 8, firstBit % 8 };
 }
 
 bool Picture::askedOnlyInside(int64_t x, int64_t y, int64_t width, int64_t height) const

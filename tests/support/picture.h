@@ -56,55 +56,6 @@ private:
     uint8_t* pages;
 };
 
-// ---- tiles ---------------------------------------------------------------------------------------------------------
-
-struct TileCall {
-    int32_t x, y, mode;
-    int32_t depth = 0; // of the header, at the time of the call
-};
-
-class Storage;
-
-// What tileInfo points to. The callback finds the pixels through it, whatever header the library passes.
-struct TileRecord {
-    PxkTileInfo info;
-    Storage* storage;
-};
-
-// Each asked tile is a copy with guards of its own: taken back at release when it was asked for writing, compared when
-// it was asked for reading only, then poisoned. So writes that come late, or to tiles for reading, are seen.
-class Storage {
-public:
-    Storage(int32_t blockCount, size_t blockSize);
-    std::shared_ptr<Storage> copy() const;
-
-    std::vector<std::unique_ptr<Block>> blocks; // one; or one a tile, row by row
-    TileRecord tiles;
-    int32_t tileColumns = 0, tileRows = 0;
-
-    std::vector<TileCall> calls;     // all calls of the tile function, in order
-    std::vector<std::string> faults; // offences against the tile protocol
-    int32_t refuseAt = 0;            // this asking call (1 is the first from now) is answered with null
-    size_t heldTiles() const { return held.size(); }
-    void forgetHeld() { held.clear(); }
-
-    void ask(PxkImage* image, int32_t x, int32_t y, int32_t mode);
-    void release(int32_t x, int32_t y);
-
-private:
-    struct Lent {
-        Block block;
-        bool isWritten = false;
-    };
-    struct Held {
-        int32_t x, y;
-        std::shared_ptr<Lent> lent;
-    };
-    std::vector<Held> held;
-};
-
-// ---- pictures ------------------------------------------------------------------------------------------------------
-
 // What a picture is made from. Tile sizes of 0: in memory. The region record exists when its width is not 0.
 struct PictureSpec {
     int32_t depth = PXK_DEPTH_8U, width = 16, height = 8, channels = 1, order = PXK_DATA_ORDER_PIXEL;
@@ -139,6 +90,57 @@ struct PictureSpec {
         return with(&PictureSpec::roi, PxkROI { coi, x, y, w, h });
     }
 };
+
+// ---- tiles ---------------------------------------------------------------------------------------------------------
+
+struct TileCall {
+    int32_t x, y, mode;
+    int32_t depth = 0; // of the header, at the time of the call
+};
+
+class Storage;
+
+// What tileInfo points to. The callback finds the pixels through it, whatever header the library passes.
+struct TileRecord {
+    PxkTileInfo info;
+    Storage* storage;
+};
+
+// Each asked tile is a copy with guards of its own: taken back at release when it was asked for writing, compared when
+// it was asked for reading only, then poisoned. So writes that come late, or to tiles for reading, are seen.
+class Storage {
+public:
+    explicit Storage(const PictureSpec& spec);
+    std::shared_ptr<Storage> copy() const;
+
+    PictureSpec spec;
+    int32_t step; // bytes from row to row, in memory or in a tile
+    TileRecord tiles;
+    int32_t tileColumns = 1, tileRows = 1;
+    std::vector<std::unique_ptr<Block>> blocks; // one; or one a tile, row by row
+
+    std::vector<TileCall> calls;     // all calls of the tile function, in order
+    std::vector<std::string> faults; // offences against the tile protocol
+    int32_t refuseAt = 0;            // this asking call (1 is the first from now) is answered with null
+    size_t heldTiles() const { return held.size(); }
+    void forgetHeld() { held.clear(); }
+
+    void ask(PxkImage* image, int32_t x, int32_t y, int32_t mode);
+    void release(int32_t x, int32_t y);
+
+private:
+    struct Lent {
+        Block block;
+        bool isWritten = false;
+    };
+    struct Held {
+        int32_t x, y;
+        std::shared_ptr<Lent> lent;
+    };
+    std::vector<Held> held;
+};
+
+// ---- pictures ------------------------------------------------------------------------------------------------------
 
 class Picture;
 using PicturePtr = std::shared_ptr<Picture>;
@@ -180,7 +182,10 @@ public:
     }
 
     // In memory: sample `s` of a row of a plane, padding included, which lasts up to samplesOfStep().
-    uint8_t* row(int32_t y, int32_t p = 0) const { return storage->blocks[0]->data + (p * spec.height + y) * step; }
+    uint8_t* row(int32_t y, int32_t p = 0) const
+    {
+        return storage->blocks[0]->data + (p * spec.height + y) * storage->step;
+    }
     uint32_t rowBits(int32_t p, int32_t y, int32_t s) const { return rowCell(p, y, s).load(spec.depth); }
     void setRowBits(int32_t p, int32_t y, int32_t s, uint32_t bits) { rowCell(p, y, s).store(spec.depth, bits); }
     int32_t planes() const { return spec.order == PXK_DATA_ORDER_PLANE ? spec.channels : 1; }
@@ -212,7 +217,7 @@ private:
     };
     Cell cell(int32_t x, int32_t y, int32_t c) const;
     Cell rowCell(int32_t plane, int32_t y, int32_t s) const;
-    int32_t step; // bytes from row to row, in memory or in a tile
+    Cell cellIn(const Block& block, int32_t row, int32_t s) const;
     PxkImage frozenHeader;
     PxkROI frozenRoi;
 };

@@ -47,18 +47,23 @@ inline void startReports()
     recordedReports().clear();
 }
 
-// These reports came, in this order, since the last start or expectation, and the last of them that is not -1 is the
-// stored status. Then starts anew.
+// The status that is stored behind reports: the last one that is not -1.
+inline int32_t statusBehind(const std::vector<Report>& reports)
+{
+    int32_t status = PXK_StsOk;
+    for (const Report& report : reports) {
+        if (report.status != PXK_StsBackTrace) status = report.status;
+    }
+    return status;
+}
+
+// These reports came, in this order, since the last start or expectation, with their status. Then starts anew.
 inline void expectReports(const std::vector<Report>& expected, const char* file = __builtin_FILE(),
                           int line = __builtin_LINE())
 {
     ::testing::ScopedTrace trace(file, line, "reports expected here");
     EXPECT_EQ(recordedReports(), expected);
-    int32_t status = PXK_StsOk;
-    for (const Report& report : expected) {
-        if (report.status != PXK_StsBackTrace) status = report.status;
-    }
-    EXPECT_EQ(pxkGetErrStatus(), status);
+    EXPECT_EQ(pxkGetErrStatus(), statusBehind(expected));
     startReports();
 }
 

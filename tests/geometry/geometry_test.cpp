@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
-// Every fault of a call is reported, in order.
+// Every fault of a call is reported, in order; transforms that nobody would ask for.
+#include <cmath>
+
 #include "support/operations.h"
 
 static void expectTexts(const std::string& func, const std::vector<std::string>& texts,
@@ -61,4 +63,31 @@ TEST(Scale, reportsEveryFault)
     gray->setMask(Picture::make(BITONAL));
     expectTexts("pxkMirror", { "(srcImage==dstImage && srcImage->maskROI != ((void *)0))" },
                 [&] { pxkMirror(*gray, *gray, 0); });
+}
+
+// Numbers at the ends of what there is neither crash nor write outside the shape.
+TEST(Warp, extremeTransformsAreHarmless)
+{
+    const struct {
+        const char* name;
+        size_t count; // of numbers in front of flags
+        bool hasFlag;
+    } rows[] = { { "pxkWarpAffine", 6, false }, { "pxkRotate", 5, false }, { "pxkWarpBilinearQ", 8, true } };
+    for (const auto& row : rows) {
+        for (uint64_t seed = 1; seed < 9000; ++seed) {
+            Random random(seed);
+            const int32_t depth = random.oneOf({ PXK_DEPTH_1U, PXK_DEPTH_8U, PXK_DEPTH_16U });
+            const Scene scene = { { Picture::make({ depth, 37, 9 }, random),
+                                    Picture::make({ depth, 300, 5 }, random) } };
+            Numbers n(row.count);
+            for (double& number : n) {
+                number = random.oneOf(
+                    { 0.0, 1.0, -1.0, 0.5, 1e-7, 1e9, -1e18, 1e300, 1e-300, 300.5, HUGE_VAL, std::nan("") });
+            }
+            if (row.hasFlag) n.push_back(random.below(2));
+            n.push_back(random.oneOf({ 0, 1, 2, 16, 17, 18 }));
+            operationNamed(row.name).run(scene, n);
+            for (const PicturePtr& picture : scene.images) EXPECT_EQ(picture->headerFault(), "");
+        }
+    }
 }

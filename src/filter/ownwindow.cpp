@@ -115,7 +115,7 @@ void ownLimitBits(const OwnBand& band)
 
 // Where rows come from: so many of the source's pixel rows that follow each other, or, for y = -1, the constant of a
 // side. The side decides what lies left and right of a row.
-struct OwnRowPlace {
+struct OwnRowOrigin {
     int32_t side;
     int32_t y;
     int64_t count;
@@ -123,7 +123,7 @@ struct OwnRowPlace {
 
 // The place of a row of the work and of those behind it. Only an image in memory has pixels outside what is held; then
 // all of the image is.
-static OwnRowPlace ownPlaceRows(const OwnWindowPass& pass, int64_t row)
+static OwnRowOrigin ownPlaceRows(const OwnWindowPass& pass, int64_t row)
 {
     const OwnSource& source = pass.source;
     const int64_t ring = pass.work.ring != ownRingNone ? pass.work.ring : INT32_MAX;
@@ -419,9 +419,9 @@ static const uint8_t* const* ownBandRows(OwnWindowPass& pass, const OwnPartWork&
     uint8_t* next = first;
     if (pointers == nullptr || first == nullptr) return nullptr;
     const ptrdiff_t column = static_cast<ptrdiff_t>(pass.work.sourceRect.x + reaches[0].first - pass.source.rect.x);
-    OwnRowPlace last = { -1, -1, 0 };
+    OwnRowOrigin last = { -1, -1, 0 };
     for (int64_t k = 0; k < total;) {
-        const OwnRowPlace place = ownPlaceRows(pass, y - margins.top + k);
+        const OwnRowOrigin place = ownPlaceRows(pass, y - margins.top + k);
         if (place.side == last.side && place.y == last.y && !isChained) {
             pointers[k] = pointers[k - 1];
             ++k;

@@ -153,13 +153,13 @@ template <class T> static bool ownMedianByExchanges(const OwnBand& band, const O
     return rank.merge != nullptr ? ownMedianByMerging<T>(band, rank) : ownMedianByNetwork<T>(band, rank);
 }
 
-// Merging is quicker than large networks and than counting samples, up to some size of window and if rows are long
-// enough that the price of an exchange by itself does not weigh. Of 32 bits the largest windows that can be planned:
-// trying bits takes longest.
+// Merging is quicker than a network that windows of up to 64 samples do not fill, and than counting samples up to some
+// size of window, if rows are long enough that the price of an exchange by itself does not weigh. Of 32 bits the
+// largest windows that can be planned: trying bits takes longest.
 template <class T> static bool ownIsMerged(const OwnBand& band, const OwnRank& rank)
 {
     const int64_t n = rank.samples();
-    if (n <= 81) return n > 49 && band.width >= 256;
+    if (n <= 81) return n > 49 && n <= 64 && band.width >= 256;
     if constexpr (sizeof(T) == 1) return n <= 121 && band.width >= 2 * n;
     if constexpr (sizeof(T) == 2) return n <= 324 && 2 * band.width >= n;
     return n <= ownMostMerged;

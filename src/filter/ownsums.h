@@ -151,6 +151,36 @@ template <class T> inline std::make_unsigned_t<T> ownFromLowest(T sample)
     return static_cast<Word>(static_cast<Word>(sample) - static_cast<Word>(std::numeric_limits<T>::min()));
 }
 
+// Column sums of one row after another. Not inlined: the loops need no copy for each kind of window.
+template <class T, class Column>
+__attribute__((noinline)) inline void ownAddToColumns(const Column* columns, const T* entering, int32_t times,
+                                                      Column* next, ptrdiff_t n)
+{
+    const Column factor = static_cast<Column>(times);
+    ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) {
+        next[i] = static_cast<Column>(columns[i] + static_cast<Column>(factor * ownFromLowest(entering[i])));
+    });
+}
+
+template <class T, class Column>
+__attribute__((noinline)) inline void ownChangeColumns(const Column* columns, const T* entering, const T* leaving,
+                                                       int32_t times, Column* next, ptrdiff_t n)
+{
+    const Column factor = static_cast<Column>(times);
+    ownInBlocks<ownBlockOf<T>>(n, [&](ptrdiff_t i) {
+        const Column in = static_cast<Column>(ownFromLowest(entering[i]));
+        const Column out = static_cast<Column>(ownFromLowest(leaving[i]));
+        next[i] = static_cast<Column>(columns[i] + static_cast<Column>(factor * static_cast<Column>(in - out)));
+    });
+}
+
+// Sums that change from row to row as they did before.
+template <class Sum>
+__attribute__((noinline)) inline void ownRepeatChange(const Sum* last, const Sum* beforeLast, Sum* sums, ptrdiff_t n)
+{
+    ownInBlocks<ownBlockOf<Sum>>(n, [&](ptrdiff_t i) { sums[i] = static_cast<Sum>(2 * last[i] - beforeLast[i]); });
+}
+
 // The sums of a column must fit Column.
 template <class T, class Column, class Sum, class Store>
 [[nodiscard]] bool ownWindowSumsBy(const OwnBand& band, int32_t nCols, int32_t nRows, const Store& store)
@@ -169,38 +199,33 @@ template <class T, class Column, class Sum, class Store>
     std::fill(columns, columns + length + ownBlockBytes, Column { 0 });
     for (int64_t y = 0; y < nRows;) {
         const T* const entering = row(y);
-        Column times = 0;
+        int32_t times = 0;
         for (; y < nRows && row(y) == entering; ++y) ++times;
-        ownInBlocks<ownBlockOf<T>>(length, [&](ptrdiff_t i) {
-            next[i] = static_cast<Column>(columns[i] + static_cast<Column>(times * ownFromLowest(entering[i])));
-        });
+        ownAddToColumns(columns, entering, times, next, length);
         std::swap(columns, next);
     }
-    const auto change = [&](const T* entering, const T* leaving, int32_t times) {
-        const Column factor = static_cast<Column>(times);
-        ownInBlocks<ownBlockOf<T>>(length, [&](ptrdiff_t i) {
-            const Column in = static_cast<Column>(ownFromLowest(entering[i]));
-            const Column out = static_cast<Column>(ownFromLowest(leaving[i]));
-            next[i] = static_cast<Column>(columns[i] + static_cast<Column>(factor * static_cast<Column>(in - out)));
-        });
-        std::swap(columns, next);
-    };
     const T* entered = nullptr;
     const T* left = nullptr;
-    int32_t repeated = 0; // changes that the columns have not seen
+    int32_t pending = 0; // changes that the columns have not seen: all by the same two rows
     for (int32_t y = 0; y < band.height; ++y) {
         const T* const entering = row(static_cast<int64_t>(y) + nRows - 1);
         const T* const leaving = y > 0 ? row(y - 1) : nullptr;
         std::swap(before, room);
         std::swap(sums, before);
-        if (y > 1 && entering == entered && leaving == left) { // sums change as they did before
-            ownInBlocks<ownBlockOf<Sum>>(band.width,
-                                         [&](ptrdiff_t i) { sums[i] = static_cast<Sum>(2 * before[i] - room[i]); });
-            ++repeated;
+        const bool isRepeated = y > 1 && entering == entered && leaving == left;
+        if (!isRepeated && pending > 0) {
+            ownChangeColumns(columns, entered, left, pending, next, length);
+            std::swap(columns, next);
+            pending = 0;
+        }
+        if (isRepeated) {
+            ownRepeatChange<Sum>(before, room, sums, band.width);
+            ++pending;
         } else {
-            if (repeated > 0) change(entered, left, repeated);
-            if (y > 0) change(entering, leaving, 1);
-            repeated = 0;
+            if (y > 0) {
+                ownChangeColumns(columns, entering, leaving, 1, next, length);
+                std::swap(columns, next);
+            }
             ownRowSums(columns, spare, sums, band.width, band.step, nCols);
         }
         entered = entering;

@@ -20,9 +20,9 @@ __attribute__((always_inline)) inline void ownInBlocks(ptrdiff_t n, const F& eac
     ptrdiff_t first = 0;
     ptrdiff_t count = n & -B;
     for (;;) {
-        const ptrdiff_t end = first + count;
+        const ptrdiff_t end = first + count, turns = count / STEP;
         OWN_IVDEP
-        for (ptrdiff_t i = 0; i < count / STEP; ++i) each(first + i * STEP);
+        for (ptrdiff_t i = 0; i < turns; ++i) each(first + i * STEP);
         if (end == n) return;
         first = n - B;
         count = B;

@@ -74,7 +74,8 @@ Pair pairOf(double seed, bool isTo)
     return { bitmap, somePicture(random, width + (isLarger ? columns : 0), height + (isLarger ? rows : 0)) };
 }
 
-std::shared_ptr<Bitmap> converted; // that of the last call
+// That of the last call. Never destroyed: its pages go back to the thread, which ends before static objects do.
+std::shared_ptr<Bitmap>& converted = *new std::shared_ptr<Bitmap>;
 
 void add(const std::string& name, bool isTo)
 {

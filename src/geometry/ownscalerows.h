@@ -48,13 +48,11 @@ template <int32_t FACTOR> inline int16_t ownWeighted(int16_t a, int16_t b, int16
     return static_cast<int16_t>(difference * weight >> 16);
 }
 
-template <class T> struct OwnLinear;
-
-// The row pass keeps 14 bits, (a (16384 - w) + b w) >> 8; the column pass shifts by 20. With -2 w as the weight both
-// are 16-bit arithmetic: a 64 + ((a - b) 128 (-2 w) >> 16), and (a + ((a - b) 2 (-2 w) >> 16)) >> 6, the same numbers.
-template <> struct OwnLinear<uint8_t> {
-    using Sample = uint8_t;
-    using Middle = int16_t;
+// The row pass: between two neighbours, and, where two outputs have the same ones, both at once. Step has the samples,
+// what rows keep of them, and the arithmetic.
+template <class Step> struct OwnLinearRows {
+    using Sample = typename Step::Sample;
+    using Middle = typename Step::Middle;
     static constexpr int32_t taps = 2;
 
     template <class Taps> static void along(Taps taps, const OwnAxis& axis, ptrdiff_t at, Middle* to, ptrdiff_t n)
@@ -62,7 +60,8 @@ template <> struct OwnLinear<uint8_t> {
         const int16_t* const weight = axis.weight.get() + at;
         OWN_IVDEP
         for (ptrdiff_t i = 0; i < n; ++i) {
-            to[i] = between(taps.template tap<0>(i), taps.template tap<1>(i), weight[i]);
+            to[i] = Step::between(static_cast<int32_t>(taps.template tap<0>(i)),
+                                  static_cast<int32_t>(taps.template tap<1>(i)), weight[i]);
         }
     }
 
@@ -72,11 +71,27 @@ template <> struct OwnLinear<uint8_t> {
         const int16_t* const weight = axis.weight.get() + at;
         OWN_IVDEP
         for (ptrdiff_t i = 0; i < n; ++i) {
-            to[i] = between(from[i], from[i + 1], weight[i]);
-            to[i + apart] = between(from[i], from[i + 1], weight[i + apart]);
+            to[i] = Step::between(from[i], from[i + 1], weight[i]);
+            to[i + apart] = Step::between(from[i], from[i + 1], weight[i + apart]);
         }
     }
+};
 
+template <class T> struct OwnLinear;
+
+// The row pass keeps 14 bits, (a (16384 - w) + b w) >> 8; the column pass shifts by 20. With -2 w as the weight both
+// are 16-bit arithmetic: a 64 + ((a - b) 128 (-2 w) >> 16), and (a + ((a - b) 2 (-2 w) >> 16)) >> 6, the same numbers.
+struct OwnByteStep {
+    using Sample = uint8_t;
+    using Middle = int16_t;
+    static Middle between(int32_t a, int32_t b, int16_t weight)
+    {
+        return static_cast<int16_t>(a * 64
+                                    + ownWeighted<128>(static_cast<int16_t>(a), static_cast<int16_t>(b), weight));
+    }
+};
+
+template <> struct OwnLinear<uint8_t> : OwnLinearRows<OwnByteStep> {
     template <int32_t N>
     static void across(const Middle* const* rows, const OwnAxis& axis, ptrdiff_t at, Sample* const* to, ptrdiff_t n)
     {
@@ -97,43 +112,17 @@ template <> struct OwnLinear<uint8_t> {
             }
         }
     }
-
-private:
-    static Middle between(int32_t a, int32_t b, int16_t weight)
-    {
-        return static_cast<int16_t>(a * 64
-                                    + ownWeighted<128>(static_cast<int16_t>(a), static_cast<int16_t>(b), weight));
-    }
 };
 
 // Nothing is cut off before the end: rows keep the sum with its 14 fraction bits. Weighing them takes 45 bits, so the
 // difference is split into a high part and 15 low bits.
-template <> struct OwnLinear<uint16_t> {
+struct OwnWordStep {
     using Sample = uint16_t;
     using Middle = int32_t;
-    static constexpr int32_t taps = 2;
+    static Middle between(int32_t a, int32_t b, int16_t weight) { return a * 16384 + (a - b) * (weight / 2); }
+};
 
-    template <class Taps> static void along(Taps taps, const OwnAxis& axis, ptrdiff_t at, Middle* to, ptrdiff_t n)
-    {
-        const int16_t* const weight = axis.weight.get() + at;
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < n; ++i) {
-            to[i] = between(static_cast<int32_t>(taps.template tap<0>(i)),
-                            static_cast<int32_t>(taps.template tap<1>(i)), weight[i]);
-        }
-    }
-
-    static void alongPairs(const Sample* from, const OwnAxis& axis, ptrdiff_t at, ptrdiff_t apart, Middle* to,
-                           ptrdiff_t n)
-    {
-        const int16_t* const weight = axis.weight.get() + at;
-        OWN_IVDEP
-        for (ptrdiff_t i = 0; i < n; ++i) {
-            to[i] = between(from[i], from[i + 1], weight[i]);
-            to[i + apart] = between(from[i], from[i + 1], weight[i + apart]);
-        }
-    }
-
+template <> struct OwnLinear<uint16_t> : OwnLinearRows<OwnWordStep> {
     template <int32_t N>
     static void across(const Middle* const* rows, const OwnAxis& axis, ptrdiff_t at, Sample* const* to, ptrdiff_t n)
     {
@@ -155,9 +144,6 @@ template <> struct OwnLinear<uint16_t> {
             }
         }
     }
-
-private:
-    static Middle between(int32_t a, int32_t b, int16_t weight) { return a * 16384 + (a - b) * (weight / 2); }
 };
 
 // ---- cubic ---------------------------------------------------------------------------------------------------------
